@@ -1,0 +1,9 @@
+#pragma once
+
+#include "Tools/inspect/Operation.h"
+
+namespace quillary::inspect {
+
+// Each adds the operations of one section of the protocol; each stands in a source of its own.
+
+} // namespace quillary::inspect

@@ -1,0 +1,30 @@
+# quillary_add_layer(NAME): a static library, one of the layers. Its folders add their sources with target_sources.
+function(quillary_add_layer name)
+  add_library(${name} STATIC)
+  target_link_libraries(${name} PUBLIC QuillaryCompiler)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+endfunction()
+
+# quillary_add_tests(NAME SOURCES... LINK targets...): one test program of Google Test, one entry in ctest.
+# LABELS desktop keeps a program out of the runs that have no display.
+function(quillary_add_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT")
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} QuillaryTestSupport GTest::gmock GTest::gtest)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_precompile_headers(${name} REUSE_FROM QuillaryTestSupport)
+  add_test(NAME ${name} COMMAND ${name})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 600)
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ARG_ENVIRONMENT}")
+endfunction()
+
+# quillary_add_fuzzer(NAME SOURCE): a libFuzzer program; its seeds lie in Fuzz/corpus/NAME.
+function(quillary_add_fuzzer name source)
+  add_executable(${name} ${source})
+  target_link_libraries(${name} PRIVATE QuillaryCore)
+  target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endfunction()
