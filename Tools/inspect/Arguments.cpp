@@ -147,7 +147,8 @@ QStringList Arguments::texts(const QString& name) {
 double secondsSince1970(Moment moment) {
     const qint64 nanoseconds = moment.time_since_epoch().count();
     constexpr qint64 aSecond = 1'000'000'000;
-    return static_cast<double>(nanoseconds / aSecond) + static_cast<double>(nanoseconds % aSecond) / 1e9;
+    const qint64 whole = nanoseconds / aSecond;
+    return static_cast<double>(whole) + static_cast<double>(nanoseconds % aSecond) / 1e9;
 }
 
 Moment momentFromSeconds(double seconds) {
