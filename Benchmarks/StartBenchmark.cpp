@@ -1,0 +1,209 @@
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <poll.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+/// Starts a program on a virtual display, waits until its window is mapped and the process has come to rest, and takes
+/// the CPU time and the peak memory that the kernel counts for it. What it prints is the ratio to each peer.
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+struct Cost {
+    double milliseconds = 0;
+    double megabytes = 0;
+};
+
+struct Program {
+    QString name;
+    QString path;
+    QStringList arguments;
+};
+
+std::optional<double> cpuMilliseconds(qint64 pid) {
+    QFile stat(u"/proc/%1/stat"_s.arg(pid));
+    if (!stat.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QByteArray line = stat.readAll();
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    const double ticks = fields[11].toDouble() + fields[12].toDouble();
+    return ticks * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+double peakMegabytes(qint64 pid) {
+    QFile status(u"/proc/%1/status"_s.arg(pid));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:")) {
+            return line.mid(6).simplified().split(' ').constFirst().toDouble() / 1024.0;
+        }
+    }
+    return 0;
+}
+
+/// A virtual display of its own, so that a measurement neither disturbs a desktop nor is disturbed by it.
+class VirtualDisplay {
+public:
+    VirtualDisplay() {
+        int ends[2];
+        if (pipe(ends) != 0) {
+            return;
+        }
+        m_server.setProgram(u"Xvfb"_s);
+        m_server.setArguments({u"-displayfd"_s, QString::number(ends[1]), u"-screen"_s, u"0"_s, u"1280x800x24"_s,
+                               u"-nolisten"_s, u"tcp"_s});
+        m_server.setStandardErrorFile(QProcess::nullDevice());
+        m_server.start();
+        m_server.waitForStarted();
+        close(ends[1]);
+        char buffer[16] = {};
+        if (read(ends[0], buffer, sizeof buffer - 1) > 0) {
+            m_name = u":"_s + QString::fromLatin1(buffer).trimmed();
+        }
+        close(ends[0]);
+    }
+
+    ~VirtualDisplay() {
+        m_server.terminate();
+        m_server.waitForFinished();
+    }
+
+    const QString& name() const { return m_name; }
+
+private:
+    QProcess m_server;
+    QString m_name;
+};
+
+/// Runs the program until a window of it is mapped and its CPU time has stood still for a while.
+std::optional<Cost> measure(const Program& program, const QString& display, const QProcessEnvironment& environment) {
+    xcb_connection_t* connection = xcb_connect(display.toLatin1().constData(), nullptr);
+    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    const uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection, screen->root, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(connection);
+
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(program.path, program.arguments);
+    if (!process.waitForStarted()) {
+        xcb_disconnect(connection);
+        return std::nullopt;
+    }
+
+    bool mapped = false;
+    pollfd descriptor{xcb_get_file_descriptor(connection), POLLIN, 0};
+    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    while (!mapped && std::chrono::steady_clock::now() < deadline) {
+        poll(&descriptor, 1, 100);
+        while (xcb_generic_event_t* event = xcb_poll_for_event(connection)) {
+            mapped = mapped || (event->response_type & 0x7F) == XCB_MAP_NOTIFY;
+            std::free(event);
+        }
+    }
+
+    std::optional<Cost> cost;
+    double last = -1;
+    for (int quiet = 0; mapped && quiet < 6;) {
+        std::this_thread::sleep_for(50ms);
+        const std::optional<double> spent = cpuMilliseconds(process.processId());
+        if (!spent) {
+            break;
+        }
+        quiet = *spent == last ? quiet + 1 : 0;
+        last = *spent;
+        cost = Cost{*spent, peakMegabytes(process.processId())};
+    }
+    process.kill();
+    process.waitForFinished();
+    xcb_disconnect(connection);
+    return cost;
+}
+
+void makeNotes(const QString& folder, int count, int size) {
+    QDir().mkpath(folder);
+    for (int i = 0; i < count; ++i) {
+        QFile file(folder + u"/Nota %1.md"_s.arg(i));
+        if (!file.open(QIODevice::WriteOnly)) {
+            continue;
+        }
+        QByteArray text = "# Nota " + QByteArray::number(i) + "\n\n";
+        while (text.size() < size) {
+            text += "Una riga di testo come tante, con qualche parola accentata: perch\xC3\xA9, citt\xC3\xA0.\n";
+        }
+        file.write(text);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QString folder = QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath();
+    const QString quillary = argc > 1 ? QString::fromLocal8Bit(argv[1]) : folder + u"/../Quillary/Shell/quillary"_s;
+    QTemporaryDir home;
+    VirtualDisplay display;
+
+    for (const int count : {200, 10'000}) {
+        const QString notes = home.filePath(u"notes-%1"_s.arg(count));
+        makeNotes(notes, count, 4096);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"HOME"_s, home.path());
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
+        environment.insert(u"XDG_STATE_HOME"_s, home.filePath(u"state"_s));
+        environment.insert(u"DISPLAY"_s, display.name());
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        QDir().mkpath(home.filePath(u"config/quillary"_s));
+        QFile preferences(home.filePath(u"config/quillary/preferences.json"_s));
+        if (preferences.open(QIODevice::WriteOnly)) {
+            preferences.write("{\"notesDirectory\": \"" + notes.toUtf8() + "\"}");
+            preferences.close();
+        }
+
+        const std::vector<Program> programs = {
+            {u"quillary"_s, quillary, {}},
+            {u"Qt program with one label"_s, folder + u"/LabelPeer"_s, {}},
+            {u"Qt list of names beside a plain text edit"_s, folder + u"/ListPeer"_s, {notes}},
+            {u"FeatherPad with one note"_s, u"featherpad"_s, {u"--standalone"_s, notes + u"/Nota 1.md"_s}},
+        };
+        std::vector<std::optional<Cost>> best(programs.size());
+        for (int round = 0; round < 7; ++round) {
+            for (std::size_t i = 0; i < programs.size(); ++i) {
+                const std::optional<Cost> cost = measure(programs[i], display.name(), environment);
+                if (cost && (!best[i] || cost->milliseconds < best[i]->milliseconds)) {
+                    best[i] = cost;
+                }
+            }
+        }
+        std::printf("Start with %d notes of 4 KB             CPU ms   peak MB   quillary's ratio\n", count);
+        for (std::size_t i = 0; i < programs.size(); ++i) {
+            if (!best[i] || !best[0]) {
+                std::printf("  %-42s not measured\n", qPrintable(programs[i].name));
+                continue;
+            }
+            std::printf("  %-38s %7.0f  %8.1f   %6.2f\n", qPrintable(programs[i].name), best[i]->milliseconds,
+                        best[i]->megabytes, best[0]->milliseconds / best[i]->milliseconds);
+        }
+    }
+    return 0;
+}
