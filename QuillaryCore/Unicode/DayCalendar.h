@@ -1,0 +1,33 @@
+#pragma once
+
+#include "QuillaryCore/Notes/Moment.h"
+
+#include <QString>
+
+namespace quillary {
+
+/// The days of a place: the Gregorian calendar in one time zone.
+class DayCalendar {
+public:
+    /// A time zone by its IANA name ("Europe/Rome"). An unknown name counts as UTC.
+    explicit DayCalendar(QString timeZone) : m_timeZone(std::move(timeZone)) {}
+
+    /// That of the time zone which the system is set to.
+    static DayCalendar current();
+
+    /// Whether there is a time zone of this name.
+    static bool isTimeZone(const QString& name);
+
+    const QString& timeZone() const { return m_timeZone; }
+
+    /// The day that holds a moment; the next day is one more, whatever the length of a day.
+    std::chrono::local_days day(Moment moment) const;
+
+    /// The calendar year that holds a moment.
+    std::chrono::year year(Moment moment) const;
+
+private:
+    QString m_timeZone;
+};
+
+} // namespace quillary

@@ -1,0 +1,43 @@
+#include "QuillaryCore/Unicode/InterfaceLocale.h"
+
+#include <QLocale>
+
+#include <mutex>
+
+namespace quillary {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QString localeOfUser() {
+    // Italian is the one language that the interface speaks.
+    const QString region = QLocale::territoryToCode(QLocale::system().territory());
+    return region.isEmpty() ? u"it"_s : u"it_"_s + region;
+}
+
+struct SharedName {
+    std::mutex mutex;
+    QString value = localeOfUser();
+};
+
+SharedName& sharedName() {
+    static SharedName name;
+    return name;
+}
+
+} // namespace
+
+QString interfaceLocale() {
+    SharedName& name = sharedName();
+    const std::scoped_lock lock(name.mutex);
+    return name.value;
+}
+
+void setInterfaceLocale(const QString& name) {
+    SharedName& shared = sharedName();
+    const std::scoped_lock lock(shared.mutex);
+    shared.value = name;
+}
+
+} // namespace quillary
