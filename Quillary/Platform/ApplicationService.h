@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QVariantMap>
+
+namespace quillary {
+
+/// What a start found when it looked for a Quillary that already runs.
+enum class Claim {
+    /// This process is the one.
+    first,
+    /// Another process is the one; it was asked to show itself.
+    handedOver,
+    /// There is no session bus: every start runs by itself.
+    noBus,
+};
+
+/// The one Quillary of a user's session, on the session bus as `app.quillary.Quillary` by the interface
+/// `org.freedesktop.Application` (Desktop Entry Specification, "D-Bus Activation").
+class ApplicationService : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationService(QDBusConnection bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
+    ~ApplicationService() override;
+
+    /// Takes the name, or activates whoever has it.
+    Claim claim();
+
+public Q_SLOTS:
+    void Activate(const QVariantMap& platformData);
+    void Open(const QStringList& uris, const QVariantMap& platformData);
+    void ActivateAction(const QString& name, const QVariantList& parameters, const QVariantMap& platformData);
+
+Q_SIGNALS:
+    /// The window is wanted. The token, which may be empty, lets a Wayland compositor hand over the focus.
+    void activated(const QString& activationToken);
+
+private:
+    bool activateOwner();
+
+    QDBusConnection m_bus;
+    bool m_isOwner = false;
+};
+
+} // namespace quillary

@@ -1,0 +1,89 @@
+#include "Quillary/Platform/ApplicationService.h"
+
+#include "PrivateBus.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What `claim` of another process gives; the first one's event loop runs on meanwhile.
+Claim claimElsewhere(PrivateBus& bus) {
+    Claim claim = Claim::noBus;
+    std::atomic_bool done = false;
+    std::thread other([&, connection = bus.connection()] {
+        ApplicationService service(connection);
+        claim = service.claim();
+        done = true;
+    });
+    while (!done) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+    other.join();
+    return claim;
+}
+
+} // namespace
+
+TEST(ApplicationService, TheFirstStartTakesTheName) {
+    PrivateBus bus;
+    ApplicationService service(bus.connection());
+    EXPECT_EQ(service.claim(), Claim::first);
+}
+
+TEST(ApplicationService, ASecondStartActivatesTheFirstAndSaysSo) {
+    PrivateBus bus;
+    ApplicationService first(bus.connection());
+    ASSERT_EQ(first.claim(), Claim::first);
+    QSignalSpy activated(&first, &ApplicationService::activated);
+
+    qputenv("XDG_ACTIVATION_TOKEN", "a-token");
+    EXPECT_EQ(claimElsewhere(bus), Claim::handedOver);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+
+    ASSERT_EQ(activated.size(), 1);
+    EXPECT_EQ(activated.constFirst().constFirst().toString(), u"a-token"_s);
+}
+
+TEST(ApplicationService, TheNameIsFreeAgainOnceTheFirstHasEnded) {
+    PrivateBus bus;
+    {
+        ApplicationService first(bus.connection());
+        ASSERT_EQ(first.claim(), Claim::first);
+    }
+    EXPECT_EQ(claimElsewhere(bus), Claim::first);
+}
+
+TEST(ApplicationService, WithoutABusEveryStartRunsByItself) {
+    ApplicationService service(QDBusConnection(u"no such connection"_s));
+    EXPECT_EQ(service.claim(), Claim::noBus);
+}
+
+TEST(ApplicationService, OpenAndActionsBringTheWindowUpToo) {
+    PrivateBus bus;
+    ApplicationService service(bus.connection());
+    ASSERT_EQ(service.claim(), Claim::first);
+    QSignalSpy activated(&service, &ApplicationService::activated);
+    QDBusConnection caller = bus.connection();
+    const auto call = [&caller](const QString& method, const QVariantList& arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(u"app.quillary.Quillary"_s, u"/app/quillary/Quillary"_s,
+                                                              u"org.freedesktop.Application"_s, method);
+        message.setArguments(arguments);
+        QDBusPendingCallWatcher watcher(caller.asyncCall(message));
+        QSignalSpy finished(&watcher, &QDBusPendingCallWatcher::finished);
+        finished.wait();
+        return !watcher.isError();
+    };
+    EXPECT_TRUE(call(u"Open"_s, {QStringList(), QVariantMap()}));
+    EXPECT_TRUE(call(u"ActivateAction"_s, {u"new-note"_s, QVariantList(), QVariantMap()}));
+    EXPECT_EQ(activated.size(), 2);
+}
