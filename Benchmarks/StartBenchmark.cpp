@@ -158,7 +158,7 @@ void makeNotes(const QString& folder, int count, int size) {
 
 int main(int argc, char** argv) {
     const QString folder = QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath();
-    const QString quillary = argc > 1 ? QString::fromLocal8Bit(argv[1]) : folder + u"/../Quillary/Shell/quillary"_s;
+    const QString quillary = argc > 1 ? QString::fromLocal8Bit(argv[1]) : folder + u"/../Quillary/quillary"_s;
     QTemporaryDir home;
     VirtualDisplay display;
 

@@ -6,7 +6,8 @@
 #include <QSplitter>
 #include <QStringListModel>
 
-/// A list of the names in a folder beside a plain text edit with the first file: a notes program that does nothing else.
+/// A list of the names in a folder beside a plain text edit with the first file: a notes program that does nothing
+/// else.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QDir folder(QString::fromLocal8Bit(argc > 1 ? argv[1] : "."));
