@@ -25,7 +25,7 @@ double millisecondsOf(Work&& work) {
 /// What the compiler must not think away.
 template <typename Value>
 void keep(const Value& value) {
-    static const volatile void* volatile sink;
+    [[maybe_unused]] static const volatile void* volatile sink;
     sink = &value;
 }
 
