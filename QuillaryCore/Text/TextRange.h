@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTypes>
+#include <QtGlobal>
 
 #include <algorithm>
 
@@ -35,6 +35,14 @@ struct TextChange {
     qsizetype offset = 0;
     qsizetype removedLength = 0;
     qsizetype insertedLength = 0;
+
+    /// The smallest single change that covers this one and a `next` one, which was made after it.
+    TextChange followedBy(const TextChange& next) const {
+        const qsizetype start = std::min(offset, next.offset);
+        const qsizetype endBetween = std::max(offset + insertedLength, next.offset + next.removedLength);
+        return {start, endBetween - (insertedLength - removedLength) - start,
+                endBetween + (next.insertedLength - next.removedLength) - start};
+    }
 
     friend bool operator==(const TextChange&, const TextChange&) = default;
 };

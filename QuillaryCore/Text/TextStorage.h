@@ -1,11 +1,13 @@
 #pragma once
 
 #include "QuillaryCore/Text/TextRange.h"
+#include "QuillaryCore/Text/TextReplacement.h"
 
 #include <QObject>
 #include <QString>
 
 #include <memory>
+#include <span>
 
 namespace quillary {
 
@@ -22,11 +24,15 @@ class TextStorage : public QObject {
 
 public:
     explicit TextStorage(QString text = {}, QObject* parent = nullptr);
+
+    /// The same with pages of at most `pageUnits` units, 8 or more: what lies in small pages comes upon the borders of
+    /// pages often.
+    TextStorage(QString text, qsizetype pageUnits, QObject* parent = nullptr);
     ~TextStorage() override;
 
     qsizetype length() const;
 
-    /// The whole text. One copy after an edit; shared, and free, before the first one.
+    /// The whole text. One copy after a change; shared, and free, until the next one.
     QString text() const;
 
     /// The text of a range within the storage.
@@ -36,8 +42,11 @@ public:
     char16_t unitAt(qsizetype offset) const;
 
     /// The longest stretch from `offset` on that lies in one piece in memory; empty only at the end. Valid until the
-    /// next change.
+    /// next change or the next call of text().
     QStringView chunkAt(qsizetype offset) const;
+
+    /// Likewise the longest stretch that ends at `offset`; empty only at the start.
+    QStringView chunkBefore(qsizetype offset) const;
 
     /// Whether the text equals another, unit by unit.
     bool equals(QStringView other) const;
@@ -68,8 +77,18 @@ public:
     /// before; else LF.
     QString terminatorForNewLineAt(qsizetype offset) const;
 
+    /// Rises with each change, whoever makes it.
+    qint64 revision() const;
+
     /// Replaces a range by a text, which may be empty, and announces it. A lone surrogate becomes U+FFFD.
     void replace(TextRange range, QStringView text);
+
+    /// Replaces disjoint ranges, in ascending order and all given in the unchanged text, and announces one change, from
+    /// the first range's start to the last one's end. Costs time in proportion to the pages that they touch.
+    void replaceAll(std::span<const TextReplacement> replacements);
+
+    /// Replaces the whole text by another, which stays shared, and announces it. Lone surrogates are kept.
+    void setText(QString text);
 
     /// Between the two, changes are announced as one by `changed` when the outermost bracket closes: the smallest
     /// stretch that covers them all. Brackets nest.
@@ -81,8 +100,14 @@ Q_SIGNALS:
     void changed(const quillary::TextChange& change);
 
 private:
-    class Pages;
-    std::unique_ptr<Pages> m_pages;
+    friend class UndoManager;
+    class Contents;
+
+    /// What replace() and replaceAll() do, with the units as they come: undo brings back what was there.
+    void replaceExactly(std::span<const TextReplacementView> replacements);
+    void announce(const TextChange& change);
+
+    std::unique_ptr<Contents> m_contents;
 };
 
 } // namespace quillary
