@@ -1,0 +1,130 @@
+#include "QuillaryCore/Platform/FileMove.h"
+
+#include "QuillaryCore/Platform/FileCopy.h"
+#include "QuillaryCore/Platform/FileDescriptor.h"
+#include "QuillaryCore/Platform/FileStatus.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quillary {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Status<SystemError> statusOfCall(int result) {
+    if (result != 0) {
+        return SystemError::last();
+    }
+    return Done();
+}
+
+/// Both spellings lead to one file, so the destination is never free; by way of a third name it is.
+Status<SystemError> changeCase(const FilePath& source, const FilePath& destination) {
+    const QString third = u".quillary-"_s + QString::number(QRandomGenerator::global()->generate64(), 36);
+    const FilePath between = source.parent().appending(third);
+    const auto rename = [](const FilePath& from, const FilePath& to) {
+        return renameWithoutReplacing(AT_FDCWD, from.bytes().constData(), AT_FDCWD, to.bytes().constData());
+    };
+    if (const auto moved = rename(source, between); !moved) {
+        return moved;
+    }
+    const auto moved = rename(between, destination);
+    if (!moved) {
+        // Taken by a hard link of that name, or by another program meanwhile.
+        if (const auto back = rename(between, source); !back) {
+            return back;
+        }
+    }
+    return moved;
+}
+
+bool differInCaseOnly(const FilePath& source, const FilePath& destination) {
+    return source.parent() == destination.parent() &&
+           source.fileName().compare(destination.fileName(), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+Status<SystemError> renameByLinking(int sourceDirectory, const char* source, int destinationDirectory,
+                                    const char* destination) {
+    if (::linkat(sourceDirectory, source, destinationDirectory, destination, 0) != 0) {
+        return SystemError::last();
+    }
+    if (::unlinkat(sourceDirectory, source, 0) != 0) {
+        const SystemError error = SystemError::last();
+        ::unlinkat(destinationDirectory, destination, 0);
+        return error;
+    }
+    return Done();
+}
+
+Status<SystemError> renameOntoClaim(int sourceDirectory, const char* source, int destinationDirectory,
+                                    const char* destination) {
+    const auto status = fileStatus(sourceDirectory, source);
+    if (!status) {
+        return status.error();
+    }
+    const bool isDirectory = status->kind == FileKind::directory;
+    if (isDirectory) {
+        if (::mkdirat(destinationDirectory, destination, 0700) != 0) {
+            return SystemError::last();
+        }
+    } else {
+        const FileDescriptor claim(
+            ::openat(destinationDirectory, destination, O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600));
+        if (!claim) {
+            return SystemError::last();
+        }
+    }
+    if (::renameat(sourceDirectory, source, destinationDirectory, destination) != 0) {
+        const SystemError error = SystemError::last();
+        ::unlinkat(destinationDirectory, destination, isDirectory ? AT_REMOVEDIR : 0);
+        return error;
+    }
+    return Done();
+}
+
+Status<SystemError> renameWithoutReplacing(int sourceDirectory, const char* source, int destinationDirectory,
+                                           const char* destination) {
+    const auto renamed =
+        statusOfCall(::renameat2(sourceDirectory, source, destinationDirectory, destination, RENAME_NOREPLACE));
+    if (renamed || (renamed.error().code != EINVAL && renamed.error().code != ENOSYS)) {
+        return renamed;
+    }
+    const auto linked = renameByLinking(sourceDirectory, source, destinationDirectory, destination);
+    const bool cannotLink = !linked && (linked.error().code == EPERM || linked.error().code == EOPNOTSUPP ||
+                                        linked.error().code == ENOSYS || linked.error().code == EMLINK);
+    return cannotLink ? renameOntoClaim(sourceDirectory, source, destinationDirectory, destination) : linked;
+}
+
+Status<SystemError> moveFile(const FilePath& source, const FilePath& destination) {
+    const auto renamed =
+        renameWithoutReplacing(AT_FDCWD, source.bytes().constData(), AT_FDCWD, destination.bytes().constData());
+    if (renamed) {
+        return renamed;
+    }
+    if (renamed.error().code == EEXIST && differInCaseOnly(source, destination)) {
+        const auto from = fileStatus(source);
+        const auto to = fileStatus(destination);
+        return from && to && from->isSameFile(*to) ? changeCase(source, destination) : renamed;
+    }
+    if (renamed.error().code == EXDEV) {
+        const auto status = fileStatus(source);
+        if (!status || status->kind != FileKind::regular) {
+            return renamed;
+        }
+        if (const auto copied = copyFile(source, destination); !copied) {
+            return copied.error();
+        }
+        return statusOfCall(::unlink(source.bytes().constData()));
+    }
+    return renamed;
+}
+
+} // namespace quillary
