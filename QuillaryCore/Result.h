@@ -28,7 +28,7 @@ public:
 
     T& value() & { return get<0>(m_content); }
 
-    T&& value() && { return get<0>(std::move(m_content)); }
+    T&& value() && { return std::move(get<0>(m_content)); }
 
     const T& operator*() const& { return value(); }
 
@@ -42,7 +42,7 @@ public:
 
     const E& error() const& { return get<1>(m_content); }
 
-    E&& error() && { return get<1>(std::move(m_content)); }
+    E&& error() && { return std::move(get<1>(m_content)); }
 
 private:
     template <std::size_t index, typename Variant>
