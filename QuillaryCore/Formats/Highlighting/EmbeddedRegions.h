@@ -1,0 +1,47 @@
+#pragma once
+
+#include "QuillaryCore/Formats/Highlighting/ClassifiedText.h"
+
+#include <optional>
+
+namespace quillary::highlighting {
+
+/// The elements of HTML whose contents are of another language.
+enum class EmbeddedElement { script, style };
+
+/// The PHP regions of a text classified as HTML, one after the other: `<\?(?:php|=)?[\s\S]*?(?:\?>|\z)`.
+class PhpRegions {
+public:
+    explicit PhpRegions(const ClassifiedText& text) : m_text(text), m_position(text.begin()) {}
+
+    std::optional<TextRange> next();
+
+private:
+    const ClassifiedText& m_text;
+    qsizetype m_position;
+};
+
+/// The contents of the closed elements of a text classified as HTML, one after the other:
+/// `<script\b[^>]*>([\s\S]*?)</script>` or the same with `style`, ignoring case, the captured group.
+class EmbeddedContents {
+public:
+    EmbeddedContents(const ClassifiedText& text, EmbeddedElement element)
+        : m_text(text), m_element(element), m_position(text.begin()) {}
+
+    std::optional<TextRange> next();
+
+private:
+    const ClassifiedText& m_text;
+    EmbeddedElement m_element;
+    qsizetype m_position;
+};
+
+/// Where the first closing tag begins in a text classified as HTML, or the end: `</script\s*>` or the same with
+/// `style`, ignoring case.
+qsizetype closingTagStart(const ClassifiedText& text, EmbeddedElement element);
+
+/// The element that a plain look at what stands before a location finds open: its last opening text stands behind its
+/// last closing text, case ignored. A script goes before a style.
+std::optional<EmbeddedElement> elementOpenBefore(QStringView text, qsizetype location);
+
+} // namespace quillary::highlighting

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "QuillaryCore/Formats/SyntaxToken.h"
+
+#include <QList>
+
+#include <vector>
+
+namespace quillary::highlighting {
+
+/// The state of one run over a text: which units are owned, and by which tokens. Bits stand for units, so that asking
+/// for a stretch and taking it cost a word's operation for each 64 units.
+class Pass {
+public:
+    explicit Pass(qsizetype length);
+
+    /// Gives a stretch, at least one unit long, to a token, if no unit of it is owned.
+    void add(SyntaxTokenKind kind, qsizetype begin, qsizetype end);
+
+    /// Takes a stretch away from all that come later, without a token.
+    void occupy(TextRange range);
+
+    /// The tokens by location, moved by `offset`.
+    QList<SyntaxToken> tokens(qsizetype offset) const;
+
+private:
+    struct Entry {
+        qint32 begin;
+        qint32 length;
+        SyntaxTokenKind kind;
+    };
+
+    std::vector<quint64> m_occupied;
+    std::vector<quint64> m_starts;
+    std::vector<Entry> m_entries;
+};
+
+} // namespace quillary::highlighting
