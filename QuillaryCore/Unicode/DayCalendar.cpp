@@ -3,7 +3,6 @@
 #include "QuillaryCore/Unicode/Icu.h"
 
 #include <QHash>
-#include <QTimeZone>
 
 #include <unicode/timezone.h>
 
@@ -12,6 +11,8 @@
 namespace quillary {
 
 namespace {
+
+using namespace Qt::StringLiterals;
 
 std::unique_ptr<icu::TimeZone> newTimeZone(const QString& name) {
     std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(icu_support::readOnlyAlias(name)));
@@ -32,8 +33,15 @@ const icu::TimeZone& timeZoneFor(const QString& name) {
 
 } // namespace
 
+DayCalendar::DayCalendar(const QTimeZone& timeZone) : m_timeZone(QString::fromLatin1(timeZone.id())) {
+    // Qt calls the zones that are a mere offset "UTC+02:00", ICU "GMT+02:00".
+    if (m_timeZone.size() > 3 && m_timeZone.startsWith("UTC"_L1)) {
+        m_timeZone.replace(0, 3, "GMT"_L1);
+    }
+}
+
 DayCalendar DayCalendar::current() {
-    return DayCalendar(QString::fromLatin1(QTimeZone::systemTimeZoneId()));
+    return DayCalendar(QTimeZone::systemTimeZone());
 }
 
 bool DayCalendar::isTimeZone(const QString& name) {

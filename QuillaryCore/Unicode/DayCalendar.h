@@ -3,6 +3,7 @@
 #include "QuillaryCore/Notes/Moment.h"
 
 #include <QString>
+#include <QTimeZone>
 
 namespace quillary {
 
@@ -12,12 +13,15 @@ public:
     /// A time zone by its IANA name ("Europe/Rome"). An unknown name counts as UTC.
     explicit DayCalendar(QString timeZone) : m_timeZone(std::move(timeZone)) {}
 
+    explicit DayCalendar(const QTimeZone& timeZone);
+
     /// That of the time zone which the system is set to.
     static DayCalendar current();
 
     /// Whether there is a time zone of this name.
     static bool isTimeZone(const QString& name);
 
+    /// The name of the time zone, as ICU knows it.
     const QString& timeZone() const { return m_timeZone; }
 
     /// The day that holds a moment; the next day is one more, whatever the length of a day.
