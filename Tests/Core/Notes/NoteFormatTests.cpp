@@ -1,0 +1,105 @@
+#include "QuillaryCore/Notes/NoteFormat.h"
+
+namespace quillary {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct FormatRow {
+    NoteFormat format;
+    QString rawValue;
+    QString fileExtension;
+    QStringList extensions;
+    QString displayName;
+    QString badge;
+    bool supportsPreview;
+};
+
+const FormatRow formatRows[] = {
+    {NoteFormat::plain, u"plain"_s, u"txt"_s, {u"txt"_s, u"rtf"_s, u""_s}, u"Testo"_s, u"TXT"_s, false},
+    {NoteFormat::markdown,
+     u"markdown"_s,
+     u"md"_s,
+     {u"md"_s, u"markdown"_s, u"mdown"_s, u"mkd"_s},
+     u"Markdown"_s,
+     u"MD"_s,
+     true},
+    {NoteFormat::json, u"json"_s, u"json"_s, {u"json"_s, u"geojson"_s}, u"JSON"_s, u"JSON"_s, true},
+    {NoteFormat::csv, u"csv"_s, u"csv"_s, {u"csv"_s, u"tsv"_s}, u"CSV"_s, u"CSV"_s, true},
+    {NoteFormat::html, u"html"_s, u"html"_s, {u"html"_s, u"htm"_s, u"xhtml"_s}, u"HTML"_s, u"HTML"_s, false},
+    {NoteFormat::css, u"css"_s, u"css"_s, {u"css"_s}, u"CSS"_s, u"CSS"_s, false},
+    {NoteFormat::javascript,
+     u"javascript"_s,
+     u"js"_s,
+     {u"js"_s, u"mjs"_s, u"cjs"_s, u"jsx"_s},
+     u"JavaScript"_s,
+     u"JS"_s,
+     false},
+    {NoteFormat::php, u"php"_s, u"php"_s, {u"php"_s, u"phtml"_s}, u"PHP"_s, u"PHP"_s, false},
+};
+
+} // namespace
+
+TEST(NoteFormat, HasItsNamesExtensionsAndPreview) {
+    ASSERT_EQ(std::size(formatRows), allNoteFormats.size());
+    for (std::size_t i = 0; i < std::size(formatRows); ++i) {
+        const FormatRow& row = formatRows[i];
+        SCOPED_TRACE(row.rawValue.toStdString());
+        EXPECT_EQ(allNoteFormats[i], row.format);
+        EXPECT_EQ(rawValue(row.format), row.rawValue);
+        EXPECT_EQ(noteFormatFromRawValue(row.rawValue), row.format);
+        EXPECT_EQ(fileExtension(row.format), row.fileExtension);
+        EXPECT_EQ(displayName(row.format), row.displayName);
+        EXPECT_EQ(badge(row.format), row.badge);
+        EXPECT_EQ(supportsPreview(row.format), row.supportsPreview);
+        for (const QString& extension : row.extensions) {
+            EXPECT_EQ(noteFormatFromExtension(extension), row.format) << extension.toStdString();
+            EXPECT_EQ(noteFormatFromExtension(extension.toUpper()), row.format) << extension.toStdString();
+        }
+    }
+}
+
+TEST(NoteFormat, AnUnknownRawValueIsNone) {
+    for (const QString& value : {u""_s, u"Plain"_s, u"txt"_s, u"plain "_s, u"js"_s}) {
+        EXPECT_EQ(noteFormatFromRawValue(value), std::nullopt) << value.toStdString();
+    }
+}
+
+TEST(NoteFormat, RecognizesExactlyTwentySevenExtensions) {
+    const QSet<QString> expected{
+        u"txt"_s, u"text"_s,     u"log"_s,   u"sql"_s, u"xml"_s,  u"yaml"_s,    u"yml"_s, u"sh"_s,  u"py"_s,
+        u"md"_s,  u"markdown"_s, u"mdown"_s, u"mkd"_s, u"json"_s, u"geojson"_s, u"csv"_s, u"tsv"_s, u"html"_s,
+        u"htm"_s, u"xhtml"_s,    u"css"_s,   u"js"_s,  u"mjs"_s,  u"cjs"_s,     u"jsx"_s, u"php"_s, u"phtml"_s,
+    };
+    EXPECT_EQ(recognizedExtensions().size(), 27);
+    EXPECT_EQ(recognizedExtensions(), expected);
+    EXPECT_EQ(&recognizedExtensions(), &recognizedExtensions());
+    for (const QString& extension : expected) {
+        EXPECT_TRUE(isRecognizedExtension(extension)) << extension.toStdString();
+        EXPECT_TRUE(isRecognizedExtension(extension.toUpper())) << extension.toStdString();
+    }
+}
+
+TEST(NoteFormat, ExtensionsWithoutAFormatOfTheirOwnArePlainNotes) {
+    for (const QString& extension : {u"text"_s, u"log"_s, u"sql"_s, u"xml"_s, u"yaml"_s, u"yml"_s, u"sh"_s, u"py"_s}) {
+        EXPECT_EQ(noteFormatFromExtension(extension), NoteFormat::plain) << extension.toStdString();
+        EXPECT_TRUE(isRecognizedExtension(extension)) << extension.toStdString();
+    }
+}
+
+TEST(NoteFormat, OtherExtensionsArePlainAndNoNotes) {
+    for (const QString& extension : {u""_s, QString(), u"rtf"_s, u"m"_s, u"mdx"_s, u" md"_s, u"md "_s, u"markdownx"_s,
+                                     u"markdow"_s, u"m\u00E9"_s, u"xmd"_s, QString(QChar(0) + u"md"_s)}) {
+        EXPECT_EQ(noteFormatFromExtension(extension), NoteFormat::plain) << extension.toStdString();
+        EXPECT_FALSE(isRecognizedExtension(extension)) << extension.toStdString();
+    }
+}
+
+TEST(NoteFormat, LowersTheCaseOfLettersBeyondAscii) {
+    // U+212A, the Kelvin sign, is a capital k.
+    EXPECT_EQ(noteFormatFromExtension(u"M\u212AD"), NoteFormat::markdown);
+    EXPECT_TRUE(isRecognizedExtension(u"m\u212Ad"));
+}
+
+} // namespace quillary
