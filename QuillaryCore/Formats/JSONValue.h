@@ -59,7 +59,7 @@ public:
     friend bool operator==(const JSONValue& a, const JSONValue& b);
 
     /// The text and structure that it lies in, null for a value that was not read from a text, and where in it.
-    const JSONDocument* document() const { return m_document.data(); }
+    const QExplicitlySharedDataPointer<const JSONDocument>& document() const { return m_document; }
 
     qsizetype position() const { return m_position; }
 

@@ -1,6 +1,5 @@
 #include "QuillaryCore/Formats/JSONParser.h"
 
-
 #include <gtest/gtest.h>
 
 namespace quillary {
