@@ -16,14 +16,9 @@ bool mayComeFromFile(const QString& name) {
 }
 
 std::optional<qint64> wholeNumber(const QJsonValue& value) {
-    if (!value.isDouble()) {
-        return std::nullopt;
-    }
-    const double real = value.toDouble();
-    if (real != std::floor(real) || std::abs(real) > 9.2e18) {
-        return std::nullopt;
-    }
-    return value.toInteger();
+    // What is no integer of 64 bits gives whatever default is asked for.
+    const qint64 integer = value.toInteger(0);
+    return integer == value.toInteger(1) ? std::optional(integer) : std::nullopt;
 }
 
 } // namespace

@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 OperationTable allOperations() {
     OperationTable table;
+    addJSONOperations(table);
     return table;
 }
 

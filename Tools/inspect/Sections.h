@@ -5,5 +5,6 @@
 namespace quillary::inspect {
 
 // Each adds the operations of one section of the protocol; each stands in a source of its own.
+void addJSONOperations(OperationTable& table);
 
 } // namespace quillary::inspect
