@@ -190,13 +190,13 @@ Result<FileStatus, SystemError> AtomicFile::create(const std::optional<Moment>& 
     return fileStatus(m_file.number());
 }
 
-void AtomicFile::removeIfAbandoned(int directory, const char* name) {
+void AtomicFile::removeIfAbandoned(int directory, const char* name, Moment now) {
     const QByteArrayView view(name);
     if (!view.startsWith(hiddenPrefix) || !view.endsWith(hiddenSuffix)) {
         return;
     }
     const auto status = fileStatus(directory, name);
-    if (!status || status->kind != FileKind::regular || now() - status->changed < ageOfAbandoned) {
+    if (!status || status->kind != FileKind::regular || now - status->changed < ageOfAbandoned) {
         return;
     }
     const FileDescriptor file(::openat(directory, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QuillaryCore/Notes/Moment.h"
 #include "QuillaryCore/Platform/FileDescriptor.h"
 #include "QuillaryCore/Platform/FilePath.h"
 #include "QuillaryCore/Platform/FileStatus.h"
@@ -43,8 +44,8 @@ public:
     Result<FileStatus, SystemError> create(const std::optional<Moment>& created = std::nullopt);
 
     /// Removes a file of an open directory that a process left behind which ended before its time. Other names, and
-    /// files that are still being written, stay.
-    static void removeIfAbandoned(int directory, const char* name);
+    /// files that are still being written or are less than a minute old, stay.
+    static void removeIfAbandoned(int directory, const char* name, Moment now = quillary::now());
 
 private:
     AtomicFile() = default;

@@ -35,6 +35,8 @@ struct FileStatus {
     std::optional<Moment> born;
 
     bool isSameFile(const FileStatus& other) const { return device == other.device && inode == other.inode; }
+
+    friend bool operator==(const FileStatus&, const FileStatus&) = default;
 };
 
 /// The facts of the entry at a path; a link is not followed.

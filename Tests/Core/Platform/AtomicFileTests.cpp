@@ -1,0 +1,376 @@
+#include "QuillaryCore/Platform/AtomicFile.h"
+
+#include "QuillaryCore/Platform/CreationDate.h"
+#include "QuillaryCore/Platform/UTF8Writer.h"
+
+#include "Tests/Support/SystemConditions.h"
+#include "Tests/Support/TestDirectory.h"
+
+#include <cerrno>
+#include <sys/file.h>
+
+namespace quillary {
+
+using namespace Qt::StringLiterals;
+using test::TestDirectory;
+
+namespace {
+
+Result<FileStatus, SystemError> replaceContents(const FilePath& path, const QByteArray& contents,
+                                                const std::optional<Moment>& created = std::nullopt) {
+    auto file = AtomicFile::open(path);
+    if (!file) {
+        return file.error();
+    }
+    if (const auto written = file->write(contents); !written) {
+        return written.error();
+    }
+    return file->replace(created);
+}
+
+TEST(AtomicFile, MakesAFileWhereThereIsNone) {
+    const TestDirectory directory;
+    const mode_t mask = ::umask(0027);
+    const auto status = replaceContents(directory.path("a.md"), "new");
+    ::umask(mask);
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->size, 3);
+    EXPECT_EQ(status->mode, 0640U);
+    EXPECT_EQ(directory.read("a.md"), "new");
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
+}
+
+TEST(AtomicFile, PutsAWholeNewFileInTheOldOnesPlace) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    const int reader = ::open(path.bytes().constData(), O_RDONLY | O_CLOEXEC);
+    const quint64 inode = fileStatus(path)->inode;
+
+    const auto status = replaceContents(path, "new");
+    ASSERT_TRUE(status);
+    EXPECT_NE(status->inode, inode);
+    EXPECT_EQ(*fileStatus(path), *status);
+    EXPECT_EQ(directory.read("a.md"), "new");
+
+    char bytes[8];
+    EXPECT_EQ(::read(reader, bytes, sizeof bytes), 3) << "who has the old file open goes on reading it";
+    EXPECT_EQ(QByteArray(bytes, 3), "old");
+    ::close(reader);
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
+}
+
+TEST(AtomicFile, ShowsNothingOfTheNewContentsBeforeTheEnd) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    auto file = AtomicFile::open(path);
+    ASSERT_TRUE(file);
+    ASSERT_TRUE(file->write(QByteArray(1'000'000, 'x')));
+    EXPECT_EQ(directory.read("a.md"), "old");
+    for (const QByteArray& name : directory.names()) {
+        EXPECT_TRUE(name == "a.md" || name.startsWith('.')) << name.constData();
+    }
+}
+
+TEST(AtomicFile, LeavesNothingBehindWhenDropped) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    {
+        auto file = AtomicFile::open(path);
+        ASSERT_TRUE(file);
+        ASSERT_TRUE(file->write("half"));
+    }
+    EXPECT_EQ(directory.read("a.md"), "old");
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
+}
+
+TEST(AtomicFile, KeepsModeAndExtendedAttributes) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    for (const mode_t mode : {0600, 0640, 0666, 0755}) {
+        ::chmod(path.bytes().constData(), mode);
+        ASSERT_TRUE(replaceContents(path, "new"));
+        EXPECT_EQ(fileStatus(path)->mode, mode);
+    }
+    if (!TestDirectory::setAttribute(path, "user.tags", "red\0blue")) {
+        GTEST_SKIP() << "the file system keeps no extended attributes";
+    }
+    TestDirectory::setAttribute(path, "user.empty", "");
+    TestDirectory::setAttribute(path, "user.long", QByteArray(1000, 'x'));
+    ASSERT_TRUE(replaceContents(path, "newer"));
+    EXPECT_EQ(TestDirectory::attribute(path, "user.tags"), "red\0blue");
+    EXPECT_EQ(TestDirectory::attribute(path, "user.long"), QByteArray(1000, 'x'));
+    EXPECT_EQ(TestDirectory::attribute(path, "user.empty"), "");
+    EXPECT_FALSE(TestDirectory::attribute(path, "user.empty").isNull());
+}
+
+TEST(AtomicFile, KeepsTheOwner) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser may save another user's file as that user's";
+    }
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    ASSERT_EQ(::chown(path.bytes().constData(), 12345, 23456), 0);
+    ::chmod(path.bytes().constData(), 0640);
+    const auto status = replaceContents(path, "new");
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->owner, 12345U);
+    EXPECT_EQ(status->group, 23456U);
+    EXPECT_EQ(status->mode, 0640U);
+}
+
+TEST(AtomicFile, GivesAForeignGroupsRightsToNoOtherGroup) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs a file of another user";
+    }
+    const TestDirectory directory;
+    ::chmod(directory.bytes().constData(), 0777);
+    const FilePath path = directory.write("a.md", "old");
+    ASSERT_EQ(::chown(path.bytes().constData(), 12345, 23456), 0);
+    ::chmod(path.bytes().constData(), 0666 | 0070);
+    const test::WithoutPrivileges user;
+    const auto status = replaceContents(path, "new");
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->owner, test::WithoutPrivileges::nobody);
+    EXPECT_EQ(status->mode, 0666U);
+}
+
+TEST(AtomicFile, TakesALongNameAndAnyBytes) {
+    const TestDirectory directory;
+    const QByteArray names[] = {QByteArray(252, 'n') + ".md",
+                                "-rf.md",
+                                "a\nb.md",
+                                "caf\xE9.md",
+                                "\xC3\xA8.md",
+                                "e\xCC\x80.md",
+                                ".hidden.md",
+                                " .md"};
+    for (const QByteArray& name : names) {
+        const FilePath path = directory.write(name, "old");
+        ASSERT_TRUE(replaceContents(path, "new " + name)) << name.constData();
+        EXPECT_EQ(directory.read(name), "new " + name);
+    }
+    EXPECT_EQ(directory.names().size(), 8);
+}
+
+TEST(AtomicFile, RefusesWhatIsNoOrdinaryFile) {
+    const TestDirectory directory;
+    directory.write("target.md", "target");
+    directory.makeDirectory("directory.md");
+    directory.makeLink("link.md", "target.md");
+    directory.makeLink("nowhere.md", "absent.md");
+    ASSERT_EQ(::mkfifo(directory.path("pipe.md").bytes().constData(), 0600), 0);
+    const QList<QByteArray> names = directory.names();
+    const std::pair<const char*, int> cases[] = {
+        {"directory.md", EISDIR}, {"link.md", ELOOP},  {"nowhere.md", ELOOP},
+        {"pipe.md", EINVAL},      {"no/a.md", ENOENT}, {"target.md/a.md", ENOTDIR},
+    };
+    for (const auto& [name, code] : cases) {
+        const auto refused = replaceContents(directory.path(name), "new");
+        ASSERT_FALSE(refused) << name;
+        EXPECT_EQ(refused.error().code, code) << name;
+    }
+    EXPECT_EQ(directory.read("target.md"), "target");
+    EXPECT_EQ(directory.names(), names);
+    EXPECT_EQ(AtomicFile::open(directory.path(QByteArray(256, 'x'))).error().code, ENAMETOOLONG);
+}
+
+TEST(AtomicFile, RefusesAFileAndADirectoryThatMayNotBeWritten) {
+    const TestDirectory directory;
+    ::chmod(directory.bytes().constData(), 0777);
+    const FilePath file = directory.write("readonly.md", "old");
+    ::chmod(file.bytes().constData(), 0444);
+    const FilePath closed = directory.makeDirectory("closed");
+    const FilePath inside = directory.write("closed/a.md", "old");
+    ::chmod(inside.bytes().constData(), 0666);
+    ::chmod(closed.bytes().constData(), 0555);
+    {
+        const test::WithoutPrivileges user;
+        EXPECT_EQ(replaceContents(file, "new").error().code, EACCES);
+        EXPECT_EQ(replaceContents(inside, "new").error().code, EACCES);
+        EXPECT_EQ(replaceContents(closed.appending(u"b.md"), "new").error().code, EACCES);
+    }
+    ::chmod(closed.bytes().constData(), 0755);
+    EXPECT_EQ(directory.read("readonly.md"), "old");
+    EXPECT_EQ(TestDirectory::namesIn(closed), QList<QByteArray>{"a.md"});
+    EXPECT_EQ(directory.read("closed/a.md"), "old");
+}
+
+TEST(AtomicFile, SavesInADirectoryThatMayNotBeListed) {
+    const TestDirectory directory;
+    ::chmod(directory.bytes().constData(), 0755);
+    const FilePath blind = directory.makeDirectory("blind");
+    const FilePath path = directory.write("blind/a.md", "old");
+    ::chmod(path.bytes().constData(), 0666);
+    ::chmod(blind.bytes().constData(), 0333);
+    {
+        const test::WithoutPrivileges user;
+        EXPECT_TRUE(replaceContents(path, "new"));
+    }
+    ::chmod(blind.bytes().constData(), 0755);
+    EXPECT_EQ(directory.read("blind/a.md"), "new");
+}
+
+TEST(AtomicFile, LeavesTheOldFileWholeWhenAFileMayNotGrow) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    {
+        const test::FileSizeLimit limit(100'000);
+        EXPECT_EQ(replaceContents(path, QByteArray(1'000'000, 'x')).error().code, EFBIG);
+        EXPECT_EQ(replaceContents(directory.path("b.md"), QByteArray(1'000'000, 'x')).error().code, EFBIG);
+    }
+    EXPECT_EQ(directory.read("a.md"), "old");
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
+}
+
+TEST(AtomicFile, LeavesTheOldFileWholeOnAFullDisk) {
+    const auto disk = test::MountedFileSystem::inMemory("size=1m");
+    if (!disk.isMounted()) {
+        GTEST_SKIP() << "only the superuser can mount a small disk";
+    }
+    const TestDirectory directory(disk.path());
+    const QByteArray old(300'000, 'o');
+    const FilePath path = directory.write("a.md", old);
+    EXPECT_EQ(replaceContents(path, QByteArray(900'000, 'x')).error().code, ENOSPC);
+    EXPECT_EQ(directory.read("a.md"), old);
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
+    EXPECT_TRUE(replaceContents(path, QByteArray(500'000, 'x')));
+    EXPECT_EQ(directory.read("a.md").size(), 500'000);
+}
+
+TEST(AtomicFile, RefusesAReadOnlyFileSystem) {
+    const auto disk = test::MountedFileSystem::inMemory("size=1m,ro");
+    if (!disk.isMounted()) {
+        GTEST_SKIP() << "only the superuser can mount a disk";
+    }
+    EXPECT_EQ(replaceContents(TestDirectory(disk.path()).path("a.md"), "new").error().code, EROFS);
+}
+
+TEST(AtomicFile, CreatesOnlyWhereNothingIs) {
+    const TestDirectory directory;
+    auto file = AtomicFile::open(directory.path("a.md"));
+    ASSERT_TRUE(file);
+    ASSERT_TRUE(file->write("new"));
+    directory.write("a.md", "another program's");
+    EXPECT_EQ(file->create().error().code, EEXIST);
+    EXPECT_EQ(directory.read("a.md"), "another program's");
+
+    auto known = AtomicFile::open(directory.path("a.md"));
+    ASSERT_TRUE(known);
+    EXPECT_EQ(known->create().error().code, EEXIST);
+
+    auto free = AtomicFile::open(directory.path("b.md"));
+    ASSERT_TRUE(free && free->write("b") && free->create());
+    EXPECT_EQ(directory.read("b.md"), "b");
+    EXPECT_EQ(directory.names(), (QList<QByteArray>{"a.md", "b.md"}));
+}
+
+TEST(AtomicFile, ReplacesAFileThatVanishedMeanwhile) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    auto file = AtomicFile::open(path);
+    ASSERT_TRUE(file && file->write("new"));
+    ::unlink(path.bytes().constData());
+    EXPECT_TRUE(file->replace());
+    EXPECT_EQ(directory.read("a.md"), "new");
+}
+
+TEST(AtomicFile, FailsWholeWhenTheFileBecameADirectoryMeanwhile) {
+    const TestDirectory directory;
+    const FilePath path = directory.write("a.md", "old");
+    {
+        auto file = AtomicFile::open(path);
+        ASSERT_TRUE(file && file->write("new"));
+        ::unlink(path.bytes().constData());
+        directory.makeDirectory("a.md");
+        EXPECT_EQ(file->replace().error().code, EISDIR);
+    }
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
+}
+
+TEST(AtomicFile, RemovesOnlyOldHiddenFilesThatNobodyWrites) {
+    const TestDirectory directory;
+    constexpr qint64 longAgo = 1'000'000'000;
+    directory.write(".quillary-abc.tmp", "left by a killed process");
+    directory.write(".quillary-held.tmp", "of a running process");
+    directory.write(".quillary.json", "{}");
+    directory.write(".quillary-abc", "x");
+    directory.write("quillary-abc.tmp", "x");
+    directory.makeDirectory(".quillary-directory.tmp");
+    directory.makeLink(".quillary-link.tmp", "quillary-abc.tmp");
+    const QList<QByteArray> all = directory.names();
+    const int held = ::open(directory.path(".quillary-held.tmp").bytes().constData(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    const int descriptor = ::open(directory.bytes().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const auto removeAll = [&](Moment now) {
+        for (const QByteArray& name : all) {
+            AtomicFile::removeIfAbandoned(descriptor, name.constData(), now);
+        }
+    };
+
+    removeAll(now());
+    EXPECT_EQ(directory.names(), all) << "a young one may be another process's";
+    TestDirectory::setTimes(directory.path(".quillary-abc.tmp"), longAgo);
+    removeAll(now() + std::chrono::minutes(2));
+    QList<QByteArray> expected = all;
+    expected.removeOne(".quillary-abc.tmp");
+    EXPECT_EQ(directory.names(), expected);
+    ::close(held);
+    ::close(descriptor);
+}
+
+TEST(UTF8Writer, WritesTextInPiecesOfAnySize) {
+    const QString text = QString(40'000, u'è') + u"a😀b\u0000c\uFFFE"_s + QString(70'000, u'x') + u"😀"_s;
+    for (const qsizetype size : {qsizetype(1), qsizetype(2), qsizetype(3), qsizetype(1000), text.size()}) {
+        const TestDirectory directory;
+        auto file = AtomicFile::open(directory.path("a.md"));
+        ASSERT_TRUE(file);
+        UTF8Writer writer(*file);
+        for (qsizetype at = 0; at < text.size(); at += size) {
+            ASSERT_TRUE(writer.write(QStringView(text).sliced(at, std::min(size, text.size() - at))));
+        }
+        ASSERT_TRUE(writer.finish() && file->replace());
+        EXPECT_EQ(directory.read("a.md"), text.toUtf8()) << size;
+    }
+}
+
+TEST(UTF8Writer, KeepsAPairThatStandsAcrossAPieceOfItsOwn) {
+    const QString text = QString(64 * 1024 - 1, u'x') + u"😀😀"_s;
+    const TestDirectory directory;
+    auto file = AtomicFile::open(directory.path("a.md"));
+    ASSERT_TRUE(file);
+    UTF8Writer writer(*file);
+    ASSERT_TRUE(writer.write(text) && writer.finish() && file->replace());
+    EXPECT_EQ(directory.read("a.md"), text.toUtf8());
+}
+
+TEST(UTF8Writer, WritesReplacementCharactersForLoneSurrogates) {
+    const QChar high(0xD83D);
+    const QChar low(0xDE00);
+    const QByteArray replacement = "\xEF\xBF\xBD";
+    const std::pair<QStringList, QByteArray> cases[] = {
+        {{u"a"_s + high + u"b"_s}, "a" + replacement + "b"},
+        {{u"a"_s + low + u"b"_s}, "a" + replacement + "b"},
+        {{u"a"_s + high}, "a" + replacement},
+        {{u"a"_s + high, u"b"_s}, "a" + replacement + "b"},
+        {{u"a"_s + high, QString(), QString(low) + u"b"_s},
+         "a\xF0\x9F\x98\x80"
+         "b"},
+        {{QString(high), QString(high), QString(low)}, replacement + "\xF0\x9F\x98\x80"},
+        {{QString(low), QString(high)}, replacement + replacement},
+    };
+    for (const auto& [pieces, expected] : cases) {
+        const TestDirectory directory;
+        auto file = AtomicFile::open(directory.path("a.md"));
+        ASSERT_TRUE(file);
+        UTF8Writer writer(*file);
+        for (const QString& piece : pieces) {
+            ASSERT_TRUE(writer.write(piece));
+        }
+        ASSERT_TRUE(writer.finish() && file->replace());
+        EXPECT_EQ(directory.read("a.md").toHex(), expected.toHex());
+    }
+}
+
+} // namespace
+
+} // namespace quillary
