@@ -1,0 +1,229 @@
+#include "QuillaryCore/Notes/NoteFileStore.h"
+
+#include "QuillaryCore/Notes/FileContents.h"
+#include "QuillaryCore/Notes/NoteNaming.h"
+#include "QuillaryCore/Notes/TextDecoder.h"
+#include "QuillaryCore/Platform/AtomicFile.h"
+#include "QuillaryCore/Platform/CreationDate.h"
+#include "QuillaryCore/Platform/DirectoryReader.h"
+#include "QuillaryCore/Platform/FileStatus.h"
+#include "QuillaryCore/Platform/Trash.h"
+#include "QuillaryCore/Platform/UTF8Writer.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <sys/stat.h>
+
+namespace quillary {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isHidden(QByteArrayView name) {
+    return name.startsWith('.');
+}
+
+/// What other systems show as one file although it is a directory.
+bool isPackage(QByteArrayView name) {
+    constexpr std::array<QByteArrayView, 4> suffixes = {".app", ".bundle", ".framework", ".rtfd"};
+    return std::any_of(suffixes.begin(), suffixes.end(), [name](QByteArrayView suffix) {
+        return name.size() > suffix.size() && name.last(suffix.size()).compare(suffix, Qt::CaseInsensitive) == 0;
+    });
+}
+
+bool hasRecognizedExtension(QByteArrayView name) {
+    const qsizetype dot = name.lastIndexOf('.');
+    if (dot <= 0 || dot + 1 == name.size()) {
+        return false;
+    }
+    const QByteArrayView extension = name.sliced(dot + 1);
+    std::array<char16_t, 16> units;
+    const bool isPlain = std::all_of(extension.begin(), extension.end(),
+                                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+    if (!isPlain || extension.size() > qsizetype(units.size())) {
+        return isRecognizedExtension(FilePath::textFromBytes(extension));
+    }
+    std::copy(extension.begin(), extension.end(), units.begin());
+    return isRecognizedExtension(QStringView(units.data(), extension.size()));
+}
+
+NoteFileInfo infoOf(FilePath url, const FileStatus& status, const std::optional<QString>& folder) {
+    NoteFileInfo info;
+    info.created = creation_date::of(url, status);
+    info.modified = status.modified;
+    info.size = status.size;
+    info.folder = folder;
+    info.url = std::move(url);
+    return info;
+}
+
+} // namespace
+
+QString NoteFileStore::fallbackTitle() {
+    return u"Senza titolo"_s;
+}
+
+QString NoteFileStore::defaultFolderName() {
+    return u"Nuova cartella"_s;
+}
+
+QString NoteFileStore::sanitizedTitle(QStringView title) {
+    return NoteNaming::sanitizedTitle(title);
+}
+
+NoteFileStore::NoteFileStore(const FilePath& directory) : m_directory(directory.standardized()) {}
+
+Status<FileError> NoteFileStore::ensureDirectoryExists() const {
+    const QByteArray& path = m_directory.bytes();
+    for (qsizetype slash = path.indexOf('/', 1); slash > 0; slash = path.indexOf('/', slash + 1)) {
+        // One that can't be made may be there all the same; the last step tells.
+        ::mkdir(path.first(slash).constData(), 0777);
+    }
+    if (::mkdir(path.constData(), 0777) == 0) {
+        return Done();
+    }
+    const SystemError error = SystemError::last();
+
+    struct stat facts {};
+
+    if (error.code == EEXIST && ::stat(path.constData(), &facts) == 0) {
+        if (S_ISDIR(facts.st_mode)) {
+            return Done();
+        }
+        return FileError(SystemError{ENOTDIR});
+    }
+    return FileError(error);
+}
+
+FilePath NoteFileStore::folderURL(QStringView name) const {
+    return m_directory.appending(name);
+}
+
+FilePath NoteFileStore::parentURL(const std::optional<QString>& folder) const {
+    return folder ? folderURL(*folder) : m_directory;
+}
+
+Status<FileError> NoteFileStore::collectNotes(const std::optional<QString>& folder, QList<NoteFileInfo>& notes,
+                                              QStringList* folders) const {
+    const FilePath parent = parentURL(folder);
+    auto reader = DirectoryReader::open(parent);
+    if (!reader) {
+        return FileError(reader.error());
+    }
+    QByteArray prefix = parent.bytes();
+    if (!prefix.endsWith('/')) {
+        prefix += '/';
+    }
+    while (const auto entry = reader->next()) {
+        if (isHidden(entry->name)) {
+            AtomicFile::removeIfAbandoned(reader->descriptor(), entry->name.data());
+            continue;
+        }
+        const bool mayBeNote =
+            entry->kind.value_or(FileKind::regular) == FileKind::regular && hasRecognizedExtension(entry->name);
+        const bool mayBeFolder = folders != nullptr &&
+                                 entry->kind.value_or(FileKind::directory) == FileKind::directory &&
+                                 !isPackage(entry->name);
+        if (mayBeFolder && entry->kind) {
+            folders->append(FilePath::textFromBytes(entry->name));
+            continue;
+        }
+        if (!mayBeNote && !mayBeFolder) {
+            continue;
+        }
+        const auto status = fileStatus(reader->descriptor(), entry->name.data());
+        if (!status) {
+            continue;
+        }
+        if (mayBeNote && status->kind == FileKind::regular) {
+            QByteArray path(prefix.size() + entry->name.size(), Qt::Uninitialized);
+            std::copy(prefix.cbegin(), prefix.cend(), path.begin());
+            std::copy(entry->name.begin(), entry->name.end(), path.begin() + prefix.size());
+            notes.append(infoOf(FilePath::fromBytes(std::move(path)), *status, folder));
+        } else if (mayBeFolder && status->kind == FileKind::directory) {
+            folders->append(FilePath::textFromBytes(entry->name));
+        }
+    }
+    if (reader->error()) {
+        return FileError(*reader->error());
+    }
+    return Done();
+}
+
+Result<QList<NoteFileInfo>, FileError> NoteFileStore::listNotes() const {
+    QList<NoteFileInfo> notes;
+    QStringList folders;
+    if (const auto listed = collectNotes(std::nullopt, notes, &folders); !listed) {
+        return listed.error();
+    }
+    for (const QString& folder : std::as_const(folders)) {
+        const qsizetype count = notes.size();
+        if (!collectNotes(folder, notes, nullptr)) {
+            notes.resize(count);
+        }
+    }
+    return notes;
+}
+
+Result<NoteFileInfo, FileError> NoteFileStore::info(const FilePath& url) const {
+    const auto status = fileStatus(url);
+    if (!status) {
+        return FileError(status.error());
+    }
+    if (status->kind != FileKind::regular) {
+        return FileError(notAnOrdinaryFile(status->kind));
+    }
+    return infoOf(url, *status, folder(url));
+}
+
+std::optional<QString> NoteFileStore::folder(const FilePath& url) const {
+    const FilePath parent = url.parent().standardized();
+    return parent == m_directory ? std::nullopt : std::optional(parent.fileName());
+}
+
+Result<QString, FileError> NoteFileStore::read(const FilePath& url) const {
+    return withFileContents(url, maxReadableBytes, &TextDecoder::decode);
+}
+
+Result<Moment, FileError> NoteFileStore::write(QStringView text, const FilePath& url) const {
+    bool isGiven = false;
+    return write([text, isGiven]() mutable { return std::exchange(isGiven, true) ? QStringView() : text; }, url);
+}
+
+Result<Moment, FileError> NoteFileStore::write(const TextChunks& nextChunk, const FilePath& url) const {
+    auto file = AtomicFile::open(url);
+    if (!file) {
+        return FileError(file.error());
+    }
+    // Without an older file there is no date to keep; the new file's birth is the note's.
+    std::optional<Moment> created;
+    if (file->replaced()) {
+        const Moment date = creation_date::of(url, *file->replaced());
+        created = date == distantPast ? std::nullopt : std::optional(date);
+    }
+    UTF8Writer writer(*file);
+    for (QStringView chunk = nextChunk(); !chunk.isEmpty(); chunk = nextChunk()) {
+        if (const auto written = writer.write(chunk); !written) {
+            return FileError(written.error());
+        }
+    }
+    if (const auto finished = writer.finish(); !finished) {
+        return FileError(finished.error());
+    }
+    const auto status = file->replace(created);
+    if (!status) {
+        return FileError(status.error());
+    }
+    return status->modified == distantPast ? now() : status->modified;
+}
+
+Status<FileError> NoteFileStore::moveToTrash(const FilePath& url) const {
+    if (const auto moved = trash::moveToTrash(url); !moved) {
+        return FileError(moved.error());
+    }
+    return Done();
+}
+
+} // namespace quillary
