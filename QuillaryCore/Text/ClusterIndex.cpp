@@ -11,7 +11,7 @@ namespace quillary {
 namespace {
 
 /// What a search may cost, in units, before its result is worth remembering.
-constexpr qsizetype costly = 2048;
+constexpr qsizetype costly = 256;
 
 /// How far a first look reaches behind the unit in question: few clusters are longer.
 constexpr qsizetype firstLook = 64;
