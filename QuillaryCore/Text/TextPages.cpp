@@ -110,9 +110,16 @@ qsizetype TextPages::lineCount() const {
 qsizetype TextPages::lineAt(qsizetype offset) const {
     const qsizetype index = pageAt(offset);
     countLinesUpTo(index);
-    const std::vector<qsizetype>& ends = lineEndsIn(index);
-    const auto behind = std::upper_bound(ends.begin(), ends.end(), offset - page(index).start);
-    return page(index).firstLine + (behind - ends.begin());
+    const Page& holder = page(index);
+    const qsizetype position = offset - holder.start;
+    if (m_endsPage == index) {
+        return holder.firstLine + (std::upper_bound(m_ends.begin(), m_ends.end(), position) - m_ends.begin());
+    }
+    // A list of the ends would cost more than it gives if the next question is about another page.
+    const QStringView before = holder.view().first(position);
+    const bool isWithinCrLf =
+        position > 0 && position < holder.length && before.back() == u'\r' && holder.units[position] == u'\n';
+    return holder.firstLine + lineTerminatorCount(before) - (isWithinCrLf ? 1 : 0);
 }
 
 qsizetype TextPages::lineStart(qsizetype line) const {
@@ -162,13 +169,17 @@ void TextPages::layOutPages() const {
 
 qsizetype TextPages::pageAt(qsizetype offset) const {
     layOutPages();
+    if (m_lastAsked < m_startsKnown && page(m_lastAsked).start <= offset && offset < page(m_lastAsked).end()) {
+        return m_lastAsked;
+    }
     while (m_startsKnown < pageCount() && (m_startsKnown == 0 || page(m_startsKnown - 1).end() <= offset)) {
         knowStartsUpTo(m_startsKnown);
     }
     const auto known = m_pages.begin() + m_startsKnown;
     const auto behind =
         std::partition_point(m_pages.begin(), known, [&](const Page& each) { return each.start <= offset; });
-    return behind - m_pages.begin() - 1;
+    m_lastAsked = behind - m_pages.begin() - 1;
+    return m_lastAsked;
 }
 
 void TextPages::knowStartsUpTo(qsizetype pageIndex) const {

@@ -93,6 +93,7 @@ private:
     mutable std::vector<Page> m_pages; // empty until it is needed
     mutable qsizetype m_startsKnown = 0;
     mutable qsizetype m_linesKnown = 0;
+    mutable qsizetype m_lastAsked = 0; // a page that is likely to be asked for again
     mutable qsizetype m_endsPage = -1; // the page whose line ends are listed
     mutable std::vector<qsizetype> m_ends;
 };
