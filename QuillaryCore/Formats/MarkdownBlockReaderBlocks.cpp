@@ -1,0 +1,277 @@
+#include "QuillaryCore/Formats/MarkdownBlockReader.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillary {
+
+using namespace MarkdownLineForms;
+
+namespace {
+
+/// Lines that are indented as far as this are code where nothing else claims them.
+constexpr qsizetype codeIndent = 4;
+
+} // namespace
+
+/// Reads a line where a block may begin, down to the text in it.
+void MarkdownBlockReader::begin(MarkdownLine line) {
+    while (!line.isBlank()) {
+        if (const std::optional<Fence> opened = fence(line)) {
+            m_leaf = Leaf::fence;
+            m_fenceMarker = opened->marker;
+            m_fenceLength = opened->length;
+            m_fenceIndent = opened->indent;
+            if (const std::optional<QStringView> name = language(opened->info)) {
+                m_language = m_text.store(*name);
+            }
+            return;
+        }
+        if (const std::optional<Heading> heading = atxHeading(line)) {
+            MarkdownTree::Node& node = addNode(Kind::heading);
+            node.number = heading->level;
+            node.text = m_text.store(heading->text);
+            return;
+        }
+        if (isThematicBreak(line, m_memo)) {
+            addNode(Kind::rule);
+            return;
+        }
+        if (isQuoteLine(line)) {
+            line = quoteContent(line);
+            m_open.push_back({.endsBlank = line.isBlank(), .node = m_tree.nodes.size()});
+            addNode(Kind::quote);
+            setOpenEnd(m_open.size() - 1, line.isBlank());
+        } else if (const std::optional<ListMarker> marker = listMarker(line)) {
+            beginList(*marker);
+            line = beginItem(m_open.size() - 1, *marker);
+        } else {
+            beginText(line);
+            return;
+        }
+    }
+}
+
+void MarkdownBlockReader::beginList(const ListMarker& marker) {
+    m_items.push_back(m_open.size());
+    m_open.push_back({.isItem = true,
+                      .isOrdered = marker.ordered,
+                      .list = m_tree.nodes.size(),
+                      .firstContentOffset = marker.contentOffset});
+    MarkdownTree::Node& list = addNode(Kind::list);
+    list.isOrdered = marker.ordered;
+    list.number = std::max(marker.number, 1);
+}
+
+/// Begins the item in the container at `depth`, the innermost, and gives its first line.
+MarkdownLine MarkdownBlockReader::beginItem(std::size_t depth, const ListMarker& marker) {
+    Container& item = m_open[depth];
+    item.node = m_tree.nodes.size();
+    item.markerIndent = marker.indent;
+    item.contentOffset = marker.contentOffset;
+    item.pendingBlanks = 0;
+    item.endsBlank = marker.content.isBlank();
+    setOpenEnd(depth, item.endsBlank);
+    MarkdownTree::Node& node = addNode(Kind::item);
+    const std::optional<Task> found = task(marker.content);
+    if (!found) {
+        return marker.content;
+    }
+    node.check = found->checked ? MarkdownTree::Check::done : MarkdownTree::Check::open;
+    return found->rest;
+}
+
+/// Begins a paragraph or indented code. A table begins like these, until its second line is seen.
+void MarkdownBlockReader::beginText(const MarkdownLine& line) {
+    m_mayBeHeader = MarkdownCharacters::find(line.content(), u'|') >= 0;
+    if (line.indent() < codeIndent) {
+        m_leaf = Leaf::paragraph;
+        m_text.add(MarkdownCharacters::trimmed(line.content()));
+    } else {
+        m_leaf = Leaf::indentedCode;
+        m_text.add(line.text().sliced(codeIndent));
+    }
+}
+
+/// Offers the line to the text that is open; false if there is none or it ends here.
+bool MarkdownBlockReader::goOn(const MarkdownLine& line) {
+    if (m_mayBeHeader && beginTable(line)) {
+        return true;
+    }
+    bool isTaken = false;
+    switch (m_leaf) {
+    case Leaf::none:
+        return false;
+    case Leaf::paragraph:
+        isTaken = goOnWithParagraph(line);
+        break;
+    case Leaf::fence:
+        isTaken = goOnWithFence(line);
+        break;
+    case Leaf::indentedCode:
+        isTaken = goOnWithIndentedCode(line);
+        break;
+    case Leaf::table:
+        isTaken = goOnWithTable(line);
+        break;
+    }
+    if (!isTaken) {
+        endLeaf();
+    }
+    return isTaken;
+}
+
+bool MarkdownBlockReader::goOnWithParagraph(const MarkdownLine& line) {
+    if (const int level = setextLevel(line)) {
+        MarkdownTree::Node& node = addNode(Kind::heading);
+        node.number = level;
+        node.text = m_text.take();
+        m_leaf = Leaf::none;
+        m_mayBeHeader = false;
+        return true;
+    }
+    if (opensBlock(line)) {
+        return false;
+    }
+    m_mayBeHeader = MarkdownCharacters::find(line.content(), u'|') >= 0;
+    m_text.add(MarkdownCharacters::trimmed(line.content()));
+    return true;
+}
+
+bool MarkdownBlockReader::goOnWithFence(const MarkdownLine& line) {
+    if (closesFence(line, m_fenceMarker, m_fenceLength)) {
+        endLeaf();
+    } else {
+        m_text.add(line.text().sliced(std::min(line.indent(), m_fenceIndent)));
+    }
+    return true;
+}
+
+bool MarkdownBlockReader::goOnWithIndentedCode(const MarkdownLine& line) {
+    m_mayBeHeader = false;
+    if (line.indent() < codeIndent) {
+        return false;
+    }
+    for (; m_pendingBlanks > 0; --m_pendingBlanks) {
+        m_text.add(QStringView());
+    }
+    m_text.add(line.text().sliced(codeIndent));
+    return true;
+}
+
+bool MarkdownBlockReader::goOnWithTable(const MarkdownLine& line) {
+    if (MarkdownCharacters::find(line.content(), u'|') < 0) {
+        return false;
+    }
+    addRow(line.text());
+    return true;
+}
+
+/// Makes the last line of the open text the header of a table if the line fits under it.
+bool MarkdownBlockReader::beginTable(const MarkdownLine& separator) {
+    if (!MarkdownTableRow::readSeparator(separator.text(), m_alignments)) {
+        return false;
+    }
+    // Outside the source the line stands among the joined texts, which grow under it when its cells are kept.
+    const QStringView last = m_text.lastLine();
+    const QString copy = m_text.isInSource(last) ? QString() : last.toString();
+    const QStringView header = copy.isNull() ? last : QStringView(copy);
+    MarkdownTableRow::split(header, m_cells);
+    if (m_cells.size() != m_alignments.size()) {
+        return false;
+    }
+    m_text.removeLast();
+    if (m_text.isEmpty()) {
+        m_text.take();
+    } else {
+        addNode(Kind::paragraph).text = m_text.take();
+    }
+    m_leaf = Leaf::table;
+    m_mayBeHeader = false;
+    m_table = m_tree.nodes.size();
+    MarkdownTree::Node& node = addNode(Kind::table);
+    node.number = static_cast<int>(m_alignments.size());
+    node.firstCell = m_tree.cells.size();
+    addRow(header);
+    for (std::size_t i = 0; i < m_alignments.size(); ++i) {
+        m_tree.cells[node.firstCell + i].alignment = m_alignments[i];
+    }
+    return true;
+}
+
+/// Adds a row to the open table, filled or cut to the header's length.
+void MarkdownBlockReader::addRow(QStringView line) {
+    MarkdownTree::Node& table = m_tree.nodes[m_table];
+    const auto columns = static_cast<std::size_t>(table.number);
+    MarkdownTableRow::split(line, m_cells);
+    m_cells.resize(columns);
+    for (const MarkdownTableRow::Cell& cell : m_cells) {
+        m_tree.cells.push_back({cell.hasEscapedBars   ? m_text.store(MarkdownTableRow::unescaped(cell.text))
+                                : cell.text.isEmpty() ? MarkdownTree::Text()
+                                                      : m_text.store(cell.text)});
+    }
+    table.endOfCells = m_tree.cells.size();
+}
+
+/// Gives the open text blank lines. They are alike if there is more than one.
+void MarkdownBlockReader::takeBlanksInLeaf(QStringView line, qsizetype count) {
+    m_mayBeHeader = false;
+    switch (m_leaf) {
+    case Leaf::none:
+        break;
+    case Leaf::paragraph:
+    case Leaf::table:
+        endLeaf();
+        break;
+    case Leaf::indentedCode:
+        m_pendingBlanks += count;
+        break;
+    case Leaf::fence:
+        for (; count > 0; --count) {
+            m_text.add(line.sliced(std::min(MarkdownCharacters::indentation(line), m_fenceIndent)));
+        }
+        break;
+    }
+}
+
+void MarkdownBlockReader::endLeaf() {
+    const Leaf leaf = std::exchange(m_leaf, Leaf::none);
+    m_mayBeHeader = false;
+    if (leaf == Leaf::paragraph) {
+        addNode(Kind::paragraph).text = m_text.take();
+    } else if (leaf == Leaf::fence || leaf == Leaf::indentedCode) {
+        MarkdownTree::Node& node = addNode(Kind::code);
+        node.text = m_text.take();
+        node.hasLanguage = m_language.has_value();
+        node.language = std::exchange(m_language, std::nullopt).value_or(MarkdownTree::Text());
+        m_pendingBlanks = 0;
+    }
+}
+
+/// Ends all that is open from `depth` on inwards.
+void MarkdownBlockReader::endFrom(std::size_t depth) {
+    endLeaf();
+    while (m_open.size() > depth) {
+        const Container& last = m_open.back();
+        m_tree.nodes[last.node].end = m_tree.nodes.size();
+        if (last.isItem) {
+            m_tree.nodes[last.list].end = m_tree.nodes.size();
+            m_items.pop_back();
+        }
+        m_open.pop_back();
+    }
+    std::erase_if(m_openEnds, [depth](std::size_t each) { return each >= depth; });
+}
+
+MarkdownTree::Node& MarkdownBlockReader::addNode(Kind kind) {
+    MarkdownTree::Node& node = m_tree.nodes.emplace_back();
+    node.kind = kind;
+    node.end = m_tree.nodes.size();
+    return node;
+}
+
+void MarkdownBlockReader::finish() {
+    endFrom(0);
+}
+
+} // namespace quillary
