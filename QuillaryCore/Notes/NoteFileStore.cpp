@@ -167,6 +167,32 @@ Result<QList<NoteFileInfo>, FileError> NoteFileStore::listNotes() const {
     return notes;
 }
 
+Result<QStringList, FileError> NoteFileStore::listFolders() const {
+    auto reader = DirectoryReader::open(m_directory);
+    if (!reader) {
+        return FileError(reader.error());
+    }
+    QStringList folders;
+    while (const auto entry = reader->next()) {
+        if (isHidden(entry->name) || isPackage(entry->name)) {
+            continue;
+        }
+        // Some file systems tell the kind of an entry only when it is asked for by itself.
+        std::optional<FileKind> kind = entry->kind;
+        if (!kind) {
+            const auto status = fileStatus(reader->descriptor(), entry->name.data());
+            kind = status ? std::optional(status->kind) : std::nullopt;
+        }
+        if (kind == FileKind::directory) {
+            folders.append(FilePath::textFromBytes(entry->name));
+        }
+    }
+    if (reader->error()) {
+        return FileError(*reader->error());
+    }
+    return folders;
+}
+
 Result<NoteFileInfo, FileError> NoteFileStore::info(const FilePath& url) const {
     const auto status = fileStatus(url);
     if (!status) {
