@@ -1,7 +1,8 @@
 #include "QuillaryCore/Formats/SyntaxHighlighter.h"
 
-#include "QuillaryCore/Formats/Highlighting/EmbeddedRegions.h"
+#include "QuillaryCore/Formats/Highlighting/OpenElementSearch.h"
 #include "QuillaryCore/Formats/Highlighting/Rule.h"
+#include "QuillaryCore/Text/TextStorage.h"
 
 namespace quillary {
 
@@ -54,18 +55,44 @@ QList<SyntaxToken> wholeTokens(QStringView text, SyntaxLanguage language, std::o
     return pass.tokens(offset);
 }
 
+bool mayBeIn(qsizetype length, TextRange window) {
+    return window.location >= 0 && window.length >= 1 && window.length <= SyntaxHighlighter::maxLength &&
+           window.length <= length - window.location;
+}
+
+bool hasEmbeddedElements(SyntaxLanguage language) {
+    return language == SyntaxLanguage::html || language == SyntaxLanguage::php;
+}
+
 } // namespace
 
 QList<SyntaxToken> SyntaxHighlighter::tokens(QStringView text, SyntaxLanguage language,
                                              std::optional<TextRange> range) {
     const TextRange window = range.value_or(TextRange{0, text.size()});
-    if (window.location < 0 || window.length < 1 || window.length > maxLength ||
-        window.length > text.size() - window.location) {
+    if (!mayBeIn(text.size(), window)) {
         return {};
     }
-    const bool mayBeOpen = language == SyntaxLanguage::html || language == SyntaxLanguage::php;
-    return wholeTokens(text.sliced(window.location, window.length), language,
-                       mayBeOpen ? elementOpenBefore(text, window.location) : std::nullopt, window.location);
+    OpenElementSearch search;
+    if (hasEmbeddedElements(language)) {
+        search.lookAt(text.first(window.location));
+    }
+    return wholeTokens(text.sliced(window.location, window.length), language, search.result(), window.location);
+}
+
+QList<SyntaxToken> SyntaxHighlighter::tokens(const TextStorage& text, SyntaxLanguage language, TextRange range) {
+    if (!mayBeIn(text.length(), range)) {
+        return {};
+    }
+    OpenElementSearch search;
+    if (hasEmbeddedElements(language)) {
+        constexpr qsizetype pieceLength = 1 << 16;
+        for (qsizetype end = range.location; end > 0 && !search.isDecided();) {
+            const qsizetype begin = std::max(end - pieceLength, qsizetype(0));
+            search.lookAt(text.text({begin, end - begin}));
+            end = begin;
+        }
+    }
+    return wholeTokens(text.text(range), language, search.result(), range.location);
 }
 
 } // namespace quillary

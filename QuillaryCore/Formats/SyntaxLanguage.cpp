@@ -68,6 +68,26 @@ std::optional<SyntaxLanguage> syntaxLanguageFromRawValue(QStringView text) {
     return std::nullopt;
 }
 
+std::optional<SyntaxLanguage> syntaxLanguage(NoteFormat format) {
+    switch (format) {
+    case NoteFormat::css:
+        return SyntaxLanguage::css;
+    case NoteFormat::javascript:
+        return SyntaxLanguage::javascript;
+    case NoteFormat::php:
+        return SyntaxLanguage::php;
+    case NoteFormat::html:
+        return SyntaxLanguage::html;
+    case NoteFormat::json:
+        return SyntaxLanguage::json;
+    case NoteFormat::plain:
+    case NoteFormat::markdown:
+    case NoteFormat::csv:
+        return std::nullopt;
+    }
+    Q_UNREACHABLE();
+}
+
 std::optional<SyntaxLanguage> syntaxLanguageFromFenceName(QStringView fenceName) {
     const QString name = fenceName.toString().toLower();
     const auto found = std::ranges::find_if(fenceNames, [&](const FenceName& each) { return name == each.name; });

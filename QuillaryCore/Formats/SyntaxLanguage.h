@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QuillaryCore/Notes/NoteFormat.h"
+
 #include <QLatin1StringView>
 #include <QStringView>
 
@@ -19,6 +21,9 @@ QLatin1StringView rawValue(SyntaxLanguage language);
 
 /// The language with a raw string, exactly as it is spelt; none for any other text.
 std::optional<SyntaxLanguage> syntaxLanguageFromRawValue(QStringView rawValue);
+
+/// The language in which notes of a format are coloured; none for plain text, Markdown and CSV.
+std::optional<SyntaxLanguage> syntaxLanguage(NoteFormat format);
 
 /// The language that the info string of a Markdown fence names ("ts", "SCSS", "xml"), whatever its case; none for any
 /// other name.

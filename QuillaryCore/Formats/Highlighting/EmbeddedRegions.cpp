@@ -5,8 +5,6 @@
 
 namespace quillary::highlighting {
 
-namespace {
-
 std::u16string_view openingText(EmbeddedElement element) {
     return element == EmbeddedElement::script ? u"<script" : u"<style";
 }
@@ -15,6 +13,8 @@ std::u16string_view closingText(EmbeddedElement element) {
     return element == EmbeddedElement::script ? u"</script" : u"</style";
 }
 
+namespace {
+
 /// What stands behind `</script` or `</style` at a less-than sign, or -1.
 qsizetype closingTextEnd(const ClassifiedText& text, EmbeddedElement element, qsizetype less) {
     if (!text.holds(less + 1, u'/')) {
@@ -22,26 +22,6 @@ qsizetype closingTextEnd(const ClassifiedText& text, EmbeddedElement element, qs
     }
     const qsizetype length = foldedPrefixLength(text.rest(less), closingText(element));
     return length > 0 ? less + length : -1;
-}
-
-/// The last less-than sign in a text, or -1.
-qsizetype lastLess(QStringView text) {
-    constexpr qsizetype stride = 32;
-    qsizetype end = text.size();
-    for (; end >= stride; end -= stride) {
-        // A loop without an exit, so that the compiler looks at many units at once.
-        quint32 found = 0;
-        for (const char16_t* unit = text.utf16() + end - stride; unit != text.utf16() + end; ++unit) {
-            found |= static_cast<quint32>(*unit == u'<');
-        }
-        if (found != 0) {
-            break;
-        }
-    }
-    while (end > 0 && text.utf16()[end - 1] != u'<') {
-        --end;
-    }
-    return end - 1;
 }
 
 } // namespace
@@ -98,28 +78,6 @@ qsizetype closingTagStart(const ClassifiedText& text, EmbeddedElement element) {
         }
     }
     return text.end();
-}
-
-std::optional<EmbeddedElement> elementOpenBefore(QStringView text, qsizetype location) {
-    const QStringView before = text.first(location);
-    bool isScriptClosed = false;
-    std::optional<bool> isStyleOpen;
-    for (qsizetype p = lastLess(before); p >= 0 && !(isScriptClosed && isStyleOpen); p = lastLess(before.first(p))) {
-        const QStringView rest = before.sliced(p);
-        const bool isClosing = rest.size() > 1 && rest[1] == u'/';
-        const auto stands = [&](EmbeddedElement element) {
-            return foldedPrefixLength(rest, isClosing ? closingText(element) : openingText(element)) > 0;
-        };
-        if (!isScriptClosed && stands(EmbeddedElement::script)) {
-            if (!isClosing) {
-                return EmbeddedElement::script;
-            }
-            isScriptClosed = true;
-        } else if (!isStyleOpen && stands(EmbeddedElement::style)) {
-            isStyleOpen = !isClosing;
-        }
-    }
-    return isStyleOpen.value_or(false) ? std::optional(EmbeddedElement::style) : std::nullopt;
 }
 
 } // namespace quillary::highlighting

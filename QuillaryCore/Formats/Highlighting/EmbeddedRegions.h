@@ -3,11 +3,16 @@
 #include "QuillaryCore/Formats/Highlighting/ClassifiedText.h"
 
 #include <optional>
+#include <string_view>
 
 namespace quillary::highlighting {
 
 /// The elements of HTML whose contents are of another language.
 enum class EmbeddedElement { script, style };
+
+/// What an element's opening and closing tags begin with, in lower case.
+std::u16string_view openingText(EmbeddedElement element);
+std::u16string_view closingText(EmbeddedElement element);
 
 /// The PHP regions of a text classified as HTML, one after the other: `<\?(?:php|=)?[\s\S]*?(?:\?>|\z)`.
 class PhpRegions {
@@ -39,9 +44,5 @@ private:
 /// Where the first closing tag begins in a text classified as HTML, or the end: `</script\s*>` or the same with
 /// `style`, ignoring case.
 qsizetype closingTagStart(const ClassifiedText& text, EmbeddedElement element);
-
-/// The element that a plain look at what stands before a location finds open: its last opening text stands behind its
-/// last closing text, case ignored. A script goes before a style.
-std::optional<EmbeddedElement> elementOpenBefore(QStringView text, qsizetype location);
 
 } // namespace quillary::highlighting
