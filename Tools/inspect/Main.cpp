@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 OperationTable allOperations() {
     OperationTable table;
     addJSONOperations(table);
+    addHighlighterOperations(table);
     return table;
 }
 

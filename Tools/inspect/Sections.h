@@ -5,6 +5,7 @@
 namespace quillary::inspect {
 
 // Each adds the operations of one section of the protocol; each stands in a source of its own.
+void addHighlighterOperations(OperationTable& table);
 void addJSONOperations(OperationTable& table);
 
 } // namespace quillary::inspect
