@@ -45,7 +45,7 @@ Result<FilePath, SystemError> underFreeName(FindFree findFree, Attempt attempt) 
 }
 
 Status<SystemError> createFile(const FilePath& url, QStringView contents) {
-    auto file = AtomicFile::open(url);
+    auto file = AtomicFile::openNew(url);
     if (!file) {
         return file.error();
     }

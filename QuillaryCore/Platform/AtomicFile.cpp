@@ -37,17 +37,10 @@ QByteArray newHiddenName() {
 
 } // namespace
 
-Result<AtomicFile, SystemError> AtomicFile::open(const FilePath& target) {
+Result<AtomicFile, SystemError> AtomicFile::open(const FilePath& target, Waiting waiting) {
     AtomicFile file;
-    const QByteArray directory = target.parent().bytes();
-    file.m_name = target.bytes().mid(target.bytes().lastIndexOf('/') + 1);
-    file.m_directory = FileDescriptor(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!file.m_directory && errno == EACCES) {
-        // A directory that may be written but not listed.
-        file.m_directory = FileDescriptor(::open(directory.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    }
-    if (!file.m_directory) {
-        return SystemError::last();
+    if (const auto opened = file.openDirectory(target); !opened) {
+        return opened.error();
     }
     if (const auto status = fileStatus(file.m_directory.number(), file.m_name.constData())) {
         if (status->kind != FileKind::regular) {
@@ -61,14 +54,19 @@ Result<AtomicFile, SystemError> AtomicFile::open(const FilePath& target) {
         return status.error();
     }
     // What takes the place of a private file is private from the start.
-    const quint32 mode = file.m_replaced ? 0600 : 0666;
-    if (canNameOpenFiles()) {
-        file.m_file = FileDescriptor(::openat(file.m_directory.number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
+    if (const auto opened = file.openFile(file.m_replaced ? 0600 : 0666, waiting); !opened) {
+        return opened.error();
     }
-    if (!file.m_file) {
-        if (const auto opened = file.openHidden(mode); !opened) {
-            return opened.error();
-        }
+    return file;
+}
+
+Result<AtomicFile, SystemError> AtomicFile::openNew(const FilePath& target, Waiting waiting) {
+    AtomicFile file;
+    if (const auto opened = file.openDirectory(target); !opened) {
+        return opened.error();
+    }
+    if (const auto opened = file.openFile(0666, waiting); !opened) {
+        return opened.error();
     }
     return file;
 }
@@ -77,6 +75,30 @@ AtomicFile::~AtomicFile() {
     if (!m_hiddenName.isEmpty() && m_directory) {
         ::unlinkat(m_directory.number(), m_hiddenName.constData(), 0);
     }
+}
+
+Status<SystemError> AtomicFile::openDirectory(const FilePath& target) {
+    const QByteArray directory = target.parent().bytes();
+    m_name = target.bytes().mid(target.bytes().lastIndexOf('/') + 1);
+    m_directory = FileDescriptor(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!m_directory && errno == EACCES) {
+        // A directory that may be written but not listed.
+        m_directory = FileDescriptor(::open(directory.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    }
+    if (!m_directory) {
+        return SystemError::last();
+    }
+    return Done();
+}
+
+Status<SystemError> AtomicFile::openFile(quint32 mode, Waiting waiting) {
+    if (waiting == Waiting::withoutName && canNameOpenFiles()) {
+        m_file = FileDescriptor(::openat(m_directory.number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
+    }
+    if (m_file) {
+        return Done();
+    }
+    return openHidden(mode);
 }
 
 Status<SystemError> AtomicFile::openHidden(quint32 mode) {
@@ -164,9 +186,6 @@ Result<FileStatus, SystemError> AtomicFile::replace(const std::optional<Moment>&
 }
 
 Result<FileStatus, SystemError> AtomicFile::create(const std::optional<Moment>& created) {
-    if (m_replaced) {
-        return SystemError{EEXIST};
-    }
     if (created) {
         creation_date::store(m_file.number(), *created);
     }

@@ -20,8 +20,14 @@ namespace quillary {
 /// nothing behind.
 class AtomicFile {
 public:
+    /// How the contents wait for their name; a file system that has no files without a name hides one.
+    enum class Waiting { withoutName, underHiddenName };
+
     /// Begins new contents for a path. An existing file there must be an ordinary one, no link, and writable.
-    static Result<AtomicFile, SystemError> open(const FilePath& target);
+    static Result<AtomicFile, SystemError> open(const FilePath& target, Waiting waiting = Waiting::withoutName);
+
+    /// Begins a new file for a path without a look at what is there.
+    static Result<AtomicFile, SystemError> openNew(const FilePath& target, Waiting waiting = Waiting::withoutName);
 
     AtomicFile(AtomicFile&&) noexcept = default;
     AtomicFile& operator=(AtomicFile&&) = delete;
@@ -50,6 +56,8 @@ public:
 private:
     AtomicFile() = default;
 
+    Status<SystemError> openDirectory(const FilePath& target);
+    Status<SystemError> openFile(quint32 mode, Waiting waiting);
     Status<SystemError> openHidden(quint32 mode);
     Status<SystemError> giveHiddenName();
     void copyAttributes() const;

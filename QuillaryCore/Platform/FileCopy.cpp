@@ -52,12 +52,9 @@ Status<SystemError> copyFile(const FilePath& source, const FilePath& destination
     if (status->kind != FileKind::regular) {
         return notAnOrdinaryFile(status->kind);
     }
-    auto copy = AtomicFile::open(destination);
+    auto copy = AtomicFile::openNew(destination);
     if (!copy) {
         return copy.error();
-    }
-    if (copy->replaced()) {
-        return SystemError{EEXIST};
     }
     if (const auto copied = copyContents(original.number(), *copy); !copied) {
         return copied;

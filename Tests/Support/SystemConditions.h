@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <csignal>

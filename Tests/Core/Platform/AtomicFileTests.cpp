@@ -16,19 +16,34 @@ using test::TestDirectory;
 
 namespace {
 
-Result<FileStatus, SystemError> replaceContents(const FilePath& path, const QByteArray& contents,
-                                                const std::optional<Moment>& created = std::nullopt) {
-    auto file = AtomicFile::open(path);
-    if (!file) {
-        return file.error();
-    }
-    if (const auto written = file->write(contents); !written) {
-        return written.error();
-    }
-    return file->replace(created);
-}
+class AtomicFileTest : public testing::TestWithParam<AtomicFile::Waiting> {
+protected:
+    static Result<AtomicFile, SystemError> open(const FilePath& path) { return AtomicFile::open(path, GetParam()); }
 
-TEST(AtomicFile, MakesAFileWhereThereIsNone) {
+    static Result<AtomicFile, SystemError> openNew(const FilePath& path) {
+        return AtomicFile::openNew(path, GetParam());
+    }
+
+    static Result<FileStatus, SystemError> replaceContents(const FilePath& path, const QByteArray& contents) {
+        auto file = open(path);
+        if (!file) {
+            return file.error();
+        }
+        if (const auto written = file->write(contents); !written) {
+            return written.error();
+        }
+        return file->replace();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Waiting, AtomicFileTest,
+                         testing::Values(AtomicFile::Waiting::withoutName, AtomicFile::Waiting::underHiddenName),
+                         [](const auto& waiting) {
+                             return waiting.param == AtomicFile::Waiting::withoutName ? "WithoutName"
+                                                                                      : "UnderHiddenName";
+                         });
+
+TEST_P(AtomicFileTest, MakesAFileWhereThereIsNone) {
     const TestDirectory directory;
     const mode_t mask = ::umask(0027);
     const auto status = replaceContents(directory.path("a.md"), "new");
@@ -40,7 +55,7 @@ TEST(AtomicFile, MakesAFileWhereThereIsNone) {
     EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
 }
 
-TEST(AtomicFile, PutsAWholeNewFileInTheOldOnesPlace) {
+TEST_P(AtomicFileTest, PutsAWholeNewFileInTheOldOnesPlace) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
     const int reader = ::open(path.bytes().constData(), O_RDONLY | O_CLOEXEC);
@@ -59,10 +74,10 @@ TEST(AtomicFile, PutsAWholeNewFileInTheOldOnesPlace) {
     EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
 }
 
-TEST(AtomicFile, ShowsNothingOfTheNewContentsBeforeTheEnd) {
+TEST_P(AtomicFileTest, ShowsNothingOfTheNewContentsBeforeTheEnd) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
-    auto file = AtomicFile::open(path);
+    auto file = open(path);
     ASSERT_TRUE(file);
     ASSERT_TRUE(file->write(QByteArray(1'000'000, 'x')));
     EXPECT_EQ(directory.read("a.md"), "old");
@@ -71,11 +86,11 @@ TEST(AtomicFile, ShowsNothingOfTheNewContentsBeforeTheEnd) {
     }
 }
 
-TEST(AtomicFile, LeavesNothingBehindWhenDropped) {
+TEST_P(AtomicFileTest, LeavesNothingBehindWhenDropped) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
     {
-        auto file = AtomicFile::open(path);
+        auto file = open(path);
         ASSERT_TRUE(file);
         ASSERT_TRUE(file->write("half"));
     }
@@ -83,7 +98,7 @@ TEST(AtomicFile, LeavesNothingBehindWhenDropped) {
     EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
 }
 
-TEST(AtomicFile, KeepsModeAndExtendedAttributes) {
+TEST_P(AtomicFileTest, KeepsModeAndExtendedAttributes) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
     for (const mode_t mode : {0600, 0640, 0666, 0755}) {
@@ -103,7 +118,7 @@ TEST(AtomicFile, KeepsModeAndExtendedAttributes) {
     EXPECT_FALSE(TestDirectory::attribute(path, "user.empty").isNull());
 }
 
-TEST(AtomicFile, KeepsTheOwner) {
+TEST_P(AtomicFileTest, KeepsTheOwner) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only the superuser may save another user's file as that user's";
     }
@@ -118,7 +133,7 @@ TEST(AtomicFile, KeepsTheOwner) {
     EXPECT_EQ(status->mode, 0640U);
 }
 
-TEST(AtomicFile, GivesAForeignGroupsRightsToNoOtherGroup) {
+TEST_P(AtomicFileTest, GivesAForeignGroupsRightsToNoOtherGroup) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "needs a file of another user";
     }
@@ -134,7 +149,7 @@ TEST(AtomicFile, GivesAForeignGroupsRightsToNoOtherGroup) {
     EXPECT_EQ(status->mode, 0666U);
 }
 
-TEST(AtomicFile, TakesALongNameAndAnyBytes) {
+TEST_P(AtomicFileTest, TakesALongNameAndAnyBytes) {
     const TestDirectory directory;
     const QByteArray names[] = {QByteArray(252, 'n') + ".md",
                                 "-rf.md",
@@ -152,7 +167,7 @@ TEST(AtomicFile, TakesALongNameAndAnyBytes) {
     EXPECT_EQ(directory.names().size(), 8);
 }
 
-TEST(AtomicFile, RefusesWhatIsNoOrdinaryFile) {
+TEST_P(AtomicFileTest, RefusesWhatIsNoOrdinaryFile) {
     const TestDirectory directory;
     directory.write("target.md", "target");
     directory.makeDirectory("directory.md");
@@ -171,10 +186,10 @@ TEST(AtomicFile, RefusesWhatIsNoOrdinaryFile) {
     }
     EXPECT_EQ(directory.read("target.md"), "target");
     EXPECT_EQ(directory.names(), names);
-    EXPECT_EQ(AtomicFile::open(directory.path(QByteArray(256, 'x'))).error().code, ENAMETOOLONG);
+    EXPECT_EQ(open(directory.path(QByteArray(256, 'x'))).error().code, ENAMETOOLONG);
 }
 
-TEST(AtomicFile, RefusesAFileAndADirectoryThatMayNotBeWritten) {
+TEST_P(AtomicFileTest, RefusesAFileAndADirectoryThatMayNotBeWritten) {
     const TestDirectory directory;
     ::chmod(directory.bytes().constData(), 0777);
     const FilePath file = directory.write("readonly.md", "old");
@@ -195,7 +210,7 @@ TEST(AtomicFile, RefusesAFileAndADirectoryThatMayNotBeWritten) {
     EXPECT_EQ(directory.read("closed/a.md"), "old");
 }
 
-TEST(AtomicFile, SavesInADirectoryThatMayNotBeListed) {
+TEST_P(AtomicFileTest, SavesInADirectoryThatMayNotBeListed) {
     const TestDirectory directory;
     ::chmod(directory.bytes().constData(), 0755);
     const FilePath blind = directory.makeDirectory("blind");
@@ -210,7 +225,7 @@ TEST(AtomicFile, SavesInADirectoryThatMayNotBeListed) {
     EXPECT_EQ(directory.read("blind/a.md"), "new");
 }
 
-TEST(AtomicFile, LeavesTheOldFileWholeWhenAFileMayNotGrow) {
+TEST_P(AtomicFileTest, LeavesTheOldFileWholeWhenAFileMayNotGrow) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
     {
@@ -222,7 +237,7 @@ TEST(AtomicFile, LeavesTheOldFileWholeWhenAFileMayNotGrow) {
     EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
 }
 
-TEST(AtomicFile, LeavesTheOldFileWholeOnAFullDisk) {
+TEST_P(AtomicFileTest, LeavesTheOldFileWholeOnAFullDisk) {
     const auto disk = test::MountedFileSystem::inMemory("size=1m");
     if (!disk.isMounted()) {
         GTEST_SKIP() << "only the superuser can mount a small disk";
@@ -237,7 +252,7 @@ TEST(AtomicFile, LeavesTheOldFileWholeOnAFullDisk) {
     EXPECT_EQ(directory.read("a.md").size(), 500'000);
 }
 
-TEST(AtomicFile, RefusesAReadOnlyFileSystem) {
+TEST_P(AtomicFileTest, RefusesAReadOnlyFileSystem) {
     const auto disk = test::MountedFileSystem::inMemory("size=1m,ro");
     if (!disk.isMounted()) {
         GTEST_SKIP() << "only the superuser can mount a disk";
@@ -245,40 +260,47 @@ TEST(AtomicFile, RefusesAReadOnlyFileSystem) {
     EXPECT_EQ(replaceContents(TestDirectory(disk.path()).path("a.md"), "new").error().code, EROFS);
 }
 
-TEST(AtomicFile, CreatesOnlyWhereNothingIs) {
+TEST_P(AtomicFileTest, CreatesOnlyWhereNothingIs) {
     const TestDirectory directory;
-    auto file = AtomicFile::open(directory.path("a.md"));
-    ASSERT_TRUE(file);
-    ASSERT_TRUE(file->write("new"));
-    directory.write("a.md", "another program's");
-    EXPECT_EQ(file->create().error().code, EEXIST);
+    {
+        auto file = openNew(directory.path("a.md"));
+        ASSERT_TRUE(file && file->write("new"));
+        directory.write("a.md", "another program's");
+        EXPECT_EQ(file->create().error().code, EEXIST);
+    }
     EXPECT_EQ(directory.read("a.md"), "another program's");
 
-    auto known = AtomicFile::open(directory.path("a.md"));
-    ASSERT_TRUE(known);
-    EXPECT_EQ(known->create().error().code, EEXIST);
+    directory.makeDirectory("directory");
+    directory.makeLink("link", "absent");
+    for (const char* const name : {"a.md", "directory", "link"}) {
+        auto taken = openNew(directory.path(name));
+        ASSERT_TRUE(taken) << name;
+        EXPECT_EQ(taken->create().error().code, EEXIST) << name;
+    }
+    ::unlink(directory.path("link").bytes().constData());
+    ::rmdir(directory.path("directory").bytes().constData());
 
-    auto free = AtomicFile::open(directory.path("b.md"));
+    auto free = openNew(directory.path("b.md"));
     ASSERT_TRUE(free && free->write("b") && free->create());
     EXPECT_EQ(directory.read("b.md"), "b");
     EXPECT_EQ(directory.names(), (QList<QByteArray>{"a.md", "b.md"}));
 }
 
-TEST(AtomicFile, ReplacesAFileThatVanishedMeanwhile) {
+TEST_P(AtomicFileTest, ReplacesAFileThatVanishedMeanwhile) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
-    auto file = AtomicFile::open(path);
+    auto file = open(path);
     ASSERT_TRUE(file && file->write("new"));
     ::unlink(path.bytes().constData());
     EXPECT_TRUE(file->replace());
     EXPECT_EQ(directory.read("a.md"), "new");
 }
 
-TEST(AtomicFile, FailsWholeWhenTheFileBecameADirectoryMeanwhile) {
+TEST_P(AtomicFileTest, FailsWholeWhenTheFileBecameADirectoryMeanwhile) {
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
     {
-        auto file = AtomicFile::open(path);
+        auto file = open(path);
         ASSERT_TRUE(file && file->write("new"));
         ::unlink(path.bytes().constData());
         directory.makeDirectory("a.md");
@@ -287,7 +309,7 @@ TEST(AtomicFile, FailsWholeWhenTheFileBecameADirectoryMeanwhile) {
     EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
 }
 
-TEST(AtomicFile, RemovesOnlyOldHiddenFilesThatNobodyWrites) {
+TEST_P(AtomicFileTest, RemovesOnlyOldHiddenFilesThatNobodyWrites) {
     const TestDirectory directory;
     constexpr qint64 longAgo = 1'000'000'000;
     directory.write(".quillary-abc.tmp", "left by a killed process");

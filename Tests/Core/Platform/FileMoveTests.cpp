@@ -216,7 +216,7 @@ TEST(FileCopy, FailsWithoutATrace) {
     ASSERT_EQ(::mkfifo(directory.path("pipe").bytes().constData(), 0600), 0);
     const QList<QByteArray> names = directory.names();
     const std::tuple<const char*, const char*, int> cases[] = {
-        {"source.md", "taken.md", EEXIST}, {"source.md", "d", EISDIR},  {"absent.md", "copy.md", ENOENT},
+        {"source.md", "taken.md", EEXIST}, {"source.md", "d", EEXIST},  {"absent.md", "copy.md", ENOENT},
         {"d", "copy.md", EISDIR},          {"pipe", "copy.md", EINVAL}, {"source.md", "no/copy.md", ENOENT},
     };
     for (const auto& [from, to, code] : cases) {
