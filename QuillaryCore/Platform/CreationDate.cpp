@@ -9,7 +9,6 @@ namespace quillary::creation_date {
 
 namespace {
 
-constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
 constexpr qsizetype longestAttribute = 128;
 
 bool mayCarryAttribute(const FileStatus& status) {
