@@ -1,0 +1,102 @@
+#include "Quillary/State/TextPreloader.h"
+
+#include "Quillary/Platform/ThreadPriority.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <utility>
+
+namespace quillary {
+
+TextPreloader::TextPreloader(std::function<void(Text)> deliver, Clock clock, QObject* parent)
+    : QObject(parent), m_deliver(std::move(deliver)), m_clock(std::move(clock)) {
+    m_nextBatch.setSingleShot(true);
+    connect(&m_nextBatch, &QTimer::timeout, this, &TextPreloader::deliverBatch);
+}
+
+TextPreloader::~TextPreloader() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isEnding = true;
+    }
+    m_wake.notify_one();
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+}
+
+void TextPreloader::start(Read read, QList<FilePath> urls) {
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_request;
+        m_read = std::move(read);
+        m_urls.assign(urls.cbegin(), urls.cend());
+        m_texts.clear();
+    }
+    if (urls.isEmpty()) {
+        return;
+    }
+    if (!m_thread.joinable()) {
+        m_thread = std::thread([this] { readAll(); });
+    }
+    m_wake.notify_one();
+}
+
+/// The background thread.
+void TextPreloader::readAll() {
+    lowerPriorityOfThisThread();
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_wake.wait(lock, [this] { return m_isEnding || !m_urls.empty(); });
+        if (m_isEnding) {
+            return;
+        }
+        const quint64 request = m_request;
+        const Read read = m_read;
+        const FilePath url = std::move(m_urls.front());
+        m_urls.pop_front();
+
+        lock.unlock();
+        std::optional<Text> text = read(url);
+        lock.lock();
+
+        if (text && request == m_request) {
+            m_texts.push_back(*std::move(text));
+            if (!std::exchange(m_isDeliveryAsked, true)) {
+                // An event and not a call with arguments: what is handed over stays behind the lock.
+                QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
+            }
+        }
+    }
+}
+
+void TextPreloader::customEvent(QEvent*) {
+    deliverBatch();
+}
+
+void TextPreloader::deliverBatch() {
+    const auto end = m_clock() + batchBudget;
+    while (std::optional<Text> text = takeText()) {
+        m_deliver(std::move(*text));
+        if (m_clock() >= end) {
+            // A posted event would come before the timers and the input that wait; an empty timer comes after them.
+            m_nextBatch.start(0);
+            return;
+        }
+    }
+}
+
+/// The next text, or nothing; then the background thread has to ask for delivery again.
+std::optional<TextPreloader::Text> TextPreloader::takeText() {
+    const std::lock_guard lock(m_mutex);
+    if (m_texts.empty()) {
+        m_isDeliveryAsked = false;
+        return std::nullopt;
+    }
+    std::optional<Text> text = std::move(m_texts.front());
+    m_texts.pop_front();
+    return text;
+}
+
+} // namespace quillary

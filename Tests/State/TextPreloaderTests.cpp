@@ -1,0 +1,200 @@
+#include "Quillary/State/TextPreloader.h"
+
+#include "Tests/State/Waiting.h"
+
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <semaphore>
+
+namespace quillary::test {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+QList<FilePath> paths(int count) {
+    QList<FilePath> paths;
+    for (int i = 0; i < count; ++i) {
+        paths.append(FilePath::fromText(QString(u"/note/"_s + QString::number(i))));
+    }
+    return paths;
+}
+
+std::optional<TextPreloader::Text> nameAsText(const FilePath& url) {
+    return TextPreloader::Text{url, url.fileName(), {}};
+}
+
+} // namespace
+
+TEST(TextPreloader, DeliversInOrderOnTheThreadThatMadeIt) {
+    QStringList texts;
+    QThread* const mainThread = QThread::currentThread();
+    TextPreloader preloader([&](TextPreloader::Text text) {
+        EXPECT_EQ(QThread::currentThread(), mainThread);
+        texts.append(text.text);
+    });
+
+    preloader.start(nameAsText, paths(500));
+    EXPECT_TRUE(texts.isEmpty());
+    ASSERT_TRUE(waitUntil([&] { return texts.size() == 500; }));
+
+    for (int i = 0; i < 500; ++i) {
+        EXPECT_EQ(texts[i], QString::number(i));
+    }
+}
+
+TEST(TextPreloader, ReadsOnAnotherThreadAndOneFileAtATime) {
+    std::atomic<int> running = 0;
+    std::atomic<bool> overlapped = false;
+    std::atomic<bool> wasOnMainThread = false;
+    QThread* const mainThread = QThread::currentThread();
+    int delivered = 0;
+    TextPreloader preloader([&](const TextPreloader::Text&) { ++delivered; });
+
+    preloader.start(
+        [&](const FilePath& url) {
+            overlapped = overlapped || ++running > 1;
+            wasOnMainThread = wasOnMainThread || QThread::currentThread() == mainThread;
+            --running;
+            return nameAsText(url);
+        },
+        paths(100));
+    ASSERT_TRUE(waitUntil([&] { return delivered == 100; }));
+
+    EXPECT_FALSE(overlapped);
+    EXPECT_FALSE(wasOnMainThread);
+}
+
+TEST(TextPreloader, PassesOverWhatCanNotBeRead) {
+    QStringList texts;
+    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
+
+    preloader.start([](const FilePath& url) { return url.fileName() == u"1"_s ? std::nullopt : nameAsText(url); },
+                    paths(3));
+    ASSERT_TRUE(waitUntil([&] { return texts.contains(u"2"_s); }));
+
+    EXPECT_EQ(texts, QStringList({u"0"_s, u"2"_s}));
+}
+
+TEST(TextPreloader, YieldsToTheEventLoopWhenABatchHasUsedItsTime) {
+    // Each delivery takes a millisecond of a clock that stands still otherwise.
+    std::chrono::steady_clock::time_point time;
+    int delivered = 0;
+    int inThisRound = 0;
+    int longestBatch = 0;
+    std::binary_semaphore allAreRead(0);
+    TextPreloader preloader(
+        [&](const TextPreloader::Text&) {
+            time += 1ms;
+            ++delivered;
+            longestBatch = std::max(longestBatch, ++inThisRound);
+        },
+        [&time] { return time; });
+    // What stands for the rest of the program: it gets its turn between two batches.
+    QTimer everythingElse;
+    int turns = 0;
+    QObject::connect(&everythingElse, &QTimer::timeout, [&] {
+        inThisRound = 0;
+        ++turns;
+    });
+    everythingElse.start(0);
+
+    preloader.start(
+        [&](const FilePath& url) {
+            if (url.fileName() == u"299"_s) {
+                allAreRead.release();
+            }
+            return nameAsText(url);
+        },
+        paths(300));
+    allAreRead.acquire();
+    ASSERT_TRUE(waitUntil([&] { return delivered == 300; }));
+
+    EXPECT_LE(longestBatch, TextPreloader::batchBudget / 1ms);
+    EXPECT_GE(turns, 300 / (TextPreloader::batchBudget / 1ms) - 1);
+}
+
+TEST(TextPreloader, ANewRequestTakesThePlaceOfTheOldOne) {
+    std::counting_semaphore<> mayRead(0);
+    std::binary_semaphore isReading(0);
+    QStringList texts;
+    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
+    preloader.start(
+        [&](const FilePath& url) {
+            isReading.release();
+            mayRead.acquire();
+            auto text = nameAsText(url);
+            text->text = u"alt"_s;
+            return text;
+        },
+        paths(10));
+    isReading.acquire();
+
+    preloader.start(nameAsText, paths(2));
+    mayRead.release(10);
+    ASSERT_TRUE(waitUntil([&] { return texts.contains(u"1"_s); }));
+
+    EXPECT_EQ(texts, QStringList({u"0"_s, u"1"_s}));
+}
+
+TEST(TextPreloader, ANewRequestDropsWhatWasReadAndNotYetDelivered) {
+    std::binary_semaphore secondIsBeingRead(0);
+    std::binary_semaphore mayEnd(0);
+    QStringList texts;
+    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
+    preloader.start(
+        [&](const FilePath& url) {
+            if (url.fileName() == u"1"_s) {
+                secondIsBeingRead.release();
+                mayEnd.acquire();
+            }
+            auto text = nameAsText(url);
+            text->text = u"alt"_s;
+            return text;
+        },
+        paths(2));
+    secondIsBeingRead.acquire();
+
+    preloader.start(nameAsText, paths(1));
+    mayEnd.release();
+    ASSERT_TRUE(waitUntil([&] { return !texts.isEmpty(); }));
+
+    EXPECT_EQ(texts, QStringList(u"0"_s));
+}
+
+TEST(TextPreloader, AnEmptyRequestEndsTheOldOne) {
+    QStringList texts;
+    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
+    preloader.start(nameAsText, paths(10));
+
+    preloader.start(nameAsText, {});
+    runEventLoop(30ms);
+
+    EXPECT_TRUE(texts.isEmpty());
+}
+
+TEST(TextPreloader, EndsInTheMiddleOfItsWork) {
+    std::atomic<int> reads = 0;
+    bool isDelivered = false;
+    {
+        TextPreloader preloader([&](const TextPreloader::Text&) { isDelivered = true; });
+        preloader.start(
+            [&](const FilePath& url) {
+                ++reads;
+                return nameAsText(url);
+            },
+            paths(100'000));
+    }
+    const int readsAtItsEnd = reads;
+
+    runEventLoop(30ms);
+
+    EXPECT_EQ(reads, readsAtItsEnd);
+    EXPECT_FALSE(isDelivered);
+}
+
+} // namespace quillary::test
