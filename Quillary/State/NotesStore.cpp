@@ -1,0 +1,151 @@
+#include "Quillary/State/NotesStore.h"
+
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NoteDocument.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace quillary {
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+NotesStore::NotesStore(AppSettings* settings, QObject* parent)
+    : QObject(parent),
+      m_settings(settings),
+      m_fileStore(settings->notesDirectory()),
+      m_refreshTask(250ms, [this] { refreshFromDisk(); }),
+      m_preloader([this](TextPreloader::Text text) { attachPreloaded(std::move(text)); }) {
+    connect(settings, &AppSettings::sortOrderChanged, this, &NotesStore::resort);
+    loadAll();
+}
+
+NotesStore::~NotesStore() {
+    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+        note->setObserver(nullptr);
+    }
+}
+
+NoteItemPtr NotesStore::item(NoteID id) const {
+    const auto found = std::ranges::find(m_notes, id, [](const NoteItemPtr& note) { return note->id(); });
+    return found == m_notes.end() ? nullptr : *found;
+}
+
+bool NotesStore::contains(const NoteItem& item) const {
+    return std::ranges::find(m_notes, &item, [](const NoteItemPtr& note) { return note.get(); }) != m_notes.end();
+}
+
+NoteItemPtr NotesStore::selectedItem() const {
+    return m_selectedID ? item(*m_selectedID) : nullptr;
+}
+
+void NotesStore::setSelectedID(std::optional<NoteID> id) {
+    if (id == m_selectedID) {
+        return;
+    }
+    const std::optional<NoteID> previous = std::exchange(m_selectedID, id);
+    selectionDidChange(previous);
+    Q_EMIT selectedIDChanged();
+}
+
+void NotesStore::setSelectedFolder(const std::optional<QString>& folder) {
+    assign(m_selectedFolder, folder, &NotesStore::selectedFolderChanged);
+}
+
+void NotesStore::setRenamingFolder(const std::optional<QString>& folder) {
+    assign(m_renamingFolder, folder, &NotesStore::renamingFolderChanged);
+}
+
+void NotesStore::setPendingFolderDeletion(const std::optional<QString>& folder) {
+    assign(m_pendingFolderDeletion, folder, &NotesStore::pendingFolderDeletionChanged);
+}
+
+void NotesStore::setSearchQuery(const QString& query) {
+    assign(m_searchQuery, query, &NotesStore::searchQueryChanged);
+}
+
+QList<NoteItemPtr> NotesStore::actionTargets() const {
+    QList<NoteItemPtr> targets;
+    if (m_multiSelection.size() < 2) {
+        if (const NoteItemPtr selected = selectedItem()) {
+            targets.append(selected);
+        }
+        return targets;
+    }
+    for (const NoteID id : m_multiSelection) {
+        if (const NoteItemPtr note = item(id)) {
+            targets.append(note);
+        }
+    }
+    return targets;
+}
+
+void NotesStore::clearMultiSelection() {
+    setMultiSelection({}, false);
+    raiseEditorFocusToken();
+}
+
+void NotesStore::setErrorMessage(const std::optional<QString>& message) {
+    assign(m_errorMessage, message, &NotesStore::errorMessageChanged);
+}
+
+void NotesStore::setPendingNoteDeletion(const QList<NoteID>& ids) {
+    assign(m_pendingNoteDeletion, ids, &NotesStore::pendingNoteDeletionChanged);
+}
+
+void NotesStore::raiseEditorFocusToken() {
+    assign(m_editorFocusToken, m_editorFocusToken + 1, &NotesStore::editorFocusTokenChanged);
+}
+
+void NotesStore::raiseSearchFocusToken() {
+    assign(m_searchFocusToken, m_searchFocusToken + 1, &NotesStore::searchFocusTokenChanged);
+}
+
+void NotesStore::raiseSidebarFocusToken() {
+    assign(m_sidebarFocusToken, m_sidebarFocusToken + 1, &NotesStore::sidebarFocusTokenChanged);
+}
+
+void NotesStore::raiseTitleRenameToken() {
+    assign(m_titleRenameToken, m_titleRenameToken + 1, &NotesStore::titleRenameTokenChanged);
+}
+
+void NotesStore::noteDidChange(NoteItem& item, NoteField field) {
+    Q_EMIT noteChanged(&item, field);
+}
+
+/// Takes a new list of notes and tells of it if it differs.
+void NotesStore::assignNotes(const QList<NoteItemPtr>& notes) {
+    if (notes == m_notes) {
+        return;
+    }
+    // Those that go may be held by others for a while; they have nothing to tell any more.
+    const QList<NoteItemPtr> old = std::exchange(m_notes, notes);
+    for (const NoteItemPtr& note : old) {
+        note->setObserver(nullptr);
+    }
+    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+        note->setObserver(this);
+    }
+    Q_EMIT notesChanged();
+}
+
+/// Both at once, so that nobody sees the one without the other.
+void NotesStore::setMultiSelection(const QList<NoteID>& ids, bool isShowingDiff) {
+    const bool selectionChanges = m_multiSelection != ids;
+    const bool diffChanges = m_isShowingDiff != isShowingDiff;
+    m_multiSelection = ids;
+    m_isShowingDiff = isShowingDiff;
+    if (selectionChanges) {
+        Q_EMIT multiSelectionChanged();
+    }
+    if (diffChanges) {
+        Q_EMIT isShowingDiffChanged();
+    }
+}
+
+void NotesStore::fail(const QString& firstLine, const FileError& error) {
+    setErrorMessage(firstLine % u".\n"_s % localizedDescription(error));
+}
+
+} // namespace quillary

@@ -1,0 +1,336 @@
+#pragma once
+
+#include "Quillary/Platform/DirectoryWatcher.h"
+#include "Quillary/State/DelayedTask.h"
+#include "Quillary/State/NoteItem.h"
+#include "Quillary/State/SidebarSection.h"
+#include "Quillary/State/TextPreloader.h"
+#include "QuillaryCore/Notes/FileError.h"
+#include "QuillaryCore/Notes/FolderColor.h"
+#include "QuillaryCore/Notes/NoteFileStore.h"
+#include "QuillaryCore/Notes/SidebarLayout.h"
+
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
+namespace quillary {
+
+class AppSettings;
+
+/// The notes, the folders, the selections, and every command that changes them. Views read its fields, follow its
+/// signals, which tell of changes only, and call its commands. A failure becomes one text in `errorMessage`.
+/// Main thread only; file operations are synchronous.
+class NotesStore : public QObject, private NoteObserver {
+    Q_OBJECT
+
+public:
+    /// Loads everything: when it exists, the notes are listed and sorted, the first visible one is selected and its
+    /// text is read. The texts of the others arrive in the background. `settings` must outlive it.
+    explicit NotesStore(AppSettings* settings, QObject* parent = nullptr);
+    ~NotesStore() override;
+
+    AppSettings& settings() const { return *m_settings; }
+
+    const NoteFileStore& fileStore() const { return m_fileStore; }
+
+    // The notes.
+
+    /// All notes, in the order of `sorted`.
+    const QList<NoteItemPtr>& notes() const { return m_notes; }
+
+    /// The note of an id; null if there is none any more.
+    NoteItemPtr item(NoteID id) const;
+
+    /// Whether this very note is among the notes.
+    bool contains(const NoteItem& item) const;
+
+    /// The note in the detail pane; null if there is none.
+    NoteItemPtr selectedItem() const;
+
+    /// The id of the note in the detail pane.
+    std::optional<NoteID> selectedID() const { return m_selectedID; }
+
+    /// Selects a note: its text is read, a selected folder and a multiple selection end, and the note that is left is
+    /// saved soon if it is dirty. The same id again does nothing.
+    void setSelectedID(std::optional<NoteID> id);
+
+    // The folders.
+
+    /// The folders in the order on show.
+    const QStringList& folders() const { return m_folders; }
+
+    /// The folders that are shown closed.
+    const QSet<QString>& collapsedFolders() const { return m_collapsedFolders; }
+
+    /// The colours of the folders that have one.
+    const QMap<QString, FolderColor>& folderColors() const { return m_folderColors; }
+
+    /// The folder that is selected in the place of a note.
+    const std::optional<QString>& selectedFolder() const { return m_selectedFolder; }
+
+    void setSelectedFolder(const std::optional<QString>& folder);
+
+    /// The folder whose name is being edited in its place.
+    const std::optional<QString>& renamingFolder() const { return m_renamingFolder; }
+
+    void setRenamingFolder(const std::optional<QString>& folder);
+
+    /// The folder that waits for the user to confirm its deletion.
+    const std::optional<QString>& pendingFolderDeletion() const { return m_pendingFolderDeletion; }
+
+    void setPendingFolderDeletion(const std::optional<QString>& folder);
+
+    // The sidebar.
+
+    /// What the user looks for in the sidebar.
+    const QString& searchQuery() const { return m_searchQuery; }
+
+    void setSearchQuery(const QString& query);
+
+    /// The sidebar as it stands: folders and groups, or what the search finds. Computed by each call.
+    QList<SidebarSection> sidebarSections() const;
+
+    /// The notes of all sections but those in closed folders, from top to bottom. Computed by each call.
+    QList<NoteItemPtr> visibleNotes() const;
+
+    /// The notes of a folder, or of the top level, in order.
+    QList<NoteItemPtr> notes(const std::optional<QString>& inFolder) const;
+
+    /// The date that a row shows: of creation where the notes are sorted by it, else of modification.
+    Moment displayDate(const NoteItem& item) const;
+
+    /// Opens or closes a folder, and saves the layout.
+    void toggleCollapsed(const QString& folder);
+
+    // The multiple selection.
+
+    /// The notes of a multiple selection, two or more, in the order of the comparison; empty if there is none. Ids of
+    /// notes that have gone may stay for a while.
+    const QList<NoteID>& multiSelection() const { return m_multiSelection; }
+
+    /// Whether the two notes of the multiple selection are shown side by side.
+    bool isShowingDiff() const { return m_isShowingDiff; }
+
+    /// The notes that a command acts on: those of the multiple selection, or the selected one.
+    QList<NoteItemPtr> actionTargets() const;
+
+    /// Ends a multiple selection and asks for the focus in the editor.
+    void clearMultiSelection();
+
+    // What waits for the user, and requests for the focus: each request raises its counter.
+
+    /// The text of the alert on screen; the shell clears it when the user dismisses it.
+    const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+
+    void setErrorMessage(const std::optional<QString>& message);
+
+    /// The notes that wait for the user to confirm their deletion.
+    const QList<NoteID>& pendingNoteDeletion() const { return m_pendingNoteDeletion; }
+
+    void setPendingNoteDeletion(const QList<NoteID>& ids);
+
+    qint64 editorFocusToken() const { return m_editorFocusToken; }
+
+    void raiseEditorFocusToken();
+
+    qint64 searchFocusToken() const { return m_searchFocusToken; }
+
+    void raiseSearchFocusToken();
+
+    qint64 sidebarFocusToken() const { return m_sidebarFocusToken; }
+
+    void raiseSidebarFocusToken();
+
+    qint64 titleRenameToken() const { return m_titleRenameToken; }
+
+    void raiseTitleRenameToken();
+
+    // Loading and order.
+
+    /// Reads the directory anew and replaces all notes, with unsaved texts. If it can't be read, there are none.
+    void loadAll();
+
+    /// Saves what is dirty and goes on with another directory, which is made if need be.
+    void changeDirectory(const FilePath& directory);
+
+    /// Makes sure that a note has its text, or an error that says why not.
+    void ensureLoaded(NoteItem& item);
+
+    /// Notes in the order on show.
+    QList<NoteItemPtr> sorted(const QList<NoteItemPtr>& items) const;
+
+    /// Brings the notes into order, and tells of it only if the order changed.
+    void resort();
+
+    /// The arrangement of the sidebar, ready to be saved.
+    SidebarLayout currentLayout() const;
+
+    // Saving.
+
+    /// Writes a dirty note. False only if that failed; the note then stays dirty. A note that is not among the notes
+    /// any more is never written.
+    bool save(NoteItem& item);
+
+    /// Saves all dirty notes, as when the application goes into the background or ends. A failure holds none back.
+    void saveDirtyNotes();
+
+    // Agreement with the disk.
+
+    /// Brings notes and folders in line with the disk now. Texts that the user is changing are never overwritten, and
+    /// a directory that can't be listed changes nothing.
+    void refreshFromDisk();
+
+    /// Asks for a refresh after a quarter of a second without another request.
+    void scheduleRefresh();
+
+    // Commands on notes.
+
+    /// Makes a note, selects it and asks for the focus in its text. Without a title it is named by the date, without a
+    /// format it has the user's. Null after a failure.
+    NoteItemPtr makeNote(const std::optional<QString>& title = {}, const QString& contents = {},
+                         std::optional<NoteFormat> format = {}, bool showPreview = false,
+                         const std::optional<QString>& folder = {});
+
+    /// Tells which format a text is clearly of, if any; unset, no text is of any.
+    std::function<std::optional<NoteFormat>(QStringView text)> detectFormatOf;
+
+    /// To be called after every change of a note's text. With `detectFormat`, a text that is clearly of another format
+    /// gives its note that format.
+    void textDidChange(NoteItem& item, NoteDocument& document, bool detectFormat);
+
+    /// Replaces the whole text of a loaded note: as an edit, if it is on show, else behind the editor's back.
+    void replaceText(NoteItem& item, const QString& text);
+
+    /// Gives a note another format, and its file the extension of it.
+    void changeFormat(NoteItem& item, NoteFormat format);
+
+    /// Gives a note another title. Blanks around it don't count; an empty or equal one does nothing.
+    void rename(NoteItem& item, const QString& title);
+
+    /// Asks the user whether to move notes to the Trash; without a list, the action targets.
+    void requestTrash(const std::optional<QList<NoteItemPtr>>& items = {});
+
+    /// Moves notes to the Trash, and the selection to a neighbour if it goes with them.
+    void moveToTrash(const QList<NoteItemPtr>& items);
+
+    /// Switches the selected note between editor and preview.
+    void togglePreview();
+
+    /// Puts the text of the selected note on the clipboard.
+    void copySelectedContent();
+
+    /// A text to be handed out of the application, and whether it is only what is selected.
+    struct SharedText {
+        QString text;
+        bool isSelection = false;
+
+        friend bool operator==(const SharedText&, const SharedText&) = default;
+    };
+
+    /// What is selected of a note in the editor, or else its whole text; nothing if it isn't loaded.
+    std::optional<SharedText> textToShare(const NoteItem& item) const;
+
+Q_SIGNALS:
+    void notesChanged();
+    void noteChanged(quillary::NoteItem* item, quillary::NoteField field);
+    void selectedIDChanged();
+    void foldersChanged();
+    void collapsedFoldersChanged();
+    void folderColorsChanged();
+    void selectedFolderChanged();
+    void renamingFolderChanged();
+    void pendingFolderDeletionChanged();
+    void searchQueryChanged();
+    void multiSelectionChanged();
+    void isShowingDiffChanged();
+    void errorMessageChanged();
+    void pendingNoteDeletionChanged();
+    void editorFocusTokenChanged();
+    void searchFocusTokenChanged();
+    void sidebarFocusTokenChanged();
+    void titleRenameTokenChanged();
+
+private:
+    template <typename T>
+    void assign(T& field, const std::type_identity_t<T>& value, void (NotesStore::*changed)());
+    void noteDidChange(NoteItem& item, NoteField field) override;
+    void assignNotes(const QList<NoteItemPtr>& notes);
+    void setMultiSelection(const QList<NoteID>& ids, bool isShowingDiff);
+    void fail(const QString& firstLine, const FileError& error);
+
+    // NotesStoreLoading.cpp
+    Status<FileError> readDirectory();
+    void selectionDidChange(std::optional<NoteID> previous);
+    void attach(const QString& text, const QString& snippet, NoteItem& item);
+    void preloadDocuments();
+    void attachPreloaded(TextPreloader::Text text);
+    void insert(const NoteItemPtr& item);
+    void remove(const QList<NoteItemPtr>& items);
+    QList<NoteItemPtr> manuallySorted(const QList<NoteItemPtr>& items) const;
+    void selectFirstVisibleNote();
+
+    // NotesStoreSaving.cpp
+    void scheduleSave(NoteItem& item);
+    void saveLayout();
+
+    // NotesStoreDisk.cpp
+    void rebuildWatchers();
+    void renewWatchersIfNeeded();
+    void syncFolders(const QStringList& names);
+    void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);
+
+    // NotesStoreSections.cpp
+    QList<NoteItemPtr> notesFound(const QString& query) const;
+    QList<SidebarSection> dateGroups(const QList<NoteItemPtr>& items) const;
+
+    // NotesStoreNotes.cpp
+    void renameInOrder(const NoteItem& item, const QString& oldFileName);
+    void removeFromOrder(const QList<NoteItemPtr>& items);
+    void takeNoteOrder(const SidebarLayout& layout);
+
+    AppSettings* m_settings;
+    NoteFileStore m_fileStore;
+
+    QList<NoteItemPtr> m_notes;
+    std::optional<NoteID> m_selectedID;
+    QString m_searchQuery;
+    QList<NoteID> m_multiSelection;
+    bool m_isShowingDiff = false;
+    QStringList m_folders;
+    QSet<QString> m_collapsedFolders;
+    std::optional<QString> m_renamingFolder;
+    std::optional<QString> m_pendingFolderDeletion;
+    QList<NoteID> m_pendingNoteDeletion;
+    QMap<QString, FolderColor> m_folderColors;
+    std::optional<QString> m_selectedFolder;
+    std::optional<QString> m_errorMessage;
+    qint64 m_sidebarFocusToken = 0;
+    qint64 m_editorFocusToken = 0;
+    qint64 m_searchFocusToken = 0;
+    qint64 m_titleRenameToken = 0;
+    QMap<QString, QStringList> m_noteOrder;
+
+    std::vector<std::unique_ptr<DirectoryWatcher>> m_watchers;
+    DelayedTask m_refreshTask;
+    QHash<FilePath, std::weak_ptr<NoteItem>> m_preloading;
+    TextPreloader m_preloader;
+};
+
+template <typename T>
+void NotesStore::assign(T& field, const std::type_identity_t<T>& value, void (NotesStore::*changed)()) {
+    if (field != value) {
+        field = value;
+        Q_EMIT(this->*changed)();
+    }
+}
+
+} // namespace quillary

@@ -1,0 +1,120 @@
+#include "Quillary/State/NoteDocument.h"
+#include "Quillary/State/NotesStore.h"
+#include "QuillaryCore/Notes/NoteSnippet.h"
+#include "QuillaryCore/Unicode/Collation.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace quillary {
+
+namespace {
+
+/// Whether a file is newer than what is known of it, by more than file systems round.
+bool isLater(Moment date, Moment known) {
+    constexpr quint64 tolerance = 1'000'000;
+    // The difference to the distant past is greater than a signed number holds.
+    return date > known &&
+           quint64(date.time_since_epoch().count()) - quint64(known.time_since_epoch().count()) > tolerance;
+}
+
+} // namespace
+
+void NotesStore::rebuildWatchers() {
+    std::vector<std::unique_ptr<DirectoryWatcher>> watchers;
+    const auto watch = [&](const FilePath& directory) {
+        if (auto watcher = DirectoryWatcher::watch(directory, [this] { scheduleRefresh(); })) {
+            watchers.push_back(std::move(watcher));
+        }
+    };
+    watch(m_fileStore.directory());
+    for (const QString& folder : std::as_const(m_folders)) {
+        watch(m_fileStore.folderURL(folder));
+    }
+    m_watchers = std::move(watchers);
+}
+
+/// A directory that was replaced by another of its name has lost its watcher.
+void NotesStore::renewWatchersIfNeeded() {
+    const bool areComplete = m_watchers.size() == std::size_t(m_folders.size()) + 1;
+    if (!areComplete || !std::ranges::all_of(m_watchers, [](const auto& watcher) { return watcher->isCurrent(); })) {
+        rebuildWatchers();
+    }
+}
+
+void NotesStore::scheduleRefresh() {
+    m_refreshTask.restart();
+}
+
+void NotesStore::refreshFromDisk() {
+    const auto infos = m_fileStore.listNotes();
+    if (!infos) {
+        return;
+    }
+    const auto names = m_fileStore.listFolders();
+    syncFolders(names ? *names : QStringList());
+    renewWatchersIfNeeded();
+
+    QHash<FilePath, NoteItemPtr> known;
+    known.reserve(m_notes.size());
+    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+        known.insert(note->url(), note);
+    }
+    QList<NoteItemPtr> notes;
+    notes.reserve(qsizetype(infos->size()));
+    for (const NoteFileInfo& info : *infos) {
+        if (const NoteItemPtr note = known.take(info.url)) {
+            reloadIfChangedOnDisk(*note, info);
+            notes.append(note);
+        } else {
+            notes.append(std::make_shared<NoteItem>(info));
+        }
+    }
+    assignNotes(sorted(notes));
+    if (!selectedItem()) {
+        selectFirstVisibleNote();
+    }
+    preloadDocuments();
+}
+
+void NotesStore::syncFolders(const QStringList& names) {
+    QStringList folders;
+    QStringList added;
+    std::ranges::copy_if(m_folders, std::back_inserter(folders),
+                         [&names](const QString& folder) { return names.contains(folder); });
+    std::ranges::copy_if(names, std::back_inserter(added),
+                         [this](const QString& name) { return !m_folders.contains(name); });
+    std::ranges::stable_sort(added,
+                             [](const QString& a, const QString& b) { return localizedStandardCompare(a, b) < 0; });
+    folders += added;
+    if (folders == m_folders) {
+        return;
+    }
+    assign(m_folders, folders, &NotesStore::foldersChanged);
+    assign(m_collapsedFolders, m_collapsedFolders & QSet<QString>(folders.cbegin(), folders.cend()),
+           &NotesStore::collapsedFoldersChanged);
+    rebuildWatchers();
+}
+
+void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info) {
+    item.setCreated(info.created);
+    if (!isLater(info.modified, item.knownModificationDate) || item.isDirty()) {
+        return;
+    }
+    item.knownModificationDate = info.modified;
+    item.setModified(info.modified);
+    if (!item.document()) {
+        return;
+    }
+    const auto text = m_fileStore.read(item.url());
+    if (!text || item.document()->equals(*text)) {
+        return;
+    }
+    item.document()->replaceAll(*text);
+    item.setSnippet(NoteSnippet::make(*text, NoteItem::snippetLength));
+    item.setCharacterCount(item.document()->length());
+    item.raiseRevision();
+}
+
+} // namespace quillary

@@ -1,0 +1,230 @@
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NoteDocument.h"
+#include "Quillary/State/NotesStore.h"
+#include "QuillaryCore/Notes/NoteSnippet.h"
+#include "QuillaryCore/Unicode/CanonicalEquality.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillary {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The folder on disk that a stored name stands for: the one of its spelling, or else one that differs only in how its
+/// characters are composed.
+std::optional<QString> folderNamed(const QString& name, const QStringList& folders) {
+    if (folders.contains(name)) {
+        return name;
+    }
+    const auto found =
+        std::ranges::find_if(folders, [&name](const QString& folder) { return canonicallyEqual(folder, name); });
+    return found == folders.end() ? std::nullopt : std::optional(*found);
+}
+
+} // namespace
+
+void NotesStore::loadAll() {
+    m_watchers.clear();
+    setMultiSelection({}, false);
+    if (const auto read = readDirectory(); !read) {
+        assign(m_folders, {}, &NotesStore::foldersChanged);
+        assignNotes({});
+        fail(tr("Impossibile leggere la cartella «%1»").arg(FilePath::displayText(m_fileStore.directory().text())),
+             read.error());
+    }
+    selectFirstVisibleNote();
+    rebuildWatchers();
+    preloadDocuments();
+}
+
+/// Folders, layout and notes as they are on disk. After a failure some of them may be taken over already.
+Status<FileError> NotesStore::readDirectory() {
+    if (auto made = m_fileStore.ensureDirectoryExists(); !made) {
+        return made;
+    }
+    const SidebarLayout layout = m_fileStore.loadLayout();
+    const auto names = m_fileStore.listFolders();
+    if (!names) {
+        return names.error();
+    }
+    const QStringList folders = layout.ordered(*names);
+
+    QSet<QString> collapsed;
+    for (const QString& name : layout.collapsedFolders) {
+        if (const auto folder = folderNamed(name, folders)) {
+            collapsed.insert(*folder);
+        }
+    }
+    QMap<QString, FolderColor> colors;
+    for (auto color = layout.folderColors.cbegin(); color != layout.folderColors.cend(); ++color) {
+        if (const auto folder = folderNamed(color.key(), folders)) {
+            colors.insert(*folder, color.value());
+        }
+    }
+    assign(m_folders, folders, &NotesStore::foldersChanged);
+    assign(m_collapsedFolders, collapsed, &NotesStore::collapsedFoldersChanged);
+    assign(m_folderColors, colors, &NotesStore::folderColorsChanged);
+    m_noteOrder = layout.noteOrder;
+
+    const auto infos = m_fileStore.listNotes();
+    if (!infos) {
+        return infos.error();
+    }
+    QList<NoteItemPtr> items;
+    items.reserve(qsizetype(infos->size()));
+    for (const NoteFileInfo& info : *infos) {
+        items.append(std::make_shared<NoteItem>(info));
+    }
+    assignNotes(sorted(items));
+    return Done();
+}
+
+void NotesStore::changeDirectory(const FilePath& directory) {
+    saveDirtyNotes();
+    m_settings->setNotesDirectory(directory);
+    m_fileStore = NoteFileStore(directory);
+    setSearchQuery({});
+    loadAll();
+}
+
+void NotesStore::ensureLoaded(NoteItem& item) {
+    if (item.document()) {
+        return;
+    }
+    auto text = m_fileStore.read(item.url());
+    if (text) {
+        attach(*text, NoteSnippet::make(*text, NoteItem::snippetLength), item);
+    } else {
+        item.setLoadError(localizedDescription(text.error()));
+    }
+}
+
+/// Gives a note its text.
+void NotesStore::attach(const QString& text, const QString& snippet, NoteItem& item) {
+    item.setDocument(std::make_shared<NoteDocument>(text));
+    item.setSnippet(snippet);
+    item.setCharacterCount(text.size());
+    item.setLoadError({});
+}
+
+void NotesStore::preloadDocuments() {
+    m_preloading.clear();
+    QList<FilePath> urls;
+    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+        if (!note->document() && !note->loadError()) {
+            urls.append(note->url());
+            m_preloading.insert(note->url(), note);
+        }
+    }
+    const auto read = [store = m_fileStore](const FilePath& url) -> std::optional<TextPreloader::Text> {
+        const auto text = store.read(url);
+        if (!text) {
+            return std::nullopt;
+        }
+        return TextPreloader::Text{url, *text, NoteSnippet::make(*text, NoteItem::snippetLength)};
+    };
+    m_preloader.start(read, std::move(urls));
+}
+
+/// Takes a text from the background, unless its note has gone, was opened already or has another name by now.
+void NotesStore::attachPreloaded(TextPreloader::Text text) {
+    const NoteItemPtr note = m_preloading.take(text.url).lock();
+    if (note && note->url() == text.url && !note->document()) {
+        attach(text.text, text.snippet, *note);
+    }
+}
+
+void NotesStore::selectionDidChange(std::optional<NoteID> previous) {
+    setSelectedFolder({});
+    if (!m_multiSelection.isEmpty()) {
+        clearMultiSelection();
+    }
+    if (const NoteItemPtr selected = selectedItem()) {
+        ensureLoaded(*selected);
+    }
+    const NoteItemPtr left = previous ? item(*previous) : nullptr;
+    if (left && left->isDirty()) {
+        QMetaObject::invokeMethod(
+            this, [this, left] { save(*left); }, Qt::QueuedConnection);
+    }
+}
+
+void NotesStore::selectFirstVisibleNote() {
+    const QList<NoteItemPtr> visible = visibleNotes();
+    setSelectedID(visible.isEmpty() ? std::nullopt : std::optional(visible.first()->id()));
+}
+
+QList<NoteItemPtr> NotesStore::sorted(const QList<NoteItemPtr>& items) const {
+    if (m_settings->sortOrder() == NoteSortOrder::manual) {
+        return manuallySorted(items);
+    }
+    return quillary::sorted(
+        items, [](const NoteItemPtr& item) { return item->sortKey(); }, m_settings->sortOrder());
+}
+
+/// Folder by folder: what the manual order doesn't know first, newest first, then the notes that it knows.
+QList<NoteItemPtr> NotesStore::manuallySorted(const QList<NoteItemPtr>& items) const {
+    const SidebarLayout layout = currentLayout();
+    const QList<NoteItemPtr> byCreation = quillary::sorted(
+        items, [](const NoteItemPtr& item) { return item->sortKey(); }, NoteSortOrder::created);
+
+    QList<std::optional<QString>> folders;
+    QHash<QString, QList<NoteItemPtr>> notesOfFolder;
+    for (const NoteItemPtr& item : byCreation) {
+        QList<NoteItemPtr>& notes = notesOfFolder[SidebarLayout::key(item->folder())];
+        if (notes.isEmpty()) {
+            folders.append(item->folder());
+        }
+        notes.append(item);
+    }
+
+    QList<NoteItemPtr> result;
+    result.reserve(items.size());
+    for (const std::optional<QString>& folder : std::as_const(folders)) {
+        QStringList names;
+        QHash<QString, NoteItemPtr> noteOfName;
+        for (const NoteItemPtr& item : std::as_const(notesOfFolder[SidebarLayout::key(folder)])) {
+            names.append(item->fileName());
+            noteOfName.insert(names.last(), item);
+        }
+        for (const QString& name : layout.manuallyOrdered(names, folder)) {
+            result.append(noteOfName.value(name));
+        }
+    }
+    return result;
+}
+
+void NotesStore::resort() {
+    assignNotes(sorted(m_notes));
+}
+
+void NotesStore::insert(const NoteItemPtr& item) {
+    assignNotes(sorted(m_notes + QList{item}));
+}
+
+void NotesStore::remove(const QList<NoteItemPtr>& items) {
+    const QSet<NoteItemPtr> gone(items.cbegin(), items.cend());
+    QList<NoteItemPtr> rest = m_notes;
+    rest.removeIf([&gone](const NoteItemPtr& note) { return gone.contains(note); });
+    assignNotes(rest);
+}
+
+SidebarLayout NotesStore::currentLayout() const {
+    SidebarLayout layout;
+    layout.folderOrder = m_folders;
+    for (const QString& folder : m_folders) {
+        if (m_collapsedFolders.contains(folder)) {
+            layout.collapsedFolders.append(folder);
+        }
+        if (const auto color = m_folderColors.constFind(folder); color != m_folderColors.cend()) {
+            layout.folderColors.insert(folder, *color);
+        }
+    }
+    layout.noteOrder = m_noteOrder;
+    return layout;
+}
+
+} // namespace quillary
