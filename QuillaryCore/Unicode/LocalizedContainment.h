@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QuillaryCore/Unicode/CaselessForm.h"
+#include "QuillaryCore/Unicode/QueryAnchor.h"
 
 #include <QString>
 
@@ -12,7 +13,8 @@ namespace quillary {
 /// decomposed characters are the same, and a match never takes a part of a user-perceived character. An empty query
 /// is in no text.
 ///
-/// Making one costs time in proportion to the query; a test is linear in the text.
+/// Made once for a query and asked for many texts. A test is linear in the text, and for most texts a mere scan for a
+/// sign that each match must show.
 class TextMatcher {
 public:
     /// `locale`, as ICU names it, decides what is a letter's other case.
@@ -23,10 +25,21 @@ public:
 
     bool matches(QStringView text) const;
 
+    /// The same answer without any scan for signs, by comparing caseless forms from front to back: what `matches` is
+    /// measured and tested against.
+    bool matchesByForms(QStringView text) const;
+
 private:
+    class FormComparison;
+    class Search;
+
+    /// Compares clusters from one boundary up to the first one at or behind `to`, which becomes where it ended.
+    bool formsMatch(QStringView text, qsizetype from, qsizetype& to) const;
+
     CaseFolding m_folding;
     QString m_query;
     std::vector<qsizetype> m_borders;
+    QueryAnchor m_anchor;
 };
 
 } // namespace quillary

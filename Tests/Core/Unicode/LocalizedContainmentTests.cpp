@@ -1,5 +1,12 @@
 #include "QuillaryCore/Unicode/LocalizedContainment.h"
 
+#include "QuillaryCore/Unicode/GraphemeClusters.h"
+
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+
+#include <random>
+
 namespace quillary {
 
 namespace {
@@ -85,18 +92,135 @@ const Containment containments[] = {
     {u"aa"_s, u"aa\u0301aa"_s, true},
 };
 
+/// The caseless form by ICU's functions for whole texts, without any table of ours.
+icu::UnicodeString formByIcu(QStringView text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const nfd = icu::Normalizer2::getNFDInstance(status);
+    const icu::UnicodeString source(text.utf16(), static_cast<int32_t>(text.size()));
+    return nfd->normalize(nfd->normalize(source, status).foldCase(), status);
+}
+
+bool containsByStretches(const QString& text, const QString& query) {
+    const icu::UnicodeString form = formByIcu(query);
+    for (qsizetype from = 0; from < text.size(); ++from) {
+        for (qsizetype to = from + 1; isClusterBoundary(text, from) && to <= text.size(); ++to) {
+            if (isClusterBoundary(text, to) && formByIcu(QStringView(text).sliced(from, to - from)) == form) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 TEST(TextMatcher, FindsAsAPersonWould) {
     for (const Containment& each : containments) {
         SCOPED_TRACE(QString(each.query + u" in "_s + each.text).toStdString());
         EXPECT_EQ(TextMatcher(each.query, u"it").matches(each.text), each.found);
+        EXPECT_EQ(TextMatcher(each.query, u"it").matchesByForms(each.text), each.found);
         const QString filler = u"una riga di testo; "_s.repeated(40);
         if (!each.text.isEmpty()) {
             const bool inFiller = TextMatcher(each.query, u"it").matches(filler);
             const QString within = filler + each.text + filler;
             EXPECT_EQ(TextMatcher(each.query, u"it").matches(within), each.found || inFiller);
         }
+    }
+}
+
+TEST(TextMatcher, FindsNothingWithAnEmptyQuery) {
+    EXPECT_FALSE(TextMatcher(QString(), u"it").matches(u"nota"));
+    EXPECT_FALSE(TextMatcher(QString(), u"it").matches({}));
+}
+
+TEST(TextMatcher, FindsAtEveryPlaceOfATextOfAnyLength) {
+    for (const QString& query : {u"nota"_s, u"n"_s, u"k"_s, u"perch\u00E9"_s, u"\u00E8"_s, u"ss"_s, u"\uD55C"_s}) {
+        const TextMatcher matcher(query, u"it");
+        for (qsizetype length = 0; length <= 70; ++length) {
+            const QString filler(length, u'.');
+            ASSERT_FALSE(matcher.matches(filler));
+            for (qsizetype place = 0; place <= length; ++place) {
+                const QString text = filler.first(place) + query.toUpper() + filler.sliced(place);
+                ASSERT_TRUE(matcher.matches(text)) << query.toStdString() << " at " << place << " of " << length;
+            }
+        }
+    }
+}
+
+TEST(TextMatcher, FindsEveryCharacterThatHasCaseOrCompositionByItsFormAndBack) {
+    for (char32_t character = 1; character <= 0x1FFFF; ++character) {
+        if (QChar::isSurrogate(character)) {
+            continue;
+        }
+        const QString text = QString::fromUcs4(&character, 1);
+        const QString form = caselessForm(text, CaseFolding::ordinary);
+        if (form == text) {
+            continue;
+        }
+        ASSERT_TRUE(TextMatcher(form, u"it").matches(text)) << std::hex << static_cast<quint32>(character);
+        ASSERT_TRUE(TextMatcher(text, u"it").matches(form)) << std::hex << static_cast<quint32>(character);
+        const QString within = u"abc "_s.repeated(9) + text + u" xyz"_s;
+        ASSERT_TRUE(TextMatcher(QString(u' ' + form + u' '), u"it").matches(within))
+            << std::hex << static_cast<quint32>(character);
+    }
+}
+
+TEST(TextMatcher, AgreesWithComparingEveryStretchOfClusters) {
+    const std::u32string alphabet = U"aAeEkKsSfFiItT .\u00E9\u00C9\u0301\u0300\u0323\u0345\u00DF\u1E9E\u017F"
+                                    U"\u212A\uFB00\uFB01\uFB03\uFB06\u0149\u01F0\u030C\u0130\u0307\u03B1\u0391"
+                                    U"\u03B9\u0399\u1FB3\u1FB4\u1FB7\u0342\u1112\u1161\u11AB\uD558\uD55C\u09C7"
+                                    U"\u09BE\u09CB\u200D\uFE0F\U0001F1EE\U0001F1F9\U0001F468\U00010400\U00010428"
+                                    U"\U0002F800\u4E3D";
+    std::mt19937 random(3);
+    const auto randomText = [&](int longest) {
+        // A few letters at a time, or hardly anything would ever match.
+        std::u32string letters;
+        for (int i = 0; i < 5; ++i) {
+            letters += alphabet[random() % alphabet.size()];
+        }
+        QString text;
+        for (auto left = random() % static_cast<unsigned>(longest); left > 0; --left) {
+            text += QString::fromUcs4(&letters[random() % letters.size()], 1);
+        }
+        return text;
+    };
+    int found = 0;
+    for (int round = 0; round < 10'000; ++round) {
+        const QString text = randomText(24);
+        QString query = randomText(5);
+        if (round % 2 == 0 && !text.isEmpty()) {
+            const auto start = static_cast<qsizetype>(random() % static_cast<std::size_t>(text.size()));
+            query = text.sliced(start).first(std::min(text.size() - start, qsizetype{4})).toUpper();
+        }
+        const TextMatcher matcher(query, u"it");
+        const bool expected = containsByStretches(text, query);
+        ASSERT_EQ(matcher.matches(text), expected)
+            << query.toUtf8().toHex(' ').toStdString() << " in " << text.toUtf8().toHex(' ').toStdString();
+        ASSERT_EQ(matcher.matchesByForms(text), expected);
+        found += expected;
+    }
+    EXPECT_GT(found, 1000);
+}
+
+TEST(TextMatcher, StaysLinearWhereEveryPlaceLooksLikeAMatch) {
+    // Each of these takes minutes if candidates are looked at one by one.
+    const qsizetype length = 200'000;
+
+    const struct {
+        QString query;
+        QString text;
+    } cases[] = {
+        {QString(2000, u'a') + u'b', QString(length, u'a')},
+        {u'b' + QString(2000, u'a'), QString(length, u'a')},
+        {u"\u00E9"_s.repeated(2000) + u'b', u"\u00E9"_s.repeated(length)},
+        {u"a"_s, u"a\u0301"_s.repeated(length / 2)},
+        {u"\U0001F1EE"_s, u"\U0001F1EE"_s.repeated(length)},
+        {u"\u0301"_s, QString(u'a' + QString(length, QChar(0x301)))},
+        {u"\uD558"_s, u"\uD55C"_s.repeated(length)},
+    };
+
+    for (const auto& [query, text] : cases) {
+        EXPECT_FALSE(TextMatcher(query, u"it").matches(text)) << query.left(3).toStdString();
     }
 }
 
