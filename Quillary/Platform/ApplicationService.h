@@ -30,9 +30,11 @@ public:
     Claim claim();
 
 public Q_SLOTS:
+    // NOLINTBEGIN(readability-identifier-naming): the interface's own names
     void Activate(const QVariantMap& platformData);
     void Open(const QStringList& uris, const QVariantMap& platformData);
     void ActivateAction(const QString& name, const QVariantList& parameters, const QVariantMap& platformData);
+    // NOLINTEND(readability-identifier-naming)
 
 Q_SIGNALS:
     /// The window is wanted. The token, which may be empty, lets a Wayland compositor hand over the focus.

@@ -41,6 +41,7 @@ public:
 
 public Q_SLOTS:
 
+    // NOLINTNEXTLINE(readability-identifier-naming): the interface's own name
     QDBusVariant Read(const QString& nameSpace, const QString& key) {
         const bool known = nameSpace == "org.freedesktop.appearance"_L1 && key == "color-scheme"_L1;
         return QDBusVariant(QVariant::fromValue(QDBusVariant(known ? m_scheme : 77U)));
