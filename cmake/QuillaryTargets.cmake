@@ -2,7 +2,7 @@
 function(quillary_add_layer name)
   add_library(${name} STATIC)
   target_link_libraries(${name} PUBLIC QuillaryCompiler)
-  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
 endfunction()
 
 # quillary_add_tests(NAME SOURCES... LINK targets...): one test program of Google Test, one entry in ctest.
@@ -11,7 +11,7 @@ function(quillary_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT")
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINK} QuillaryTestSupport GTest::gmock GTest::gtest)
-  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
   target_precompile_headers(${name} REUSE_FROM QuillaryTestSupport)
   add_test(NAME ${name} COMMAND ${name})
   if(NOT ARG_TIMEOUT)

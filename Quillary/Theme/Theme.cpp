@@ -1,0 +1,159 @@
+#include "Quillary/Theme/Theme.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+namespace quillary::Theme {
+
+namespace {
+
+QColor rgb(double red, double green, double blue) {
+    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue));
+}
+
+QColor textAt(const QPalette& palette, float opacity) {
+    QColor color = palette.color(QPalette::Text);
+    color.setAlphaF(opacity);
+    return color;
+}
+
+const AdaptiveColor tagColor{rgb(0.40, 0.76, 0.95), rgb(0.00, 0.44, 0.58)};
+const AdaptiveColor attributeColor{rgb(0.99, 0.70, 0.36), rgb(0.55, 0.36, 0.00)};
+const AdaptiveColor keywordColor{rgb(0.99, 0.43, 0.68), rgb(0.61, 0.13, 0.58)};
+const AdaptiveColor variableColor{rgb(0.42, 0.83, 0.78), rgb(0.13, 0.44, 0.48)};
+
+/// A size is in logical pixels of a screen of 96 dpi, as the design of the lists is, and grows with the desktop's scale
+/// of texts; a point of a font is 1/72 inch.
+QFont sized(double size) {
+    constexpr double pointsPerPixel = 0.75;
+    QFont font = QGuiApplication::font();
+    font.setPointSizeF(size * pointsPerPixel);
+    return font;
+}
+
+} // namespace
+
+const AdaptiveColor sidebarBackground{rgb(0.115, 0.115, 0.125), rgb(0.957, 0.953, 0.943)};
+const AdaptiveColor diffRemoved{rgb(0.95, 0.45, 0.42), rgb(0.80, 0.24, 0.22)};
+const AdaptiveColor diffAdded{rgb(0.42, 0.82, 0.54), rgb(0.16, 0.55, 0.32)};
+const AdaptiveColor jsonString{rgb(0.56, 0.82, 0.62), rgb(0.13, 0.48, 0.30)};
+const AdaptiveColor jsonNumber{rgb(0.55, 0.73, 1.00), rgb(0.10, 0.36, 0.74)};
+const AdaptiveColor jsonLiteral{rgb(0.84, 0.62, 0.92), rgb(0.58, 0.24, 0.62)};
+const QColor accentDot = rgb(0.91, 0.36, 0.10);
+
+QColor separator(const QPalette& palette) {
+    return textAt(palette, 0.12F);
+}
+
+QColor editorBackground(const QPalette& palette) {
+    return palette.color(QPalette::Base);
+}
+
+QColor secondaryText(const QPalette& palette) {
+    return palette.color(QPalette::PlaceholderText);
+}
+
+QColor subtleFill(const QPalette& palette) {
+    return textAt(palette, 0.045F);
+}
+
+QColor rowHover(const QPalette& palette) {
+    return textAt(palette, 0.035F);
+}
+
+QColor searchFill(const QPalette& palette) {
+    return textAt(palette, 0.055F);
+}
+
+QColor rowSelection(const QPalette& palette) {
+    return textAt(palette, 0.075F);
+}
+
+QColor formatTint(NoteFormat format, const QPalette& palette) {
+    switch (format) {
+    case NoteFormat::plain: {
+        QColor color = secondaryText(palette);
+        color.setAlphaF(0.7F);
+        return color;
+    }
+    case NoteFormat::markdown:
+        return secondaryText(palette);
+    case NoteFormat::json:
+        return jsonNumber.in(palette);
+    case NoteFormat::csv:
+        return jsonString.in(palette);
+    case NoteFormat::html:
+        return tagColor.in(palette);
+    case NoteFormat::css:
+        return attributeColor.in(palette);
+    case NoteFormat::javascript:
+        return keywordColor.in(palette);
+    case NoteFormat::php:
+        return variableColor.in(palette);
+    }
+    Q_UNREACHABLE();
+}
+
+QColor folderColor(FolderColor color, const QPalette& palette) {
+    const auto of = [&palette](QRgb dark, QRgb light) {
+        return AdaptiveColor{QColor::fromRgb(dark), QColor::fromRgb(light)}.in(palette);
+    };
+    switch (color) {
+    case FolderColor::red:
+        return of(0xffff453a, 0xffe5342b);
+    case FolderColor::orange:
+        return of(0xffff9f0a, 0xfff08a00);
+    case FolderColor::yellow:
+        return of(0xffffd60a, 0xffd9a900);
+    case FolderColor::green:
+        return of(0xff32d74b, 0xff28a745);
+    case FolderColor::teal:
+        return of(0xff6ac4dc, 0xff3b9fb8);
+    case FolderColor::blue:
+        return of(0xff409cff, 0xff0a72e8);
+    case FolderColor::purple:
+        return of(0xffbf5af2, 0xff9f4bcf);
+    case FolderColor::gray:
+        return of(0xff98989d, 0xff85858a);
+    }
+    Q_UNREACHABLE();
+}
+
+QString folderColorName(FolderColor color) {
+    const auto text = [](const char* name) { return QCoreApplication::translate("quillary::Theme", name); };
+    switch (color) {
+    case FolderColor::red:
+        return text("Rosso");
+    case FolderColor::orange:
+        return text("Arancione");
+    case FolderColor::yellow:
+        return text("Giallo");
+    case FolderColor::green:
+        return text("Verde");
+    case FolderColor::teal:
+        return text("Verde acqua");
+    case FolderColor::blue:
+        return text("Blu");
+    case FolderColor::purple:
+        return text("Viola");
+    case FolderColor::gray:
+        return text("Grigio");
+    }
+    Q_UNREACHABLE();
+}
+
+QFont sidebarTitle() {
+    QFont font = sized(12.5);
+    font.setWeight(QFont::Medium);
+    return font;
+}
+
+QFont sidebarDetail() {
+    return sized(11);
+}
+
+QFont caption() {
+    return sized(10.5);
+}
+
+} // namespace quillary::Theme

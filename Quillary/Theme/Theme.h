@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Quillary/Theme/AdaptiveColor.h"
+#include "QuillaryCore/Notes/FolderColor.h"
+#include "QuillaryCore/Notes/NoteFormat.h"
+
+#include <QFont>
+
+namespace quillary {
+
+/// What the sidebar, the editor, the previews and the comparison draw with. Colours are looked up in the palette of the
+/// widget that is drawn; there is no theming by the user.
+namespace Theme {
+
+extern const AdaptiveColor sidebarBackground;
+extern const AdaptiveColor diffRemoved;
+extern const AdaptiveColor diffAdded;
+extern const AdaptiveColor jsonString;
+extern const AdaptiveColor jsonNumber;
+extern const AdaptiveColor jsonLiteral;
+
+/// The mark of unsaved changes, the same in both appearances.
+extern const QColor accentDot;
+
+QColor separator(const QPalette& palette);
+QColor editorBackground(const QPalette& palette);
+QColor secondaryText(const QPalette& palette);
+
+/// The text colour at a low opacity, for what lies behind text.
+QColor subtleFill(const QPalette& palette);
+QColor rowHover(const QPalette& palette);
+QColor searchFill(const QPalette& palette);
+QColor rowSelection(const QPalette& palette);
+
+/// The tint of a format's mark.
+QColor formatTint(NoteFormat format, const QPalette& palette);
+
+/// The colour of a folder that has one, and its name in the menus.
+QColor folderColor(FolderColor color, const QPalette& palette);
+QString folderColorName(FolderColor color);
+
+/// The fonts of the lists, from the application's own.
+QFont sidebarTitle();
+QFont sidebarDetail();
+QFont caption();
+
+} // namespace Theme
+
+} // namespace quillary
