@@ -1,0 +1,82 @@
+#include "Quillary/Sidebar/SearchField.h"
+
+#include "Quillary/Theme/Symbol.h"
+#include "Quillary/Theme/Theme.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace quillary {
+
+SearchField::SearchField(NotesStore& store, QWidget* parent) : QLineEdit(parent), m_store(store) {
+    setFrame(false);
+    setPlaceholderText(tr("Cerca"));
+    setAccessibleName(tr("Cerca"));
+    addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition);
+    QAction* const clearAction = addAction(symbolIcon(Symbol::clear), QLineEdit::TrailingPosition);
+    clearAction->setToolTip(tr("Cancella"));
+    clearAction->setText(tr("Cancella"));
+    clearAction->setVisible(false);
+
+    // The frame is drawn below the text, so the field itself stays clear.
+    QPalette clearBase = palette();
+    clearBase.setColor(QPalette::Base, Qt::transparent);
+    setPalette(clearBase);
+    setMinimumHeight(fontMetrics().height() + 12);
+
+    connect(clearAction, &QAction::triggered, this, [this] {
+        m_store.setSearchQuery({});
+        setFocus(Qt::OtherFocusReason);
+    });
+    connect(this, &QLineEdit::textChanged, this, [this, clearAction](const QString& text) {
+        clearAction->setVisible(!text.isEmpty());
+        m_store.setSearchQuery(text);
+    });
+    connect(&store, &NotesStore::searchQueryChanged, this, [this] {
+        if (text() != m_store.searchQuery()) {
+            setText(m_store.searchQuery());
+        }
+    });
+    connect(&store, &NotesStore::searchFocusTokenChanged, this, [this] {
+        setFocus(Qt::ShortcutFocusReason);
+        selectAll();
+    });
+}
+
+void SearchField::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Up:
+        Q_EMIT stepped(-1);
+        return;
+    case Qt::Key_Down:
+        Q_EMIT stepped(+1);
+        return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        Q_EMIT committed();
+        return;
+    case Qt::Key_Escape:
+        if (m_store.searchQuery().isEmpty()) {
+            m_store.raiseEditorFocusToken();
+        } else {
+            m_store.setSearchQuery({});
+        }
+        return;
+    default:
+        QLineEdit::keyPressEvent(event);
+    }
+}
+
+void SearchField::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(hasFocus() ? QPen(Theme::separator(palette()), 1) : QPen(Qt::NoPen));
+    painter.setBrush(Theme::searchFill(palette()));
+    constexpr double radius = 6;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.end();
+    QLineEdit::paintEvent(event);
+}
+
+} // namespace quillary

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace quillary {
+
+/// Draws the sidebar's rows: a note with title, date, format and excerpt; a folder with its colour, disclosure mark and
+/// count; a group's heading.
+class SidebarDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+private:
+    void paintNote(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void paintFolder(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void paintGroup(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+};
+
+} // namespace quillary

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Quillary/State/NotesStore.h"
+
+#include <QWidget>
+
+class QLabel;
+
+namespace quillary {
+
+/// The line below the list: the notes directory, which a click opens in the file manager, and the count of all notes.
+class SidebarFooter : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SidebarFooter(NotesStore& store, QWidget* parent = nullptr);
+
+private:
+    void update();
+
+    NotesStore& m_store;
+    QLabel* m_name;
+    QLabel* m_count;
+};
+
+} // namespace quillary

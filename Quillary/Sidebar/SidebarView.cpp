@@ -1,0 +1,65 @@
+#include "Quillary/Sidebar/SidebarView.h"
+
+#include "Quillary/Sidebar/SearchField.h"
+#include "Quillary/Sidebar/SidebarFooter.h"
+#include "Quillary/Sidebar/SidebarList.h"
+#include "Quillary/Theme/Theme.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quillary {
+
+SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent)
+    : QWidget(parent), m_store(store), m_search(new SearchField(store, this)), m_list(new SidebarList(store, this)) {
+    auto* const newNoteButton = new QToolButton(this);
+    newNoteButton->setAutoRaise(true);
+    newNoteButton->setDefaultAction(newNote);
+    newNoteButton->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    newNoteButton->setIconSize({18, 18});
+    newNoteButton->setAccessibleName(newNote->toolTip());
+
+    auto* const top = new QHBoxLayout;
+    top->setContentsMargins(10, 10, 8, 8);
+    top->setSpacing(6);
+    top->addWidget(m_search, 1);
+    top->addWidget(newNoteButton);
+
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(top);
+    layout->addWidget(m_list, 1);
+    layout->addWidget(new SidebarFooter(store, this));
+
+    connect(m_search, &SearchField::stepped, m_list, &SidebarList::stepNote);
+    connect(m_search, &SearchField::committed, this, &SidebarView::commitSearch);
+}
+
+void SidebarView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Theme::sidebarBackground.in(palette()));
+}
+
+void SidebarView::commitSearch() {
+    const QList<NoteItemPtr> visible = m_store.visibleNotes();
+    const NoteItemPtr selected = m_store.selectedItem();
+    const QString wanted = m_store.searchQuery().trimmed();
+    if (visible.isEmpty() && !wanted.isEmpty()) {
+        m_store.makeNote(wanted, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
+        return;
+    }
+    if (visible.isEmpty()) {
+        m_store.setSelectedID(std::nullopt);
+    } else if (!visible.contains(selected)) {
+        m_store.setSelectedID(visible.constFirst()->id());
+    }
+    m_store.setSearchQuery({});
+    m_store.raiseEditorFocusToken();
+}
+
+} // namespace quillary

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NotesStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace quillary {
+
+/// A folder of real notes with the settings and the store over it.
+class NotesFolder {
+public:
+    /// Files by their path in the folder, with their texts; they are dated one second apart, the first one latest.
+    explicit NotesFolder(const QList<std::pair<QString, QString>>& files, NoteSortOrder order = NoteSortOrder::title) {
+        using namespace Qt::StringLiterals;
+        QDir().mkpath(m_directory.filePath(u"Note"_s));
+        for (const auto& [path, text] : files) {
+            write(path, text);
+        }
+        m_settings =
+            std::make_unique<AppSettings>(Preferences(FilePath::fromText(m_directory.filePath(u"preferences.json"_s))));
+        m_settings->setNotesDirectory(FilePath::fromText(m_directory.filePath(u"Note"_s)));
+        m_settings->setSortOrder(order);
+        m_store = std::make_unique<NotesStore>(m_settings.get());
+    }
+
+    NotesStore& store() { return *m_store; }
+
+    AppSettings& settings() { return *m_settings; }
+
+    QString path(const QString& name) const {
+        using namespace Qt::StringLiterals;
+        return m_directory.filePath(u"Note/"_s % name);
+    }
+
+    void write(const QString& name, const QString& text) {
+        QDir().mkpath(QFileInfo(path(name)).path());
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text.toUtf8());
+    }
+
+    /// The note of a title; there must be one.
+    NoteItemPtr note(const QString& title) {
+        for (const NoteItemPtr& item : m_store->notes()) {
+            if (item->title() == title) {
+                return item;
+            }
+        }
+        return nullptr;
+    }
+
+private:
+    QTemporaryDir m_directory;
+    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<NotesStore> m_store;
+};
+
+} // namespace quillary
