@@ -15,8 +15,11 @@ using namespace Qt::StringLiterals;
 
 OperationTable allOperations() {
     OperationTable table;
+    addNotesOperations(table);
     addJSONOperations(table);
     addHighlighterOperations(table);
+    addSearchOperations(table);
+    addSidebarLayoutOperations(table);
     return table;
 }
 

@@ -7,5 +7,8 @@ namespace quillary::inspect {
 // Each adds the operations of one section of the protocol; each stands in a source of its own.
 void addHighlighterOperations(OperationTable& table);
 void addJSONOperations(OperationTable& table);
+void addNotesOperations(OperationTable& table);
+void addSearchOperations(OperationTable& table);
+void addSidebarLayoutOperations(OperationTable& table);
 
 } // namespace quillary::inspect
