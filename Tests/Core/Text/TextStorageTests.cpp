@@ -69,6 +69,16 @@ TEST(TextStorage, LetsGoOfAStringThatEditsHaveReplaced) {
     EXPECT_TRUE(storage.equals(u""));
 }
 
+TEST(TextStorage, HoldsOnToTheStringThatItGave) {
+    TextStorage storage(u"abcd"_s.repeated(100'000));
+    for (qsizetype offset = 0; offset < storage.length(); offset += 1000) {
+        storage.replace({offset, 1}, u"x");
+    }
+    QString text = storage.text();
+    storage.replace({0, 1}, u"y");
+    EXPECT_FALSE(text.isDetached());
+}
+
 TEST(TextStorage, GivesBackTheRoomThatADecoderReserved) {
     QString text = u"testo"_s;
     text.reserve(1'000'000);
