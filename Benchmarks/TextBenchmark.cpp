@@ -1,4 +1,5 @@
 #include "PeerTable.h"
+#include "QuillaryCore/Text/AttributeRanges.h"
 #include "QuillaryCore/Text/TextStorage.h"
 #include "QuillaryCore/Text/UndoManager.h"
 
@@ -6,8 +7,10 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 #include <malloc.h>
+#include <map>
 #include <random>
 
 /// Editing in 32 MiB beside Qt's document and beside a bare string, and what a loaded text costs in memory.
@@ -196,6 +199,52 @@ void compareReplacingAll(const char* task, qsizetype units) {
         });
 }
 
+void compareColors() {
+    constexpr qsizetype colors = 20'000;
+    std::vector<AttributeRanges<int>::Span> spans;
+    QList<QTextLayout::FormatRange> formats;
+    for (qsizetype i = 0; i < colors; ++i) {
+        spans.push_back({{i * 15, 9}, static_cast<int>(i % 16)});
+        formats.append({static_cast<int>(i) * 15, 9, {}});
+    }
+    AttributeRanges<int> ranges;
+    QList<QTextLayout::FormatRange> list;
+    compareWithPeer(
+        "20,000 colours set", "a copy of QTextLayout's formats", 1.0, 1.5, [&] { ranges.setAll(spans); },
+        [&] {
+            list = formats;
+            list.detach();
+        });
+    compareWithPeer(
+        "1,000 keys amid 20,000 colours", "each format shifted", 0.1, 0.5,
+        [&] {
+            for (int key = 0; key < 1000; ++key) {
+                ranges.follow({colors * 7 + key, 0, 1});
+            }
+        },
+        [&] {
+            for (int key = 0; key < 1000; ++key) {
+                for (QTextLayout::FormatRange& format : list) {
+                    format.start += format.start >= static_cast<int>(colors) * 7 + key ? 1 : 0;
+                }
+            }
+        });
+    compareWithPeer(
+        "20,000 colours changed one by one", "a std::map by start", 0.5, 1.0,
+        [&] {
+            for (const auto& [range, attribute] : spans) {
+                ranges.add(range, attribute);
+            }
+        },
+        [&] {
+            std::map<qsizetype, AttributeRanges<int>::Span> map;
+            for (const auto& span : spans) {
+                map[span.range.location] = span;
+            }
+            keep(map.size());
+        });
+}
+
 void printMemory(const char* what, double bytes) {
     std::printf("%-44s %9.2f bytes a unit\n", what, bytes / static_cast<double>(largeUnits));
 }
@@ -239,5 +288,6 @@ int main(int argc, char** argv) {
     compareReading(loaded);
     compareReplacingAll("10,000 replaced in 1 MB, and undone", 1'000'000);
     compareReplacingAll("10,000 replaced in 30 MB, and undone", 30'000'000);
+    compareColors();
     return 0;
 }
