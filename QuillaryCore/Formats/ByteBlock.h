@@ -34,12 +34,12 @@ public:
 #endif
     }
 
-    /// The bytes beyond ASCII, and those below this one.
-    quint32 beyondASCIIOrBelow(char byte) const {
+    /// The bytes up to this one, which are those of ASCII alone if it is one.
+    quint32 upTo(char last) const {
 #ifdef __SSE2__
-        return mask(_mm_cmplt_epi8(m_bytes, _mm_set1_epi8(byte)));
+        return mask(_mm_cmpeq_epi8(_mm_min_epu8(m_bytes, _mm_set1_epi8(last)), m_bytes));
 #else
-        return mask([byte](char each) { return static_cast<signed char>(each) < byte; });
+        return mask([last](char each) { return static_cast<unsigned char>(each) <= static_cast<unsigned char>(last); });
 #endif
     }
 
@@ -48,17 +48,20 @@ public:
 #ifdef __SSE2__
         return mask(m_bytes);
 #else
-        return mask([](char each) { return static_cast<signed char>(each) < 0; });
+        return mask([](char each) { return signedByte(each) < 0; });
 #endif
     }
 
-    /// The bytes from `first` to `last`, both in ASCII.
+    /// The bytes from `first` to `last`, both in ASCII or both beyond it.
     quint32 between(char first, char last) const {
 #ifdef __SSE2__
-        return mask(_mm_and_si128(_mm_cmpgt_epi8(m_bytes, _mm_set1_epi8(static_cast<char>(first - 1))),
-                                  _mm_cmplt_epi8(m_bytes, _mm_set1_epi8(static_cast<char>(last + 1)))));
+        const __m128i outside =
+            _mm_or_si128(_mm_cmplt_epi8(m_bytes, _mm_set1_epi8(first)), _mm_cmpgt_epi8(m_bytes, _mm_set1_epi8(last)));
+        return mask(outside) ^ 0xFFFFU;
 #else
-        return mask([first, last](char each) { return each >= first && each <= last; });
+        return mask([first, last](char each) {
+            return signedByte(each) >= signedByte(first) && signedByte(each) <= signedByte(last);
+        });
 #endif
     }
 
@@ -83,6 +86,10 @@ private:
 
     __m128i m_bytes;
 #else
+    static signed char signedByte(char byte) {
+        return static_cast<signed char>(byte);
+    }
+
     template <typename Test>
     quint32 mask(Test test) const {
         quint32 result = 0;

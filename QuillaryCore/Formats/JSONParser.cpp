@@ -2,6 +2,7 @@
 
 #include "QuillaryCore/Formats/ByteBlock.h"
 #include "QuillaryCore/Formats/UTF8.h"
+#include "QuillaryCore/Formats/UTF8BlockCheck.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
 #include <algorithm>
@@ -31,11 +32,11 @@ quint32 whitespace(const ByteBlock& block) {
 
 /// The bytes that end a run which a string takes over unchanged.
 quint32 stringStops(const ByteBlock& block) {
-    return block.beyondASCIIOrBelow(0x20) | block.equalTo('"') | block.equalTo('\\');
+    return block.upTo(0x1F) | block.equalTo('"') | block.equalTo('\\');
 }
 
 bool isStringStop(char byte) {
-    return static_cast<signed char>(byte) < 0x20 || byte == '"' || byte == '\\';
+    return static_cast<unsigned char>(byte) < 0x20 || byte == '"' || byte == '\\';
 }
 
 } // namespace
@@ -186,45 +187,49 @@ const char* JSONParser::parseArray(const char* at) {
 }
 
 const char* JSONParser::parseString(const char* at) {
-    const qsizetype opening = offset(at);
-    Tag tag = Tag::asciiString;
-    ++at;
+    const char* const opening = at++;
+    UTF8BlockCheck check;
+    bool hasEscapes = false;
     for (;;) {
-        while (m_end - at >= ByteBlock::size) {
-            const int run = std::countr_zero(stringStops(ByteBlock(at)) | 1U << ByteBlock::size);
-            at += run;
-            if (run < ByteBlock::size) {
-                break;
-            }
-        }
-        at = std::find_if(at, m_end, isStringStop);
+        at = skipStringRun(at, check);
         if (at == m_end) {
             return error(u"Stringa non terminata"_s, at);
         }
         if (*at == '"') {
-            m_tape.append(tag, opening);
-            return at + 1;
+            break;
         }
-        if (*at == '\\') {
-            tag = Tag::encodedString;
-            at = appendEscape(at);
-            if (!at) {
-                return nullptr;
-            }
-        } else if (static_cast<signed char>(*at) < 0) {
-            at = parseUTF8(at, tag);
-        } else {
+        if (*at != '\\') {
             return error(u"Carattere di controllo non ammesso in una stringa"_s, at);
         }
+        hasEscapes = true;
+        at = appendEscape(at);
+        if (!at) {
+            return nullptr;
+        }
     }
+    Tag tag = Tag::encodedString;
+    if (!hasEscapes && check.isASCII()) {
+        tag = Tag::asciiString;
+    } else if (!hasEscapes && (check.isCertain() || UTF8::isWellFormed(QByteArrayView(opening + 1, at)))) {
+        tag = Tag::plainString;
+    }
+    m_tape.append(tag, offset(opening));
+    return at + 1;
 }
 
-const char* JSONParser::parseUTF8(const char* at, Tag& tag) const {
-    while (at != m_end && static_cast<signed char>(*at) < 0) {
-        const UTF8Sequence sequence = UTF8Sequence::read(at, m_end);
-        tag = std::max(tag, sequence.isWellFormed ? Tag::plainString : Tag::encodedString);
-        at += sequence.length;
+/// Goes over what a string takes over unchanged.
+inline const char* JSONParser::skipStringRun(const char* at, UTF8BlockCheck& check) const {
+    int run = ByteBlock::size;
+    while (run == ByteBlock::size && m_end - at >= ByteBlock::size) {
+        const ByteBlock block(at);
+        run = std::countr_zero(stringStops(block) | 1U << ByteBlock::size);
+        check.add(block, run);
+        at += run;
     }
+    for (; at != m_end && !isStringStop(*at); ++at) {
+        check.add(*at);
+    }
+    check.end();
     return at;
 }
 
@@ -299,6 +304,14 @@ const char* JSONParser::parseNumber(const char* at) {
 }
 
 inline const char* JSONParser::skipDigits(const char* at) const {
+    // A loop from digit to digit ends at a place that no branch predictor knows.
+    while (m_end - at >= ByteBlock::size) {
+        const int digits = std::countr_one(ByteBlock(at).between('0', '9'));
+        at += digits;
+        if (digits < ByteBlock::size) {
+            return at;
+        }
+    }
     return std::find_if_not(at, m_end, isDigit);
 }
 

@@ -6,6 +6,8 @@
 
 namespace quillary {
 
+class UTF8BlockCheck;
+
 /// A strict reader of JSON (RFC 8259, with a byte order mark allowed at the start) that keeps the order of members,
 /// duplicate keys and the text of numbers, and stops at the first fault.
 ///
@@ -33,7 +35,7 @@ private:
     const char* parseMember(const char* at);
     const char* parseArray(const char* at);
     const char* parseString(const char* at);
-    const char* parseUTF8(const char* at, Tag& tag) const;
+    const char* skipStringRun(const char* at, UTF8BlockCheck& check) const;
     const char* appendEscape(const char* at);
     const char* parseUnicodeEscape(const char* at);
     const char* expectLiteral(const char* at, QLatin1StringView literal, Tag tag);

@@ -47,10 +47,26 @@ char16_t* UTF8::write(char32_t codePoint, char16_t* units) {
     return units;
 }
 
+bool UTF8::isWellFormed(QByteArrayView bytes) {
+    const char* at = bytes.data();
+    const char* const end = at + bytes.size();
+    while (at != end) {
+        const UTF8Sequence sequence = UTF8Sequence::read(at, end);
+        if (!sequence.isWellFormed) {
+            return false;
+        }
+        at += sequence.length;
+    }
+    return true;
+}
+
 QByteArray UTF8::encoded(QStringView text) {
     // QString::toUtf8 puts a question mark for a lone surrogate; an encoder with state would wait for its other half.
     QStringEncoder encoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-    return encoder(text);
+    QByteArray bytes = encoder(text);
+    // The encoder made room for the worst case.
+    bytes.squeeze();
+    return bytes;
 }
 
 } // namespace quillary

@@ -56,6 +56,8 @@ public:
     /// Writes one code point and gives the end of what it wrote.
     static char16_t* write(char32_t codePoint, char16_t* units);
 
+    static bool isWellFormed(QByteArrayView bytes);
+
     /// The bytes of this text, with U+FFFD for each lone surrogate.
     static QByteArray encoded(QStringView text);
 };
