@@ -351,13 +351,18 @@ qreal TextLayout::xOf(const Row& row, qsizetype position) {
 qsizetype TextLayout::positionAt(const Row& row, qreal x) {
     const Piece piece = m_wraps ? wrappedPiece(row) : pieceAt(row, x);
     const qsizetype found = piece.place.start + piece.layout->positionAt(piece.row, x - piece.left);
-    const qsizetype position = std::clamp(found, row.contents.location, row.contents.end());
-    const qsizetype before = m_storage.clusterBoundaryAtOrBefore(position);
-    if (before == position) {
-        return position;
+    const qsizetype end = row.contents.end();
+    const qsizetype position = std::clamp(found, row.contents.location, end);
+    const auto nearer = [&](qsizetype first, qsizetype second) {
+        return std::abs(xOf(row, first) - x) <= std::abs(xOf(row, second) - x) ? first : second;
+    };
+    // The toolkit never gives the end of a row that it broke: right behind a blank, but wrong within a word.
+    if (!row.endsLine && position < end && !QChar(m_storage.unitAt(end - 1)).isSpace() &&
+        m_storage.nextCluster(position) == end) {
+        return nearer(m_storage.clusterBoundaryAtOrBefore(position), end);
     }
-    const qsizetype after = std::min(m_storage.clusterBoundaryAtOrAfter(position), row.contents.end());
-    return std::abs(xOf(row, before) - x) <= std::abs(xOf(row, after) - x) ? before : after;
+    const qsizetype before = m_storage.clusterBoundaryAtOrBefore(position);
+    return before == position ? position : nearer(before, std::min(m_storage.clusterBoundaryAtOrAfter(position), end));
 }
 
 std::vector<HorizontalSpan> TextLayout::spansOf(const Row& row, TextRange range, HorizontalSpan clip) {

@@ -1,0 +1,227 @@
+#pragma once
+
+#include "Quillary/Editor/TextLayout.h"
+#include "Quillary/State/NoteTextView.h"
+#include "QuillaryCore/Text/UndoManager.h"
+
+#include <QAbstractScrollArea>
+#include <QBasicTimer>
+#include <QElapsedTimer>
+
+#include <functional>
+#include <optional>
+
+class QInputMethodEvent;
+class QMenu;
+class QMimeData;
+class QNativeGestureEvent;
+
+namespace quillary {
+
+/// The text view of one note: a plain text editor over the note's own TextStorage, which does what a user expects of
+/// Qt's text widgets and leaves every unit that was not typed in as it is.
+///
+/// Where it is scrolled to is a row and a distance, so that nothing on the screen moves when the rows above it turn out
+/// to be more or fewer than estimated.
+class ZoomableTextView : public QAbstractScrollArea, public NoteTextView {
+    Q_OBJECT
+
+public:
+    /// Space between the edges and the text, in pixels.
+    static constexpr int horizontalInset = 22;
+    static constexpr int verticalInset = 18;
+
+    /// The document must outlive the view.
+    explicit ZoomableTextView(NoteDocument& document, QWidget* parent = nullptr);
+    ~ZoomableTextView() override;
+
+    TextLayout& textLayout() { return m_layout; }
+
+    const TextStorage& storage() const { return m_storage; }
+
+    void setWraps(bool wraps);
+    void setEditorFont(const QFont& font);
+
+    bool isReadOnly() const { return m_isReadOnly; }
+
+    void setReadOnly(bool isReadOnly);
+
+    NoteDocument* shownDocument() const override { return &m_document; }
+
+    TextSelection selection() const override { return m_selection; }
+
+    /// Ends within a cluster move to its start. The view does not scroll.
+    void setSelection(TextSelection selection);
+
+    bool replaceText(TextRange range, const QString& text) override;
+
+    void resetHighlightedLanguage() override { m_highlightedLanguage.reset(); }
+
+    /// The raw value of the language that the text is coloured for; absent if it is not or is to be coloured anew.
+    const std::optional<QString>& highlightedLanguage() const { return m_highlightedLanguage; }
+
+    QString selectedText() const;
+
+    /// Scrolls as little as needed to show a range's start, and of its end what fits.
+    void scrollToRange(TextRange range);
+
+    /// The distance that the view is scrolled by, in pixels; vertically by the present estimate.
+    QPointF scrollOrigin() const;
+    void setScrollOrigin(QPointF origin);
+
+    /// The text that is on the screen, or would be if the view were.
+    TextRange visibleRange();
+
+    /// Where the caret stands, in the viewport's coordinates.
+    QRect caretRect();
+
+    /// The position whose caret is nearest to a point of the viewport.
+    qsizetype positionAt(QPoint point);
+
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+    /// Called for each zoom step that the user makes, with +1 or -1.
+    std::function<void(int)> onZoomStep;
+
+public Q_SLOTS:
+    void undo();
+    void redo();
+    void cut();
+    void copy();
+    void paste();
+    void deleteSelection();
+    void selectAll();
+
+Q_SIGNALS:
+    /// Around every change of the text that comes through this view, undo and redo included.
+    void aboutToEdit();
+    void edited();
+
+    void selectionChanged();
+
+protected:
+    bool event(QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    using Row = TextLayout::Row;
+    using Side = TextLayout::Side;
+
+    /// A position with the row that it is shown in.
+    struct Spot {
+        qsizetype position = 0;
+        Side side = Side::after;
+    };
+
+    /// A row and where its top edge is in the viewport.
+    struct VisibleRow {
+        Row row;
+        int top = 0;
+    };
+
+    /// What a drag of the mouse selects by.
+    enum class Unit { cluster, word, line };
+
+    // Scrolling
+    qint64 pixels(qint64 rows) const;
+    Row topRow();
+    std::vector<VisibleRow> visibleRows();
+    void reflow();
+    void scrollBy(qint64 distance);
+    void scrollTo(qint64 value);
+    void settleTop();
+    void keepWithinText();
+    qint64 contentHeight() const;
+    qint64 scrollValue();
+    void updateScrollBars();
+    void placeRowAt(const Row& row, int top);
+    int topOf(const Row& row);
+    void ensureCaretVisible();
+    void ensureVisible(Spot spot);
+
+    // Selection and motion
+    void moveCaret(Spot spot, bool extends);
+
+    void moveCaret(qsizetype position, bool extends) { moveCaret(Spot{position, Side::after}, extends); }
+
+    void assignSelection(TextSelection selection, Side side);
+    Row caretRow();
+    Spot spotInRow(const Row& row, qreal x);
+    Spot endOf(const Row& row) const;
+    Spot spotAt(QPoint point);
+    bool claimsKey(const QKeyEvent& event);
+    bool moveByKey(QKeyEvent* event);
+    void moveVertically(int rows, bool extends);
+    void movePage(int direction, bool extends);
+    Spot sideways(bool towardsRight, bool byWord);
+    void extendByUnits(qsizetype position);
+    TextRange unitAround(qsizetype position) const;
+
+    // Editing
+    void edit(TextRange range, const QString& text, EditKind kind);
+    void follow(const TextChange& change);
+    bool editByKey(QKeyEvent* event);
+    void removeRange(TextRange range, EditKind kind);
+    void insertFromMimeData(const QMimeData* source);
+    void publishPrimarySelection();
+    void showAfterUndo(const std::optional<TextSelection>& selection);
+
+    // Input methods
+    TextRange surroundingRange() const;
+    void clearPreedit();
+    void commitPreedit();
+    void updateInputMethod();
+
+    // Looks
+    void drawSelection(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip);
+    void drawCaret(QPainter& painter);
+    void restartBlinking();
+    void zoomByGesture(const QNativeGestureEvent& event);
+    QMenu* makeContextMenu();
+
+    NoteDocument& m_document;
+    TextStorage& m_storage;
+    UndoManager& m_undoManager;
+    TextLayout m_layout;
+    TextSelection m_selection;
+    Side m_caretSide = Side::after;
+    /// Where vertical motion wants to go, in the text's x.
+    std::optional<qreal> m_goalX;
+    bool m_isReadOnly = false;
+    std::optional<QString> m_highlightedLanguage;
+
+    /// The row at the top edge by the position it begins at, and how far it reaches above that edge.
+    qsizetype m_topPosition = 0;
+    int m_topOverhang = -verticalInset;
+    bool m_isSettingScrollBars = false;
+
+    Unit m_dragUnit = Unit::cluster;
+    TextRange m_dragOrigin;
+    bool m_isSelectingByMouse = false;
+    QPoint m_lastMousePosition;
+    QPoint m_doubleClickPosition;
+    QElapsedTimer m_sinceDoubleClick;
+    QBasicTimer m_autoscrollTimer;
+    QBasicTimer m_blinkTimer;
+    bool m_isCaretOn = false;
+    double m_pendingMagnification = 0;
+};
+
+} // namespace quillary

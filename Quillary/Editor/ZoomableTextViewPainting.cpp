@@ -1,0 +1,73 @@
+#include "Quillary/Editor/ZoomableTextView.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyle>
+
+namespace quillary {
+
+void ZoomableTextView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    const QRectF clip = event->rect();
+    const qreal left = horizontalInset - horizontalScrollBar()->value();
+    const int pitch = m_layout.pitch();
+    std::vector<VisibleRow> rows = visibleRows();
+    std::erase_if(rows,
+                  [&](const VisibleRow& row) { return row.top + pitch <= clip.top() || row.top >= clip.bottom(); });
+
+    // Letters may reach into the rows above and below: all backgrounds come before all text.
+    for (const VisibleRow& row : rows) {
+        m_layout.drawMarks(painter, row.row, QPointF(left, row.top), clip);
+    }
+    painter.setPen(palette().color(QPalette::Text));
+    for (const VisibleRow& row : rows) {
+        m_layout.drawText(painter, row.row, QPointF(left, row.top), clip);
+    }
+    if (!m_selection.isEmpty()) {
+        drawSelection(painter, rows, clip);
+    }
+    if (m_isCaretOn) {
+        drawCaret(painter);
+    }
+}
+
+/// Selected text stands in its own colour on a fill that takes the whole pitch, cut where the fill is cut.
+void ZoomableTextView::drawSelection(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip) {
+    const QPalette::ColorGroup group = hasFocus() || isActiveWindow() ? QPalette::Active : QPalette::Inactive;
+    const qreal left = horizontalInset - horizontalScrollBar()->value();
+    QRegion selected;
+    for (const VisibleRow& row : rows) {
+        const HorizontalSpan visible{clip.left() - left, clip.right() - left};
+        for (const HorizontalSpan& span : m_layout.spansOf(row.row, m_selection.range(), visible)) {
+            const int from = qRound(std::max(left + span.left, clip.left() - 1));
+            const int to = qRound(std::min(left + span.right, clip.right() + 1));
+            selected += QRect(from, row.top, std::max(0, to - from), m_layout.pitch());
+        }
+    }
+    painter.save();
+    painter.setClipRegion(selected);
+    painter.fillRect(clip, palette().brush(group, QPalette::Highlight));
+    painter.setPen(palette().color(group, QPalette::HighlightedText));
+    for (const VisibleRow& row : rows) {
+        if (selected.intersects(QRect(0, row.top, viewport()->width(), m_layout.pitch()))) {
+            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip);
+        }
+    }
+    painter.restore();
+}
+
+QRect ZoomableTextView::caretRect() {
+    const Row row = caretRow();
+    const QFontMetricsF metrics(m_layout.font());
+    const int x = horizontalInset - horizontalScrollBar()->value() + qRound(m_layout.xOf(row, m_selection.caret));
+    const int top = topOf(row) + m_layout.baseline() - qRound(metrics.ascent());
+    const int width = style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, this);
+    return {x, top, std::max(1, width), qRound(metrics.height())};
+}
+
+void ZoomableTextView::drawCaret(QPainter& painter) {
+    painter.fillRect(caretRect(), palette().brush(QPalette::Active, QPalette::Highlight));
+}
+
+} // namespace quillary
