@@ -31,7 +31,7 @@ protected:
             const SegmentIndex::Segment segment = m_index->at(place);
             ASSERT_EQ(place.start, start);
             ASSERT_EQ(place.row, rows);
-                start += segment.length;
+            start += segment.length;
             rows += segment.rows;
             const TextRange lineRange = m_storage->lineRange(line);
             ASSERT_EQ(segment.endsLine, start == lineRange.end())

@@ -1,0 +1,162 @@
+#include "Quillary/Editor/EditorCoordinator.h"
+
+#include "Quillary/Editor/EditorFont.h"
+#include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/State/AppActions.h"
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NoteDocument.h"
+#include "Quillary/State/NotesStore.h"
+
+#include <QStackedWidget>
+#include <QTimer>
+
+#include <utility>
+
+namespace quillary {
+
+EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, QStackedWidget& host)
+    : m_store(store), m_settings(settings), m_host(host), m_placeholder(new QWidget) {
+    m_host.addWidget(m_placeholder);
+    const auto follow = [this] { update(); };
+    connect(&m_store, &NotesStore::selectedIDChanged, this, follow);
+    connect(&m_store, &NotesStore::notesChanged, this, follow);
+    connect(&m_store, &NotesStore::editorFocusTokenChanged, this, follow);
+    connect(&m_store, &NotesStore::noteChanged, this, [this](NoteItem*, NoteField field) {
+        if (field == NoteField::document || field == NoteField::revision) {
+            update();
+        }
+    });
+    connect(&m_settings, &AppSettings::fontSizeChanged, this, follow);
+    connect(&m_settings, &AppSettings::fontStyleChanged, this, follow);
+    connect(&m_settings, &AppSettings::wrapLinesChanged, this, follow);
+    update();
+}
+
+EditorCoordinator::~EditorCoordinator() = default;
+
+ZoomableTextView* EditorCoordinator::textView() const {
+    return m_document ? m_textViews.at(m_document.get()).get() : nullptr;
+}
+
+void EditorCoordinator::setActive(bool isActive) {
+    m_isActive = isActive;
+    update();
+}
+
+void EditorCoordinator::update() {
+    const NoteItemPtr item = m_store.selectedItem();
+    const std::shared_ptr<NoteDocument> document = item ? item->document() : nullptr;
+    m_item = item;
+    const qint64 revision = item ? item->revision() : 0;
+    if (document != m_document) {
+        swapTo(document);
+        m_lastRevision = revision;
+    } else if (revision != m_lastRevision && document) {
+        m_lastRevision = revision;
+        textView()->setSelection(textView()->selection());
+        textView()->resetHighlightedLanguage();
+    }
+    if (ZoomableTextView* view = textView()) {
+        applyStyle();
+        view->setReadOnly(!m_isActive);
+    }
+    if (m_isActive) {
+        takeFocusIfAsked();
+    }
+}
+
+void EditorCoordinator::applyStyle() {
+    ZoomableTextView* view = textView();
+    view->setWraps(m_settings.wrapLines());
+    const EditorStyle style = m_settings.editorStyle();
+    view->setEditorFont(editorFont(style));
+    m_document->appliedStyle = style;
+}
+
+void EditorCoordinator::swapTo(std::shared_ptr<NoteDocument> document) {
+    ZoomableTextView* before = textView();
+    const bool hadFocus = before && before->hasFocus();
+    if (before) {
+        m_document->undoManager().breakCoalescing();
+        before->textLayout().layer(TextLayout::Layer::marks).clear();
+        m_document->scrollOrigin = before->scrollOrigin();
+    }
+    // The old document may end here, and its view with it: only when the new one is on show.
+    const std::shared_ptr<NoteDocument> old = std::exchange(m_document, std::move(document));
+    if (!m_document) {
+        m_host.setCurrentWidget(m_placeholder);
+        AppActions::shared().editor = {};
+        return;
+    }
+    ZoomableTextView& view = textViewOf(*m_document);
+    applyStyle();
+    m_host.setCurrentWidget(&view);
+    AppActions::shared().editor = &view;
+    if (hadFocus) {
+        view.setFocus(Qt::OtherFocusReason);
+    }
+}
+
+ZoomableTextView& EditorCoordinator::textViewOf(NoteDocument& document) {
+    QPointer<ZoomableTextView>& view = m_textViews[&document];
+    if (!view) {
+        view = makeTextView(document);
+        document.editorView = view.get();
+    }
+    return *view;
+}
+
+ZoomableTextView* EditorCoordinator::makeTextView(NoteDocument& document) {
+    auto* view = new ZoomableTextView(document);
+    m_host.addWidget(view);
+    view->setAccessibleName(tr("Testo della nota"));
+    view->onZoomStep = [this](int step) { zoom(step); };
+    connect(view, &ZoomableTextView::aboutToEdit, this, [this, view] { m_wasEmpty = view->storage().length() == 0; });
+    connect(view, &ZoomableTextView::edited, this, [this, view] {
+        // A paste into an empty note may decide its format; a single typed letter never does.
+        const TextStorage& storage = view->storage();
+        if (m_wasEmpty && storage.nextCluster(0) < storage.length()) {
+            m_detectFormatAfterChange = true;
+        }
+        textDidChange(view);
+    });
+    connect(&document.storage(), &QObject::destroyed, this, [this, view = QPointer(view), key = &document] {
+        m_textViews.erase(key);
+        delete view;
+    });
+    return view;
+}
+
+void EditorCoordinator::textDidChange(const ZoomableTextView* sender) {
+    const bool detectsFormat = std::exchange(m_detectFormatAfterChange, false);
+    const NoteItemPtr item = m_item.lock();
+    if (!item || !m_document || sender != textView()) {
+        return;
+    }
+    if (m_store.selectedFolder()) {
+        m_store.setSelectedFolder(std::nullopt);
+    }
+    m_store.textDidChange(*item, *m_document, detectsFormat);
+}
+
+void EditorCoordinator::takeFocusIfAsked() {
+    const qint64 token = m_store.editorFocusToken();
+    if (token == m_lastFocusToken) {
+        return;
+    }
+    m_lastFocusToken = token;
+    // The panes around may still be settling.
+    if (ZoomableTextView* view = textView()) {
+        QTimer::singleShot(0, view, [view] {
+            if (view->isVisibleTo(view->window())) {
+                view->setFocus(Qt::OtherFocusReason);
+            }
+        });
+    }
+}
+
+void EditorCoordinator::zoom(int step) {
+    m_settings.setFontSize(AppSettings::clampedFontSize(m_settings.fontSize() + step));
+}
+
+} // namespace quillary

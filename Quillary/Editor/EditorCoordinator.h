@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Quillary/State/NoteItem.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+class QStackedWidget;
+
+namespace quillary {
+
+class AppSettings;
+class NoteDocument;
+class NotesStore;
+class ZoomableTextView;
+
+/// Keeps the editor in agreement with the store and the settings: shows the selected note's document in a text view of
+/// its own, which stays for the document's whole life, gives it the font and the wrapping of the moment, carries the
+/// focus where it is asked for, and tells the store of edits.
+class EditorCoordinator : public QObject {
+    Q_OBJECT
+
+public:
+    /// `host` gets the text views as its pages, and owns them. All must outlive the coordinator.
+    EditorCoordinator(NotesStore& store, AppSettings& settings, QStackedWidget& host);
+    ~EditorCoordinator() override;
+
+    /// The text view on show; null when no document is.
+    ZoomableTextView* textView() const;
+
+    /// Whether the editor is the pane in use.
+    void setActive(bool isActive);
+
+    /// Brings the view in agreement. Without a change of anything it does nothing.
+    void update();
+
+private:
+    void swapTo(std::shared_ptr<NoteDocument> document);
+    ZoomableTextView& textViewOf(NoteDocument& document);
+    ZoomableTextView* makeTextView(NoteDocument& document);
+    void applyStyle();
+    void takeFocusIfAsked();
+    void textDidChange(const ZoomableTextView* sender);
+    void zoom(int step);
+
+    NotesStore& m_store;
+    AppSettings& m_settings;
+    QStackedWidget& m_host;
+    /// Shown while no document is.
+    QWidget* m_placeholder;
+    std::unordered_map<NoteDocument*, QPointer<ZoomableTextView>> m_textViews;
+    std::shared_ptr<NoteDocument> m_document;
+    std::weak_ptr<NoteItem> m_item;
+    bool m_isActive = true;
+    qint64 m_lastFocusToken = -1;
+    qint64 m_lastRevision = -1;
+    bool m_detectFormatAfterChange = false;
+    bool m_wasEmpty = false;
+};
+
+} // namespace quillary

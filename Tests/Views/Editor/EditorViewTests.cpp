@@ -1,0 +1,258 @@
+#include "Quillary/Editor/EditorView.h"
+
+#include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/State/AppActions.h"
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NoteDocument.h"
+#include "Quillary/State/NotesStore.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QPointer>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace quillary {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The editor over a store with real files: "Alfa.md", "Beta.txt" and "Vuota.txt".
+class EditorViewTest : public testing::Test {
+protected:
+    void SetUp() override {
+        QDir().mkpath(m_directory.filePath(u"note"_s));
+        write(u"Alfa.md"_s, u"# Alfa\n"_s);
+        write(u"Beta.txt"_s, u"riga\n"_s.repeated(500));
+        write(u"Vuota.txt"_s, {});
+        m_settings.setNotesDirectory(FilePath::fromText(m_directory.filePath(u"note"_s)));
+        m_settings.setSortOrder(NoteSortOrder::title);
+        m_store = std::make_unique<NotesStore>(&m_settings);
+        m_view = std::make_unique<EditorView>(m_store.get(), &m_settings);
+        m_view->resize(500, 400);
+        m_view->show();
+        m_view->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
+        QCoreApplication::processEvents();
+    }
+
+    void write(const QString& name, const QString& text) {
+        QFile file(m_directory.filePath(u"note/"_s + name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text.toUtf8());
+    }
+
+    QString read(const QString& name) const {
+        QFile file(m_directory.filePath(u"note/"_s + name));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    NoteItemPtr note(const QString& title) const {
+        for (const NoteItemPtr& item : m_store->notes()) {
+            if (item->title() == title) {
+                return item;
+            }
+        }
+        return nullptr;
+    }
+
+    void select(const QString& title) { m_store->setSelectedID(note(title)->id()); }
+
+    ZoomableTextView& textView() { return *m_view->textView(); }
+
+    QTemporaryDir m_directory;
+    AppSettings m_settings{Preferences(FilePath::fromText(m_directory.filePath(u"preferences.json"_s)))};
+    std::unique_ptr<NotesStore> m_store;
+    std::unique_ptr<EditorView> m_view;
+};
+
+TEST_F(EditorViewTest, ShowsTheSelectedNote) {
+    EXPECT_EQ(textView().storage().text(), u"# Alfa\n"_s);
+    EXPECT_EQ(m_view->currentWidget(), &textView());
+    EXPECT_EQ(AppActions::shared().editor.get(), &textView());
+    EXPECT_EQ(note(u"Alfa"_s)->document()->editorView.get(), &textView());
+    EXPECT_EQ(textView().shownDocument(), note(u"Alfa"_s)->document().get());
+    select(u"Vuota"_s);
+    EXPECT_EQ(textView().storage().text(), QString());
+    EXPECT_EQ(AppActions::shared().editor.get(), &textView());
+}
+
+TEST_F(EditorViewTest, ShowsNothingWithoutASelection) {
+    m_store->setSelectedID(std::nullopt);
+    EXPECT_EQ(m_view->textView(), nullptr);
+    EXPECT_EQ(AppActions::shared().editor.get(), nullptr);
+    EXPECT_EQ(qobject_cast<ZoomableTextView*>(m_view->currentWidget()), nullptr);
+}
+
+TEST_F(EditorViewTest, AnEditMakesTheNoteDirtyAndReachesTheFile) {
+    QTest::keyClicks(&textView(), u"x"_s);
+    EXPECT_TRUE(note(u"Alfa"_s)->isDirty());
+    EXPECT_EQ(note(u"Alfa"_s)->characterCount(), 8);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return read(u"Alfa.md"_s) == u"x# Alfa\n"_s; }));
+}
+
+TEST_F(EditorViewTest, AnEditEndsTheSelectionOfAFolder) {
+    m_store->setSelectedFolder(u"Cartella"_s);
+    QTest::keyClicks(&textView(), u"x"_s);
+    EXPECT_FALSE(m_store->selectedFolder());
+}
+
+TEST_F(EditorViewTest, KeepsScrollPositionSelectionAndHistoryOfEachNote) {
+    select(u"Beta"_s);
+    ZoomableTextView* beta = &textView();
+    QTest::keyClicks(beta, u"x"_s);
+    beta->setSelection({20, 30});
+    beta->verticalScrollBar()->setValue(1234);
+    select(u"Alfa"_s);
+    EXPECT_EQ(note(u"Beta"_s)->document()->scrollOrigin, QPointF(0, 1234));
+    QTest::keyClicks(&textView(), u"y"_s);
+    select(u"Beta"_s);
+    EXPECT_EQ(&textView(), beta);
+    EXPECT_EQ(beta->selection(), (TextSelection{20, 30}));
+    EXPECT_EQ(beta->scrollOrigin().y(), 1234);
+    beta->undo();
+    EXPECT_FALSE(beta->storage().text().startsWith(u'x'));
+    EXPECT_TRUE(note(u"Alfa"_s)->document()->text().startsWith(u'y'));
+}
+
+TEST_F(EditorViewTest, UndoDoesNotJoinTypingAcrossAVisitToAnotherNote) {
+    QTest::keyClicks(&textView(), u"uno"_s);
+    select(u"Beta"_s);
+    select(u"Alfa"_s);
+    QTest::keyClicks(&textView(), u"due"_s);
+    textView().undo();
+    EXPECT_EQ(textView().storage().text(), u"uno# Alfa\n"_s);
+}
+
+TEST_F(EditorViewTest, FollowsFontAndWrapping) {
+    EXPECT_TRUE(textView().textLayout().wraps());
+    const int pitch = textView().textLayout().pitch();
+    m_settings.setWrapLines(false);
+    EXPECT_FALSE(textView().textLayout().wraps());
+    m_settings.setFontSize(26);
+    EXPECT_NEAR(textView().textLayout().pitch(), 2 * pitch, 2);
+    const QString family = textView().textLayout().font().family();
+    m_settings.setFontStyle(EditorFontStyle::system);
+    EXPECT_NE(textView().textLayout().font().family(), family);
+    select(u"Beta"_s);
+    EXPECT_FALSE(textView().textLayout().wraps());
+    EXPECT_EQ(note(u"Beta"_s)->document()->appliedStyle, (EditorStyle{26, EditorFontStyle::system}));
+}
+
+TEST_F(EditorViewTest, ZoomGoesByWholePointsWithinTheBounds) {
+    struct Case {
+        double before;
+        int step;
+        double after;
+    };
+
+    for (const Case& each : {Case{13, 1, 14}, Case{13, -1, 12}, Case{8.6, 1, 10}, Case{28, 1, 28}, Case{9.4, -1, 9}}) {
+        m_settings.setFontSize(each.before);
+        textView().onZoomStep(each.step);
+        EXPECT_EQ(m_settings.fontSize(), each.after) << each.before;
+    }
+}
+
+TEST_F(EditorViewTest, ARevisionKeepsTheSelectionAsFarAsTheNewTextGoes) {
+    select(u"Beta"_s);
+    textView().setSelection({2400, 2410});
+    note(u"Beta"_s)->document()->replaceAll(u"breve"_s);
+    note(u"Beta"_s)->raiseRevision();
+    EXPECT_EQ(textView().selection(), (TextSelection{5, 5}));
+    EXPECT_FALSE(note(u"Beta"_s)->isDirty());
+}
+
+TEST_F(EditorViewTest, APasteIntoAnEmptyNoteMayDecideItsFormatAndALetterMayNot) {
+    m_settings.setAutoDetectFormat(true);
+    int detections = 0;
+    m_store->detectFormatOf = [&](QStringView) {
+        ++detections;
+        return std::optional<NoteFormat>();
+    };
+    const auto paste = [&](const QString& text) {
+        QGuiApplication::clipboard()->setText(text);
+        textView().paste();
+    };
+    const auto empty = [&] {
+        textView().selectAll();
+        textView().deleteSelection();
+        EXPECT_EQ(textView().storage().length(), 0);
+        detections = 0;
+    };
+    select(u"Vuota"_s);
+    QTest::keyClicks(&textView(), u"a"_s);
+    EXPECT_EQ(detections, 0);
+    paste(u"{\"a\": 1}"_s);
+    EXPECT_EQ(detections, 0) << "not into a note with text";
+    empty();
+    paste(u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s);
+    EXPECT_EQ(detections, 0) << "one character, of several units";
+    empty();
+    paste(u"{}"_s);
+    EXPECT_EQ(detections, 1);
+    QTest::keyClicks(&textView(), u"a"_s);
+    EXPECT_EQ(detections, 1);
+}
+
+TEST_F(EditorViewTest, TakesTheFocusWhenAskedAndUncovered) {
+    QWidget other;
+    other.setFocusPolicy(Qt::StrongFocus);
+    other.setParent(m_view.get());
+    other.show();
+    const auto settle = [] { QCoreApplication::processEvents(); };
+    other.setFocus();
+    ASSERT_FALSE(textView().hasFocus());
+    m_store->raiseEditorFocusToken();
+    EXPECT_FALSE(textView().hasFocus()) << "not before the panes have settled";
+    settle();
+    EXPECT_TRUE(textView().hasFocus());
+
+    other.setFocus();
+    m_view->setActive(false);
+    EXPECT_TRUE(textView().isReadOnly());
+    m_store->raiseEditorFocusToken();
+    settle();
+    EXPECT_FALSE(textView().hasFocus());
+    m_view->setActive(true);
+    settle();
+    EXPECT_TRUE(textView().hasFocus());
+    EXPECT_FALSE(textView().isReadOnly());
+}
+
+TEST_F(EditorViewTest, TheFocusGoesAlongToAnotherNote) {
+    textView().setFocus();
+    select(u"Beta"_s);
+    EXPECT_TRUE(textView().hasFocus());
+}
+
+TEST_F(EditorViewTest, ATextViewEndsWithItsDocument) {
+    const QPointer<ZoomableTextView> alfa = &textView();
+    select(u"Beta"_s);
+    const QPointer<ZoomableTextView> beta = &textView();
+    m_store->loadAll();
+    EXPECT_FALSE(alfa);
+    EXPECT_FALSE(beta);
+    EXPECT_EQ(textView().storage().text(), u"# Alfa\n"_s);
+}
+
+TEST_F(EditorViewTest, TheStoreMayReplaceTheTextThroughTheView) {
+    m_store->replaceText(*note(u"Alfa"_s), u"altro"_s);
+    EXPECT_EQ(textView().storage().text(), u"altro"_s);
+    EXPECT_TRUE(note(u"Alfa"_s)->isDirty());
+    textView().undo();
+    EXPECT_EQ(textView().storage().text(), u"# Alfa\n"_s);
+}
+
+TEST_F(EditorViewTest, HasAnAccessibleName) {
+    EXPECT_EQ(textView().accessibleName(), u"Testo della nota"_s);
+}
+
+} // namespace
+
+} // namespace quillary
