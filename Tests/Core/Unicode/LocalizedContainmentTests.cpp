@@ -1,9 +1,6 @@
 #include "QuillaryCore/Unicode/LocalizedContainment.h"
 
-#include "QuillaryCore/Unicode/GraphemeClusters.h"
-
-#include <unicode/normalizer2.h>
-#include <unicode/unistr.h>
+#include "Tests/Core/Unicode/ContainmentReference.h"
 
 #include <random>
 
@@ -92,26 +89,6 @@ const Containment containments[] = {
     {u"aa"_s, u"aa\u0301aa"_s, true},
 };
 
-/// The caseless form by ICU's functions for whole texts, without any table of ours.
-icu::UnicodeString formByIcu(QStringView text) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* const nfd = icu::Normalizer2::getNFDInstance(status);
-    const icu::UnicodeString source(text.utf16(), static_cast<int32_t>(text.size()));
-    return nfd->normalize(nfd->normalize(source, status).foldCase(), status);
-}
-
-bool containsByStretches(const QString& text, const QString& query) {
-    const icu::UnicodeString form = formByIcu(query);
-    for (qsizetype from = 0; from < text.size(); ++from) {
-        for (qsizetype to = from + 1; isClusterBoundary(text, from) && to <= text.size(); ++to) {
-            if (isClusterBoundary(text, to) && formByIcu(QStringView(text).sliced(from, to - from)) == form) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
 } // namespace
 
 TEST(TextMatcher, FindsAsAPersonWould) {
@@ -185,7 +162,7 @@ TEST(TextMatcher, AgreesWithComparingEveryStretchOfClusters) {
         return text;
     };
     int found = 0;
-    for (int round = 0; round < 10'000; ++round) {
+    for (int round = 0; round < 6000; ++round) {
         const QString text = randomText(24);
         QString query = randomText(5);
         if (round % 2 == 0 && !text.isEmpty()) {
@@ -199,12 +176,12 @@ TEST(TextMatcher, AgreesWithComparingEveryStretchOfClusters) {
         ASSERT_EQ(matcher.matchesByForms(text), expected);
         found += expected;
     }
-    EXPECT_GT(found, 1000);
+    EXPECT_GT(found, 600);
 }
 
 TEST(TextMatcher, StaysLinearWhereEveryPlaceLooksLikeAMatch) {
     // Each of these takes minutes if candidates are looked at one by one.
-    const qsizetype length = 200'000;
+    const qsizetype length = 100'000;
 
     const struct {
         QString query;
