@@ -50,16 +50,10 @@ constexpr std::array motionKeys = {
     MotionKeys{Motion::textEnd, QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument},
 };
 
+/// Not among them: DeleteEndOfLine, whose Ctrl+K the window has for its search.
 constexpr std::array editingKeys = {
-    QKeySequence::Copy,
-    QKeySequence::Cut,
-    QKeySequence::Paste,
-    QKeySequence::Undo,
-    QKeySequence::Redo,
-    QKeySequence::SelectAll,
-    QKeySequence::DeleteEndOfWord,
-    QKeySequence::DeleteStartOfWord,
-    QKeySequence::DeleteEndOfLine,
+    QKeySequence::Copy, QKeySequence::Cut,       QKeySequence::Paste,           QKeySequence::Undo,
+    QKeySequence::Redo, QKeySequence::SelectAll, QKeySequence::DeleteEndOfWord, QKeySequence::DeleteStartOfWord,
 };
 
 /// Whether a key's text is meant to be typed, as Qt's own text widgets decide it.
