@@ -1,0 +1,43 @@
+#include "Quillary/Detail/PlaceholderView.h"
+
+#include "Quillary/Theme/Theme.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace quillary {
+
+PlaceholderView::PlaceholderView(QWidget* parent)
+    : QWidget(parent), m_title(new QLabel(this)), m_detail(new QLabel(this)), m_hints(new QLabel(this)) {
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
+
+    QFont titleFont = Theme::sidebarTitle();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.3);
+    m_title->setFont(titleFont);
+    m_detail->setFont(Theme::sidebarTitle());
+    m_hints->setFont(Theme::sidebarDetail());
+
+    auto* const layout = new QVBoxLayout(this);
+    layout->setSpacing(8);
+    layout->addStretch(2);
+    for (QLabel* const label : {m_title, m_detail, m_hints}) {
+        label->setAlignment(Qt::AlignCenter);
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        layout->addWidget(label);
+    }
+    layout->addStretch(3);
+    m_detail->setForegroundRole(QPalette::PlaceholderText);
+    m_hints->setForegroundRole(QPalette::PlaceholderText);
+}
+
+void PlaceholderView::setTexts(const QString& title, const QString& detail, const QStringList& hints) {
+    m_title->setText(title);
+    m_detail->setText(detail);
+    m_detail->setVisible(!detail.isEmpty());
+    m_hints->setText(hints.join(u'\n'));
+    m_hints->setVisible(!hints.isEmpty());
+}
+
+} // namespace quillary

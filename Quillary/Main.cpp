@@ -1,0 +1,36 @@
+#include "Quillary/Platform/ApplicationService.h"
+#include "Quillary/Platform/TerminationSignals.h"
+#include "Quillary/Shell/AppDelegate.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char* argv[]) {
+    quillary::TerminationSignals::block();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"Quillary"_s);
+    QApplication::setApplicationDisplayName(u"Quillary"_s);
+    QApplication::setDesktopFileName(u"app.quillary.Quillary"_s);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    quillary::ApplicationService service;
+    if (service.claim() == quillary::Claim::handedOver) {
+        return 0;
+    }
+
+    // The interface is Italian; these are the texts that Qt's own dialogs and menus bring.
+    QTranslator translator;
+    if (translator.load(QLocale(QLocale::Italian), u"qtbase"_s, u"_"_s,
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QApplication::installTranslator(&translator);
+    }
+
+    quillary::AppDelegate delegate;
+    QObject::connect(&service, &quillary::ApplicationService::activated, &delegate, &quillary::AppDelegate::activate);
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}

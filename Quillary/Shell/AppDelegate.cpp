@@ -1,0 +1,100 @@
+#include "Quillary/Shell/AppDelegate.h"
+
+#include "Quillary/State/AppActions.h"
+
+#include <QApplication>
+#include <QSessionManager>
+
+namespace quillary {
+
+AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {}
+
+AppDelegate::~AppDelegate() {
+    AppActions::shared() = {};
+}
+
+AppSettings& AppDelegate::settings() {
+    if (m_settings == nullptr) {
+        m_settings = std::make_unique<AppSettings>(Preferences(Preferences::defaultFile()));
+    }
+    return *m_settings;
+}
+
+NotesStore& AppDelegate::store() {
+    if (m_store == nullptr) {
+        m_store = std::make_unique<NotesStore>(&settings());
+    }
+    return *m_store;
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    m_appearance = std::make_unique<Appearance>();
+    settings().onApplyAppearance = [this](AppAppearance appearance) { m_appearance->apply(appearance); };
+    settings().applyAppearance();
+
+    AppActions& actions = AppActions::shared();
+    actions.focusEditor = [this] { store().raiseEditorFocusToken(); };
+    actions.openMainWindow = [this] { openMainWindow(); };
+    actions.activateApplication = [this] {
+        if (m_window != nullptr && m_window->isVisible()) {
+            m_window->activateWindow();
+        }
+    };
+    actions.hideApplication = [this] {
+        m_window->rememberPlace();
+        m_window->hide();
+    };
+    actions.isApplicationActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
+    actions.onBeep = [] { QApplication::beep(); };
+
+    m_signals = std::make_unique<TerminationSignals>();
+    connect(m_signals.get(), &TerminationSignals::received, this, &AppDelegate::endOnSignal);
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
+    connect(qGuiApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::applicationShouldTerminate);
+    // The session may end the process before any queued call is delivered.
+    connect(
+        qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager&) { store().saveDirtyNotes(); },
+        Qt::DirectConnection);
+
+    openMainWindow();
+}
+
+void AppDelegate::activate(const QString& activationToken) {
+    if (!activationToken.isEmpty()) {
+        // Qt's Wayland plugin takes the token from here when it next asks for the focus.
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    }
+    AppActions::shared().showMainWindow();
+}
+
+void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
+    if (state == Qt::ApplicationActive) {
+        store().refreshFromDisk();
+    } else {
+        store().saveDirtyNotes();
+    }
+}
+
+void AppDelegate::applicationShouldTerminate() {
+    store().saveDirtyNotes();
+    if (m_window != nullptr && m_window->isVisible()) {
+        m_window->rememberPlace();
+    }
+}
+
+void AppDelegate::openMainWindow() {
+    if (m_window == nullptr) {
+        m_window = std::make_unique<MainWindow>(store(), settings());
+        AppActions::shared().mainWindow = m_window.get();
+    }
+    m_window->makeKeyAndOrderFront();
+    store().raiseEditorFocusToken();
+}
+
+void AppDelegate::endOnSignal() {
+    // No window may refuse: the text is saved, and the loop ends.
+    store().saveDirtyNotes();
+    QCoreApplication::exit(0);
+}
+
+} // namespace quillary

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Quillary/Platform/TerminationSignals.h"
+#include "Quillary/Shell/MainWindow.h"
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NotesStore.h"
+#include "Quillary/Theme/Appearance.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace quillary {
+
+/// Owns the long-lived objects, each made on first use, and decides what happens when the application starts, becomes
+/// active, loses the focus or is asked to end.
+class AppDelegate : public QObject {
+    Q_OBJECT
+
+public:
+    explicit AppDelegate(QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    AppSettings& settings();
+    NotesStore& store();
+
+    /// Called once, before the event loop: appearance, window, signals of the session.
+    void applicationDidFinishLaunching();
+
+    /// Brings the window up on behalf of another start of the program.
+    void activate(const QString& activationToken);
+
+private:
+    void applicationStateChanged(Qt::ApplicationState state);
+    void applicationShouldTerminate();
+    void openMainWindow();
+    void endOnSignal();
+
+    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<NotesStore> m_store;
+    std::unique_ptr<Appearance> m_appearance;
+    std::unique_ptr<TerminationSignals> m_signals;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+} // namespace quillary

@@ -1,0 +1,30 @@
+#include "Quillary/Shell/ErrorAlert.h"
+
+#include <QPushButton>
+
+namespace quillary {
+
+ErrorAlert::ErrorAlert(NotesStore& store, QWidget* window) : QObject(window), m_store(store), m_box(window) {
+    m_box.setIcon(QMessageBox::Warning);
+    m_box.setWindowTitle(tr("Quillary"));
+    m_box.setTextFormat(Qt::PlainText);
+    m_box.setText(tr("Si è verificato un problema"));
+    m_box.setStandardButtons(QMessageBox::Ok);
+    m_box.button(QMessageBox::Ok)->setText(tr("OK"));
+    m_box.setEscapeButton(QMessageBox::Ok);
+    m_box.setModal(true);
+    connect(&m_box, &QDialog::finished, this, [this] { m_store.setErrorMessage(std::nullopt); });
+    connect(&store, &NotesStore::errorMessageChanged, this, &ErrorAlert::update, Qt::QueuedConnection);
+    update();
+}
+
+void ErrorAlert::update() {
+    if (m_store.errorMessage()) {
+        m_box.setInformativeText(*m_store.errorMessage());
+        m_box.open();
+    } else {
+        m_box.hide();
+    }
+}
+
+} // namespace quillary

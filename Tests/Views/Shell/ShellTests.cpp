@@ -1,0 +1,132 @@
+#include "../NotesFolder.h"
+#include "Quillary/Detail/DetailView.h"
+#include "Quillary/Detail/PlaceholderView.h"
+#include "Quillary/Shell/ErrorAlert.h"
+#include "Quillary/Shell/MainWindow.h"
+#include "Quillary/State/NoteDocument.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSplitter>
+#include <QTest>
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The texts on show in a widget, from top to bottom.
+QStringList shownTexts(const QWidget& widget) {
+    QStringList texts;
+    for (const QLabel* const label : widget.findChildren<QLabel*>()) {
+        if (!label->isHidden()) {
+            texts.append(label->text());
+        }
+    }
+    return texts;
+}
+
+const QStringList hints = {u"⌘N  nuova nota\n⇧⌘N  dagli appunti"_s};
+
+} // namespace
+
+TEST(ErrorAlert, IsOnScreenExactlyWhileThereIsAMessage) {
+    NotesFolder folder({});
+    QWidget window;
+    ErrorAlert alert(folder.store(), &window);
+    auto* const box = window.findChild<QMessageBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_FALSE(box->isVisible());
+
+    folder.store().setErrorMessage(u"Impossibile creare la nota.\nDisco pieno"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+    EXPECT_EQ(box->text(), u"Si è verificato un problema"_s);
+    EXPECT_EQ(box->informativeText(), u"Impossibile creare la nota.\nDisco pieno"_s);
+    ASSERT_EQ(box->buttons().size(), 1);
+    EXPECT_EQ(box->buttons().constFirst()->text(), u"OK"_s);
+
+    folder.store().setErrorMessage(u"Un'altra"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->informativeText() == u"Un'altra"_s; }));
+
+    QTest::mouseClick(box->buttons().constFirst(), Qt::LeftButton);
+    EXPECT_FALSE(box->isVisible());
+    EXPECT_EQ(folder.store().errorMessage(), std::nullopt);
+}
+
+TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
+    NotesFolder folder({});
+    QWidget window;
+    ErrorAlert alert(folder.store(), &window);
+    auto* const box = window.findChild<QMessageBox*>();
+    folder.store().setErrorMessage(u"uno"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+    QTest::keyClick(box, Qt::Key_Escape);
+    EXPECT_EQ(folder.store().errorMessage(), std::nullopt);
+
+    folder.store().setErrorMessage(u"due"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+    folder.store().setErrorMessage(std::nullopt);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !box->isVisible(); }));
+}
+
+TEST(DetailView, SaysThatThereIsNoNote) {
+    NotesFolder folder({});
+    const DetailView view(folder.store(), folder.settings());
+    EXPECT_EQ(shownTexts(*view.currentWidget()), QStringList(u"Nessuna nota"_s) + hints);
+}
+
+TEST(DetailView, SaysThatNoNoteIsSelected) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    folder.store().setSelectedID(std::nullopt);
+    const DetailView view(folder.store(), folder.settings());
+    EXPECT_EQ(shownTexts(*view.currentWidget()), QStringList(u"Nessuna nota selezionata"_s) + hints);
+}
+
+TEST(DetailView, SaysWhyANoteCanNotBeOpened) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}, {u"grande.md"_s, {}}});
+    QFile large(folder.path(u"grande.md"_s));
+    ASSERT_TRUE(large.resize(33'554'433));
+    DetailView view(folder.store(), folder.settings());
+    EXPECT_EQ(qobject_cast<PlaceholderView*>(view.currentWidget()), nullptr);
+
+    folder.store().setSelectedID(folder.note(u"grande"_s)->id());
+    const QStringList texts = shownTexts(*view.currentWidget());
+    ASSERT_EQ(texts.size(), 2);
+    EXPECT_EQ(texts.at(0), u"Impossibile aprire la nota"_s);
+    EXPECT_TRUE(texts.at(1).startsWith(u"«grande.md» è troppo grande per essere aperto ("_s));
+}
+
+TEST(MainWindow, IsTitledByTheSelectedNote) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    const MainWindow window(folder.store(), folder.settings());
+    EXPECT_EQ(window.windowTitle(), u"a"_s);
+    folder.store().rename(*folder.note(u"a"_s), u"Altro"_s);
+    EXPECT_EQ(window.windowTitle(), u"Altro"_s);
+    folder.store().setSelectedID(std::nullopt);
+    EXPECT_EQ(window.windowTitle(), u"Quillary"_s);
+}
+
+TEST(MainWindow, ARequestForTheSearchFieldShowsAClosedSidebar) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    MainWindow window(folder.store(), folder.settings());
+    window.show();
+    auto* const splitter = window.findChild<QSplitter*>();
+    splitter->setSizes({0, window.width()});
+    ASSERT_EQ(splitter->sizes().constFirst(), 0);
+    folder.store().raiseSearchFocusToken();
+    EXPECT_GT(splitter->sizes().constFirst(), 0);
+}
+
+TEST(MainWindow, ClosingHidesItAndSavesNothing) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    MainWindow window(folder.store(), folder.settings());
+    window.makeKeyAndOrderFront();
+    EXPECT_TRUE(window.isVisibleOnScreen());
+    folder.note(u"a"_s)->setDirty(true);
+    window.close();
+    EXPECT_FALSE(window.isVisibleOnScreen());
+    EXPECT_FALSE(window.isMiniaturized());
+    EXPECT_TRUE(folder.note(u"a"_s)->isDirty());
+}
