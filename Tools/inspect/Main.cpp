@@ -17,6 +17,8 @@ OperationTable allOperations() {
     OperationTable table;
     addNotesOperations(table);
     addJSONOperations(table);
+    addCSVOperations(table);
+    addMarkdownOperations(table);
     addHighlighterOperations(table);
     addSearchOperations(table);
     addSidebarLayoutOperations(table);
