@@ -1,4 +1,5 @@
 #include "QuillaryCore/Text/TextStorage.h"
+#include "QuillaryCore/Text/UndoManager.h"
 #include "QuillaryCore/Unicode/ClusterRestart.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
@@ -119,6 +120,24 @@ TEST(ClusterIndex, LooksBehindTheEndOfItsFirstWindow) {
         const TextStorage storage(text);
         EXPECT_EQ(storage.nextCluster(1), text.size() - 1);
     }
+}
+
+TEST(ClusterIndex, ForgetsAClusterThatAnEditAtItsEndMakesLonger) {
+    const QString heap = u"e"_s + u"\u0301"_s.repeated(1000);
+    TextStorage storage(heap + u"\u4E2D"_s);
+    ASSERT_EQ(storage.nextCluster(0), heap.size());
+    storage.replace({heap.size(), 0}, u"\u0308");
+    EXPECT_EQ(storage.nextCluster(0), heap.size() + 1);
+}
+
+TEST(ClusterIndex, ForgetsAClusterThatTheSecondHalfOfAPairMakesLonger) {
+    const QString heap = u"e"_s + u"\u0301"_s.repeated(1000);
+    TextStorage storage(heap + u"\U0001F3FD"_s);
+    UndoManager history(storage);
+    history.replace({heap.size() + 1, 1}, u"x", EditKind::other, {});
+    ASSERT_EQ(storage.nextCluster(0), heap.size());
+    history.undo();
+    EXPECT_EQ(storage.nextCluster(0), heap.size() + 2);
 }
 
 TEST(ClusterRestart, IsABoundaryWhateverStandsBefore) {
