@@ -5,7 +5,8 @@
 
 namespace quillary {
 
-std::unique_ptr<DirectoryWatcher> DirectoryWatcher::watch(const FilePath& directory, std::function<void()> onChange) {
+std::unique_ptr<DirectoryWatcher> DirectoryWatcher::watch(const FilePath& directory, std::function<void()> onChange,
+                                                          Entries entries) {
     // Taken before the watch: a directory that is replaced in between then counts as not current, and not the reverse.
     const std::optional<Identity> identity = identityOf(directory);
     std::shared_ptr<InotifyHub> hub = InotifyHub::shared();
@@ -14,6 +15,7 @@ std::unique_ptr<DirectoryWatcher> DirectoryWatcher::watch(const FilePath& direct
     }
     auto interest = std::make_shared<InotifyHub::Interest>();
     interest->onChange = std::move(onChange);
+    interest->seesHiddenEntries = entries == Entries::all;
     if (!hub->add(directory.bytes(), interest)) {
         return nullptr;
     }

@@ -11,13 +11,20 @@
 namespace quillary {
 
 /// Tells of changes among the entries of one directory for as long as it lives: what is created, deleted, moved,
-/// rewritten or given other attributes in it, and its own end or move. It sees neither hidden entries nor what happens
-/// inside sub-directories. It tells that something changed, never what.
+/// rewritten or given other attributes in it, and its own end or move. It doesn't see what happens inside
+/// sub-directories. It tells that something changed, never what.
 class DirectoryWatcher {
 public:
+    /// Which entries of the directory count.
+    enum class Entries {
+        visible,
+        all,
+    };
+
     /// Watches a directory. `onChange` runs on the event loop of the calling thread, once for events that came
     /// together. Null if there is no such directory, or if the system refuses, as when its limit of watches is reached.
-    static std::unique_ptr<DirectoryWatcher> watch(const FilePath& directory, std::function<void()> onChange);
+    static std::unique_ptr<DirectoryWatcher> watch(const FilePath& directory, std::function<void()> onChange,
+                                                   Entries entries = Entries::visible);
 
     ~DirectoryWatcher();
     DirectoryWatcher(const DirectoryWatcher&) = delete;

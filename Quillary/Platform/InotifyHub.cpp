@@ -84,9 +84,9 @@ void InotifyHub::readEvents() {
     alignas(inotify_event) std::array<char, bufferSize> buffer;
     const ssize_t size = read(m_descriptor, buffer.data(), buffer.size());
     QList<std::shared_ptr<Interest>> concerned;
-    const auto add = [&concerned](const QList<std::shared_ptr<Interest>>& interests) {
+    const auto add = [&concerned](const QList<std::shared_ptr<Interest>>& interests, bool isHiddenEntry = false) {
         for (const auto& interest : interests) {
-            if (!concerned.contains(interest)) {
+            if ((!isHiddenEntry || interest->seesHiddenEntries) && !concerned.contains(interest)) {
                 concerned.append(interest);
             }
         }
@@ -104,8 +104,8 @@ void InotifyHub::readEvents() {
             add(end(event.wd));
         } else if (event.mask & (IN_IGNORED | IN_DELETE_SELF | IN_UNMOUNT)) {
             add(end(event.wd));
-        } else if (!isHidden(event)) {
-            add(m_interests.value(event.wd));
+        } else {
+            add(m_interests.value(event.wd), isHidden(event));
         }
     }
     for (const auto& interest : std::as_const(concerned)) {

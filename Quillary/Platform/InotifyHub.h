@@ -18,6 +18,7 @@ public:
     /// One interest in one directory. It ends when its owner drops it, or with the directory's deletion or move.
     struct Interest {
         std::function<void()> onChange;
+        bool seesHiddenEntries = false;
         int watch = -1;
 
         bool isAlive() const { return watch >= 0; }

@@ -65,27 +65,6 @@ void NotesStore::setSearchQuery(const QString& query) {
     assign(m_searchQuery, query, &NotesStore::searchQueryChanged);
 }
 
-QList<NoteItemPtr> NotesStore::actionTargets() const {
-    QList<NoteItemPtr> targets;
-    if (m_multiSelection.size() < 2) {
-        if (const NoteItemPtr selected = selectedItem()) {
-            targets.append(selected);
-        }
-        return targets;
-    }
-    for (const NoteID id : m_multiSelection) {
-        if (const NoteItemPtr note = item(id)) {
-            targets.append(note);
-        }
-    }
-    return targets;
-}
-
-void NotesStore::clearMultiSelection() {
-    setMultiSelection({}, false);
-    raiseEditorFocusToken();
-}
-
 void NotesStore::setErrorMessage(const std::optional<QString>& message) {
     assign(m_errorMessage, message, &NotesStore::errorMessageChanged);
 }
@@ -128,20 +107,6 @@ void NotesStore::assignNotes(const QList<NoteItemPtr>& notes) {
         note->setObserver(this);
     }
     Q_EMIT notesChanged();
-}
-
-/// Both at once, so that nobody sees the one without the other.
-void NotesStore::setMultiSelection(const QList<NoteID>& ids, bool isShowingDiff) {
-    const bool selectionChanges = m_multiSelection != ids;
-    const bool diffChanges = m_isShowingDiff != isShowingDiff;
-    m_multiSelection = ids;
-    m_isShowingDiff = isShowingDiff;
-    if (selectionChanges) {
-        Q_EMIT multiSelectionChanged();
-    }
-    if (diffChanges) {
-        Q_EMIT isShowingDiffChanged();
-    }
 }
 
 void NotesStore::fail(const QString& firstLine, const FileError& error) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Quillary/Platform/DirectoryWatcher.h"
+#include "Quillary/Platform/MountWatcher.h"
 #include "Quillary/State/DelayedTask.h"
 #include "Quillary/State/NoteItem.h"
 #include "Quillary/State/SidebarSection.h"
 #include "Quillary/State/TextPreloader.h"
+#include "QuillaryCore/Formats/FormatDetector.h"
 #include "QuillaryCore/Notes/FileError.h"
 #include "QuillaryCore/Notes/FolderColor.h"
 #include "QuillaryCore/Notes/NoteFileStore.h"
@@ -123,6 +125,28 @@ public:
     /// The notes that a command acts on: those of the multiple selection, or the selected one.
     QList<NoteItemPtr> actionTargets() const;
 
+    /// Whether a row has the highlight of the selection.
+    bool isHighlighted(const NoteItem& item) const;
+
+    /// Selects several notes, and reads their texts; two of them from the older to the newer. A single one becomes the
+    /// selected note, none leaves the selected note as it was.
+    void setMultiSelection(const QList<NoteID>& ids);
+
+    /// Adds a note to the multiple selection, or to the selected note, or takes it out.
+    void toggleInSelection(const NoteItem& item);
+
+    /// Selects the visible notes from the selected one to this one.
+    void extendSelection(const NoteItem& to);
+
+    /// Shows two notes side by side, the older one first.
+    void compare(NoteItem& item, NoteItem& with);
+
+    /// Lets the two sides of the comparison change places.
+    void swapComparison();
+
+    /// Shows the two notes of the multiple selection side by side, in its order.
+    void showDiff();
+
     /// Ends a multiple selection and asks for the focus in the editor.
     void clearMultiSelection();
 
@@ -200,8 +224,8 @@ public:
                          std::optional<NoteFormat> format = {}, bool showPreview = false,
                          const std::optional<QString>& folder = {});
 
-    /// Tells which format a text is clearly of, if any; unset, no text is of any.
-    std::function<std::optional<NoteFormat>(QStringView text)> detectFormatOf;
+    /// Tells which format a text is clearly of, if any; tests put their own in its place.
+    std::function<std::optional<NoteFormat>(QStringView text)> detectFormatOf = &FormatDetector::detect;
 
     /// To be called after every change of a note's text. With `detectFormat`, a text that is clearly of another format
     /// gives its note that format.
@@ -264,7 +288,7 @@ private:
     void assign(T& field, const std::type_identity_t<T>& value, void (NotesStore::*changed)());
     void noteDidChange(NoteItem& item, NoteField field) override;
     void assignNotes(const QList<NoteItemPtr>& notes);
-    void setMultiSelection(const QList<NoteID>& ids, bool isShowingDiff);
+    void assignMultiSelection(const QList<NoteID>& ids, bool isShowingDiff);
     void fail(const QString& firstLine, const FileError& error);
 
     // NotesStoreLoading.cpp
@@ -285,12 +309,17 @@ private:
     // NotesStoreDisk.cpp
     void rebuildWatchers();
     void renewWatchersIfNeeded();
+    void awaitReturn();
     void syncFolders(const QStringList& names);
     void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);
 
     // NotesStoreSections.cpp
     QList<NoteItemPtr> notesFound(const QString& query) const;
     QList<SidebarSection> dateGroups(const QList<NoteItemPtr>& items) const;
+
+    // NotesStoreMultiSelection.cpp
+    QList<NoteItemPtr> multiSelectedItems() const;
+    QList<NoteID> chronological(const QList<NoteID>& ids) const;
 
     // NotesStoreNotes.cpp
     void renameInOrder(const NoteItem& item, const QString& oldFileName);
@@ -320,7 +349,10 @@ private:
     QMap<QString, QStringList> m_noteOrder;
 
     std::vector<std::unique_ptr<DirectoryWatcher>> m_watchers;
+    std::unique_ptr<DirectoryWatcher> m_returnWatcher;
+    std::unique_ptr<MountWatcher> m_mountWatcher;
     DelayedTask m_refreshTask;
+    bool m_isLoaded = false;
     QHash<FilePath, std::weak_ptr<NoteItem>> m_preloading;
     TextPreloader m_preloader;
 };

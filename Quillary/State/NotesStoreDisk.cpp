@@ -1,6 +1,7 @@
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/State/NotesStore.h"
 #include "QuillaryCore/Notes/NoteSnippet.h"
+#include "QuillaryCore/Platform/FileStatus.h"
 #include "QuillaryCore/Unicode/Collation.h"
 
 #include <algorithm>
@@ -43,6 +44,28 @@ void NotesStore::renewWatchersIfNeeded() {
     }
 }
 
+/// Watches for the return of a directory that can't be listed, as when its volume went away: on the nearest directory
+/// above it, and on the table of mounts.
+void NotesStore::awaitReturn() {
+    const FilePath& directory = m_fileStore.directory();
+    const bool wasThere = fileStatus(directory).hasValue();
+    FilePath above = directory.parent();
+    while (!fileStatus(above) && above != above.parent()) {
+        above = above.parent();
+    }
+    if (!m_returnWatcher || !m_returnWatcher->isCurrent() || m_returnWatcher->directory() != above) {
+        m_returnWatcher = DirectoryWatcher::watch(
+            above, [this] { scheduleRefresh(); }, DirectoryWatcher::Entries::all);
+    }
+    if (!m_mountWatcher) {
+        m_mountWatcher = MountWatcher::watch([this] { scheduleRefresh(); });
+    }
+    if (!wasThere && fileStatus(directory)) {
+        // It came back before anybody watched.
+        scheduleRefresh();
+    }
+}
+
 void NotesStore::scheduleRefresh() {
     m_refreshTask.restart();
 }
@@ -50,8 +73,16 @@ void NotesStore::scheduleRefresh() {
 void NotesStore::refreshFromDisk() {
     const auto infos = m_fileStore.listNotes();
     if (!infos) {
+        awaitReturn();
         return;
     }
+    if (!m_isLoaded) {
+        // Without its layout the first change of the arrangement would overwrite the stored one.
+        loadAll();
+        return;
+    }
+    m_returnWatcher.reset();
+    m_mountWatcher.reset();
     const auto names = m_fileStore.listFolders();
     syncFolders(names ? *names : QStringList());
     renewWatchersIfNeeded();

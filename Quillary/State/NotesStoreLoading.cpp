@@ -28,8 +28,10 @@ std::optional<QString> folderNamed(const QString& name, const QStringList& folde
 
 void NotesStore::loadAll() {
     m_watchers.clear();
-    setMultiSelection({}, false);
-    if (const auto read = readDirectory(); !read) {
+    assignMultiSelection({}, false);
+    const auto read = readDirectory();
+    m_isLoaded = read.hasValue();
+    if (!read) {
         assign(m_folders, {}, &NotesStore::foldersChanged);
         assignNotes({});
         fail(tr("Impossibile leggere la cartella «%1»").arg(FilePath::displayText(m_fileStore.directory().text())),
@@ -37,6 +39,9 @@ void NotesStore::loadAll() {
     }
     selectFirstVisibleNote();
     rebuildWatchers();
+    if (!m_isLoaded) {
+        awaitReturn();
+    }
     preloadDocuments();
 }
 

@@ -59,7 +59,7 @@ void NotesStore::textDidChange(NoteItem& item, NoteDocument& document, bool dete
     if (!detectFormat || !m_settings->autoDetectFormat() || item.characterCount() > longestDetectedText) {
         return;
     }
-    const std::optional<NoteFormat> format = detectFormatOf ? detectFormatOf(document.text()) : std::nullopt;
+    const std::optional<NoteFormat> format = detectFormatOf(document.text());
     if (format && *format != item.format()) {
         changeFormat(item, *format);
     }

@@ -84,6 +84,15 @@ TEST_F(DirectoryWatcherTest, SeesNeitherHiddenEntriesNorSubdirectories) {
     EXPECT_TRUE(isTold());
 }
 
+TEST_F(DirectoryWatcherTest, SeesHiddenEntriesOnDemand) {
+    watcher = DirectoryWatcher::watch(
+        directory.path(), [this] { ++changes; }, DirectoryWatcher::Entries::all);
+
+    directory.write(u".nascosto.md"_s);
+
+    EXPECT_TRUE(isTold());
+}
+
 TEST_F(DirectoryWatcherTest, TellsOnceOfEventsThatCameTogether) {
     watch(directory.path());
     for (int i = 0; i < 10; ++i) {
