@@ -1,0 +1,61 @@
+#include "Tests/State/NotesStoreTest.h"
+
+#include "Quillary/State/AppActions.h"
+#include "Quillary/State/NoteDocument.h"
+#include "QuillaryCore/Text/TextStorage.h"
+
+#include <algorithm>
+
+namespace quillary::test {
+
+using namespace Qt::StringLiterals;
+
+NotesStoreTest::NotesStoreTest()
+    : settings(Preferences(FilePath::fromText(configuration.filePath(u"preferences.json"_s)))) {
+    settings.setNotesDirectory(directory.path());
+    AppActions::shared().onBeep = [this] { ++beeps; };
+}
+
+NotesStoreTest::~NotesStoreTest() {
+    AppActions::shared().onBeep = nullptr;
+}
+
+void NotesStoreTest::openStore(NoteSortOrder order) {
+    settings.setSortOrder(order);
+    store = std::make_unique<NotesStore>(&settings);
+}
+
+NoteItemPtr NotesStoreTest::note(const QString& title) const {
+    const auto& notes = store->notes();
+    const auto found = std::ranges::find(notes, title, [](const NoteItemPtr& item) { return item->title(); });
+    return found == notes.end() ? nullptr : *found;
+}
+
+void NotesStoreTest::select(const QString& title) const {
+    store->setSelectedID(note(title)->id());
+}
+
+QStringList NotesStoreTest::titles() const {
+    return titles(store->notes());
+}
+
+void NotesStoreTest::type(const NoteItemPtr& item, const QString& text) const {
+    store->ensureLoaded(*item);
+    TextStorage& storage = item->document()->storage();
+    storage.replace({0, storage.length()}, text);
+    store->textDidChange(*item, *item->document(), false);
+}
+
+bool NotesStoreTest::allTextsAreLoaded() const {
+    return std::ranges::all_of(store->notes(), [](const NoteItemPtr& item) { return item->document() != nullptr; });
+}
+
+QStringList NotesStoreTest::titles(const QList<NoteItemPtr>& items) {
+    QStringList titles;
+    for (const NoteItemPtr& item : items) {
+        titles.append(item->title());
+    }
+    return titles;
+}
+
+} // namespace quillary::test
