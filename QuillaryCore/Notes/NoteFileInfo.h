@@ -21,3 +21,5 @@ struct NoteFileInfo {
 };
 
 } // namespace quillary
+
+Q_DECLARE_TYPEINFO(quillary::NoteFileInfo, Q_RELOCATABLE_TYPE);

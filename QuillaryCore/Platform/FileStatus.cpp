@@ -11,7 +11,6 @@ namespace quillary {
 namespace {
 
 constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
-constexpr unsigned mountOfFile = 0x1000; // STATX_MNT_ID, younger than some headers
 
 FileKind kindOf(quint32 mode) {
     switch (mode & S_IFMT) {
@@ -29,7 +28,7 @@ FileKind kindOf(quint32 mode) {
 Result<FileStatus, SystemError> statusOf(int directory, const char* name, int flags) {
     struct statx facts;
     if (::statx(directory, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-                STATX_BASIC_STATS | STATX_BTIME | mountOfFile, &facts) != 0) {
+                STATX_BASIC_STATS | STATX_BTIME, &facts) != 0) {
         return SystemError::last();
     }
     const auto moment = [&facts](unsigned mask, const statx_timestamp& stamp) {
@@ -38,9 +37,6 @@ Result<FileStatus, SystemError> statusOf(int directory, const char* name, int fl
     FileStatus status;
     status.kind = kindOf(facts.stx_mode);
     status.device = makedev(facts.stx_dev_major, facts.stx_dev_minor);
-#ifdef STATX_MNT_ID
-    status.mount = (facts.stx_mask & mountOfFile) != 0 ? facts.stx_mnt_id : 0;
-#endif
     status.inode = facts.stx_ino;
     status.mode = facts.stx_mode & 07777U;
     status.owner = facts.stx_uid;

@@ -21,8 +21,6 @@ enum class FileKind { regular, directory, symbolicLink, other };
 struct FileStatus {
     FileKind kind = FileKind::other;
     quint64 device = 0;
-    /// Which mount the file was reached through; 0 where the system can't tell.
-    quint64 mount = 0;
     quint64 inode = 0;
     quint32 mode = 0;
     quint32 owner = 0;

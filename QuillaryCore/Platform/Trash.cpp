@@ -13,7 +13,8 @@
 #include <optional>
 #include <pwd.h>
 #include <sys/stat.h>
-#include <vector>
+#include <sys/sysmacros.h>
+#include <utility>
 
 namespace quillary::trash {
 
@@ -74,16 +75,23 @@ std::optional<TrashDirectory> homeTrash() {
     return ensureDirectoryWithParents(path) ? std::optional(TrashDirectory{path, std::nullopt}) : std::nullopt;
 }
 
+/// The device of a directory and, where the system tells it, the mount: one device may be mounted at two places.
+std::pair<quint64, quint64> mountOf(const FilePath& directory) {
+    struct statx facts {};
+
+    if (::statx(AT_FDCWD, directory.bytes().constData(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &facts) != 0) {
+        return {};
+    }
+    return {makedev(facts.stx_dev_major, facts.stx_dev_minor),
+            (facts.stx_mask & STATX_MNT_ID) != 0 ? facts.stx_mnt_id : 0};
+}
+
 /// The topmost directory of the mount that holds a directory, whose path is free of links.
-QByteArray topOfMount(const FilePath& directory, const FileStatus& status) {
+QByteArray topOfMount(const FilePath& directory) {
+    const auto mount = mountOf(directory);
     FilePath top = directory;
-    while (top.bytes() != "/") {
-        const FilePath above = top.parent();
-        const auto statusAbove = fileStatus(above);
-        if (!statusAbove || statusAbove->device != status.device || statusAbove->mount != status.mount) {
-            break;
-        }
-        top = above;
+    while (top.bytes() != "/" && mountOf(top.parent()) == mount) {
+        top = top.parent();
     }
     return top.bytes();
 }
@@ -197,9 +205,8 @@ Result<FilePath, SystemError> moveToTrash(const FilePath& path) {
     const QByteArray name = path.bytes().mid(path.bytes().lastIndexOf('/') + 1);
     const FilePath real = FilePath::fromBytes((parent.bytes() == "/" ? parent.bytes() : parent.bytes() + '/') + name);
     const auto status = fileStatus(real);
-    const auto parentStatus = fileStatus(parent);
-    if (!status || !parentStatus) {
-        return status ? parentStatus.error() : status.error();
+    if (!status) {
+        return status.error();
     }
 
     if (const std::optional<TrashDirectory> home = homeTrash()) {
@@ -212,7 +219,7 @@ Result<FilePath, SystemError> moveToTrash(const FilePath& path) {
             }
         }
     }
-    const auto ofMount = mountTrash(topOfMount(parent, *parentStatus));
+    const auto ofMount = mountTrash(topOfMount(parent));
     return ofMount ? moveInto(*ofMount, real) : Result<FilePath, SystemError>(ofMount.error());
 }
 

@@ -41,6 +41,14 @@ TEST_F(NoteFileStoreListing, TakesEveryRecognisedExtension) {
         names.append("note." + extension.toUtf8());
         directory.write(names.last());
     }
+    // The lower case of the Kelvin sign is an ordinary k.
+    names.append("note.m\xE2\x84\xAA"
+                 "d");
+    directory.write(names.last());
+    for (const char* const other :
+         {"note.m", "note.mdx", "note.txtt", "note.verylongextension", "note.m4", "note.c++"}) {
+        directory.write(other);
+    }
     std::sort(names.begin(), names.end());
     EXPECT_EQ(listed(), names);
 }
