@@ -1,7 +1,6 @@
 #include "QuillaryCore/Notes/SidebarLayout.h"
 #include "Tools/inspect/Sections.h"
-
-#include <QJsonDocument>
+#include "Tools/inspect/SidebarLayoutValue.h"
 
 namespace quillary::inspect {
 
@@ -12,52 +11,9 @@ using namespace Qt::StringLiterals;
 /// Changes a layout as one step of a request says.
 using LayoutStep = std::function<void(SidebarLayout&)>;
 
-SidebarLayout layoutArgument(Arguments& arguments) {
-    const QJsonObject object = arguments.object(u"layout"_s);
-    const std::optional<SidebarLayout> layout = SidebarLayout::decode(QJsonDocument(object).toJson());
-    if (!layout) {
-        arguments.fail(u"argument of the wrong type: layout"_s);
-    }
-    return layout.value_or(SidebarLayout());
-}
-
-void writeTexts(AnswerWriter& answer, const QStringList& texts) {
-    answer.beginArray();
-    for (const QString& text : texts) {
-        answer.text(text);
-    }
-    answer.endArray();
-}
-
-void writeLayout(AnswerWriter& answer, const SidebarLayout& layout) {
-    answer.key(u"layout");
-    answer.beginObject();
-    answer.key(u"collapsedFolders");
-    writeTexts(answer, layout.collapsedFolders);
-    answer.key(u"folderColors");
-    answer.beginObject();
-    for (auto entry = layout.folderColors.begin(); entry != layout.folderColors.end(); ++entry) {
-        answer.member(entry.key(), rawValue(entry.value()));
-    }
-    answer.endObject();
-    answer.key(u"folderOrder");
-    writeTexts(answer, layout.folderOrder);
-    answer.key(u"noteOrder");
-    answer.beginObject();
-    for (auto entry = layout.noteOrder.begin(); entry != layout.noteOrder.end(); ++entry) {
-        answer.key(entry.key());
-        writeTexts(answer, entry.value());
-    }
-    answer.endObject();
-    answer.endObject();
-}
-
 /// Writes the one list that an operation answers with.
 auto writesList(const QString& name) {
-    return [name](AnswerWriter& answer, const QStringList& texts) {
-        answer.key(name);
-        writeTexts(answer, texts);
-    };
+    return [name](AnswerWriter& answer, const QStringList& texts) { answer.textsMember(name, texts); };
 }
 
 Prepared load(Arguments& arguments) {
