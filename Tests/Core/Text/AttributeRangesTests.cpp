@@ -1,5 +1,7 @@
 #include "QuillaryCore/Text/AttributeRanges.h"
 
+#include <gmock/gmock.h>
+
 #include <map>
 #include <random>
 

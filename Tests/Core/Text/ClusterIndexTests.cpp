@@ -5,6 +5,8 @@
 
 #include "Tests/Core/Text/HostileText.h"
 
+#include <gmock/gmock.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

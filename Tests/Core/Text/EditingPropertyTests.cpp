@@ -6,6 +6,8 @@
 #include "Tests/Core/Text/HostileText.h"
 #include "Tests/Core/Text/PlainText.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 namespace quillary {

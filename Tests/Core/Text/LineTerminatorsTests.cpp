@@ -1,5 +1,7 @@
 #include "QuillaryCore/Text/LineTerminators.h"
 
+#include <gmock/gmock.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,7 @@
 #include "QuillaryCore/Text/TextStorage.h"
 
+#include <gmock/gmock.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;
@@ -37,12 +39,12 @@ TEST(TextStorage, SharesTheStringUntilTheFirstEdit) {
 
 TEST(TextStorage, LeavesTheStringOfOthersAlone) {
     const QString text = u"abc"_s.repeated(10'000);
-    const QString copy = text;
+    const QString expected = u"abc"_s.repeated(10'000);
     TextStorage storage(text);
     storage.replace({1, 1}, u"x");
     const QString first = storage.text();
     storage.replace({1, 1}, u"y");
-    EXPECT_EQ(text, copy);
+    EXPECT_EQ(text, expected);
     EXPECT_EQ(first, u"axc"_s + text.mid(3));
     EXPECT_EQ(storage.text(), u"ayc"_s + text.mid(3));
 }

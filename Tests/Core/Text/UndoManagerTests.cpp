@@ -2,6 +2,8 @@
 
 #include "QuillaryCore/Text/TextStorage.h"
 
+#include <gmock/gmock.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

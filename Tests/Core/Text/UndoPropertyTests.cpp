@@ -4,6 +4,8 @@
 
 #include "Tests/Core/Text/HostileText.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 namespace quillary {
