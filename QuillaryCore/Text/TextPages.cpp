@@ -148,8 +148,7 @@ void TextPages::layOutPages() const {
         return;
     }
     const char16_t* const units = QStringView(m_shared).utf16();
-    const qsizetype target = m_pageUnits * 3 / 4;
-    const qsizetype count = std::max<qsizetype>(1, (m_length + target - 1) / target);
+    const qsizetype count = std::max<qsizetype>(1, (m_length + usualUnits() - 1) / usualUnits());
     m_pages.reserve(static_cast<std::size_t>(count));
     qsizetype start = 0;
     for (qsizetype i = 1; i <= count; ++i) {

@@ -66,6 +66,13 @@ private:
 
     /// Whether two units must lie in one page: CR LF and surrogate pairs.
     static bool belongTogether(char16_t unit, char16_t next);
+
+    /// What a page has when many are made at once, so that there is room to type, and what it is joined with a
+    /// neighbour below.
+    qsizetype usualUnits() const { return m_pageUnits * 3 / 4; }
+
+    qsizetype leastUnits() const { return m_pageUnits / 4; }
+
     void layOutPages() const;
 
     const Page& page(qsizetype index) const { return m_pages[static_cast<std::size_t>(index)]; }

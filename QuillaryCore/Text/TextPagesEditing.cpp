@@ -8,6 +8,7 @@ namespace quillary {
 
 namespace {
 
+// What a page gets over its length when it becomes its own, so that the next keys need no new memory.
 constexpr qsizetype roomToType = 256;
 
 } // namespace
@@ -39,7 +40,7 @@ bool TextPages::replaceInPage(const TextReplacementView& replacement) {
     const qsizetype rest = holder.length - position - range.length;
     const qsizetype length = position + text.size() + rest;
     if (rest < 0 || (position == 0 && index > 0) || (rest == 0 && index + 1 < pageCount()) || length > m_pageUnits ||
-        (length < m_pageUnits / 4 && pageCount() > 1)) {
+        (length < leastUnits() && pageCount() > 1)) {
         return false;
     }
     if (holder.own.isNull()) {
@@ -65,7 +66,6 @@ void TextPages::replaceInRun(std::span<const TextReplacementView> replacements) 
     qsizetype first = pageAt(replacements.front().range.location);
     qsizetype last = pageAt(replacements.back().range.end());
     std::vector<QStringView> views;
-    qsizetype length = 0;
     qsizetype offset = page(first).start;
     qsizetype growth = 0;
     for (const auto& [range, text] : replacements) {
@@ -77,10 +77,10 @@ void TextPages::replaceInRun(std::span<const TextReplacementView> replacements) 
         growth += text.size() - range.length;
     }
     appendViews(offset, page(last).end(), views);
-    length = page(last).end() - page(first).start + growth;
+    qsizetype length = page(last).end() - page(first).start + growth;
 
     const auto mustJoin = [&](QStringView left, QStringView right) {
-        return length < m_pageUnits / 4 || belongTogether(left.back().unicode(), right.front().unicode());
+        return length < leastUnits() || belongTogether(left.back().unicode(), right.front().unicode());
     };
     while (first > 0 || last + 1 < pageCount()) {
         if (first > 0 && (views.empty() || mustJoin(page(first - 1).view(), views.front()))) {
@@ -99,15 +99,14 @@ void TextPages::replaceInRun(std::span<const TextReplacementView> replacements) 
 
 void TextPages::appendViews(qsizetype from, qsizetype to, std::vector<QStringView>& views) const {
     for (qsizetype index = pageAt(from); from < to; ++index) {
-        const qsizetype end = std::min(to, page(index).start + page(index).length);
+        const qsizetype end = std::min(to, page(index).end());
         views.push_back(page(index).view().sliced(from - page(index).start, end - from));
         from = end;
     }
 }
 
 std::vector<TextPages::Page> TextPages::cut(std::span<const QStringView> views, qsizetype length) const {
-    const qsizetype target = m_pageUnits * 3 / 4;
-    const qsizetype count = length > m_pageUnits ? (length + target - 1) / target : 1;
+    const qsizetype count = length > m_pageUnits ? (length + usualUnits() - 1) / usualUnits() : 1;
     std::vector<Page> pages;
     pages.reserve(static_cast<std::size_t>(count));
     auto view = views.begin();

@@ -86,9 +86,9 @@ TextRange TextStorage::lineRange(qsizetype line) const {
 
 TextRange TextStorage::lineContents(qsizetype line) const {
     TextRange range = lineRange(line);
-    // CR LF lies in one piece of memory, so the end of the line's last piece tells.
-    range.length -= trailingTerminatorLength(
-        chunkBefore(range.end()).last(std::min<qsizetype>({range.length, 2, chunkBefore(range.end()).size()})));
+    // CR LF lies in one piece of memory, so the line's last piece tells how the line ends.
+    const QStringView lastPiece = chunkBefore(range.end());
+    range.length -= trailingTerminatorLength(lastPiece.last(std::min(range.length, lastPiece.size())));
     return range;
 }
 

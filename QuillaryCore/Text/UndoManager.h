@@ -15,7 +15,7 @@ namespace quillary {
 class TextStorage;
 
 /// How an edit came about, which decides what it joins with: runs of typing, of backspaces and of forward deletions
-/// become one undo step each; anything else is a step of its own.
+/// become one undo step each; anything else, the deletion of a word for instance, is a step of its own.
 enum class EditKind {
     typing,
     deletingBackward,
