@@ -143,7 +143,7 @@ void compareReading(Loaded& loaded) {
         loaded.history.replace({0, 0}, u"x", EditKind::other, {});
         keep(loaded.storage.text());
     };
-    compareWithPeer("a key, then all of 32 MiB as a string", "QTextDocument::toPlainText", 0.5, 1.0, read, [&] {
+    compareWithPeer("a key, then all of 32 MiB as a string", "QTextDocument::toPlainText", 0.7, 1.0, read, [&] {
         QTextCursor(&loaded.document).insertText(u"x"_s);
         keep(loaded.document.toPlainText());
     });
