@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 template <typename T>
 using JSONResult = Result<T, JSONParseError>;
 
-QStringView kindName(const JSONValue& value) {
+QStringView jsonKindName(const JSONValue& value) {
     switch (value.kind()) {
     case JSONValue::Kind::object:
         return u"object";
@@ -32,9 +32,9 @@ QStringView kindName(const JSONValue& value) {
 }
 
 /// Calls itself for each level, of which the parser allows a hundred.
-void writeValue(AnswerWriter& answer, const JSONValue& value) {
+void writeJSONValue(AnswerWriter& answer, const JSONValue& value) {
     answer.beginObject();
-    answer.member(u"t", kindName(value));
+    answer.member(u"t", jsonKindName(value));
     switch (value.kind()) {
     case JSONValue::Kind::object:
         answer.key(u"m");
@@ -42,7 +42,7 @@ void writeValue(AnswerWriter& answer, const JSONValue& value) {
         for (const JSONMember& member : value.members()) {
             answer.beginArray();
             answer.text(member.key);
-            writeValue(answer, member.value);
+            writeJSONValue(answer, member.value);
             answer.endArray();
         }
         answer.endArray();
@@ -51,7 +51,7 @@ void writeValue(AnswerWriter& answer, const JSONValue& value) {
         answer.key(u"e");
         answer.beginArray();
         for (const JSONValue& element : value.elements()) {
-            writeValue(answer, element);
+            writeJSONValue(answer, element);
         }
         answer.endArray();
         break;
@@ -70,7 +70,7 @@ void writeValue(AnswerWriter& answer, const JSONValue& value) {
     answer.endObject();
 }
 
-void writeFailure(AnswerWriter& answer, const JSONParseError& error) {
+void writeParseFailure(AnswerWriter& answer, const JSONParseError& error) {
     answer.key(u"failure");
     answer.beginObject();
     answer.member(u"message", error.message());
@@ -96,43 +96,44 @@ Prepared preparedOnValue(Arguments& arguments, Compute compute, Write write) {
             if (result) {
                 write(answer, *result);
             } else {
-                writeFailure(answer, result.error());
+                writeParseFailure(answer, result.error());
             }
         });
 }
 
-void writeText(AnswerWriter& answer, const QString& text) {
+void writeJSONText(AnswerWriter& answer, const QString& text) {
     answer.member(u"text", text);
 }
 
-Prepared parse(Arguments& arguments) {
+Prepared parseJSON(Arguments& arguments) {
     return preparedOnValue(
         arguments, [](const JSONValue& value) { return value; },
         [](AnswerWriter& answer, const JSONValue& value) {
             answer.key(u"value");
-            writeValue(answer, value);
+            writeJSONValue(answer, value);
         });
 }
 
-Prepared pretty(Arguments& arguments) {
+Prepared prettyJSON(Arguments& arguments) {
     constexpr qint64 widest = 1000;
     const qint64 indent = arguments.integer(u"indent"_s);
     if (indent > widest) {
         arguments.fail(u"indent is greater than %1"_s.arg(widest));
     }
     return preparedOnValue(
-        arguments, [indent](const JSONValue& value) { return JSONFormatter::prettyPrinted(value, indent); }, writeText);
+        arguments, [indent](const JSONValue& value) { return JSONFormatter::prettyPrinted(value, indent); },
+        writeJSONText);
 }
 
-Prepared minify(Arguments& arguments) {
-    return preparedOnValue(arguments, JSONFormatter::minified, writeText);
+Prepared minifyJSON(Arguments& arguments) {
+    return preparedOnValue(arguments, JSONFormatter::minified, writeJSONText);
 }
 
-Prepared quoted(Arguments& arguments) {
-    return prepared([text = arguments.text(u"text"_s)] { return JSONFormatter::quoted(text); }, writeText);
+Prepared quotedJSON(Arguments& arguments) {
+    return prepared([text = arguments.text(u"text"_s)] { return JSONFormatter::quoted(text); }, writeJSONText);
 }
 
-void writeLabel(AnswerWriter& answer, const JSONTreeRow::Label& label) {
+void writeTreeLabel(AnswerWriter& answer, const JSONTreeRow::Label& label) {
     answer.beginObject();
     if (const auto* key = std::get_if<QString>(&label)) {
         answer.member(u"key", *key);
@@ -144,7 +145,7 @@ void writeLabel(AnswerWriter& answer, const JSONTreeRow::Label& label) {
     answer.endObject();
 }
 
-void writeRows(AnswerWriter& answer, const std::vector<JSONTreeRow>& rows) {
+void writeTreeRows(AnswerWriter& answer, const std::vector<JSONTreeRow>& rows) {
     answer.key(u"rows");
     answer.beginArray();
     for (const JSONTreeRow& row : rows) {
@@ -152,15 +153,15 @@ void writeRows(AnswerWriter& answer, const std::vector<JSONTreeRow>& rows) {
         answer.member(u"id", row.id());
         answer.member(u"depth", row.depth());
         answer.key(u"label");
-        writeLabel(answer, row.label());
-        answer.member(u"kind", kindName(row.value()));
+        writeTreeLabel(answer, row.label());
+        answer.member(u"kind", jsonKindName(row.value()));
         answer.member(u"expanded", row.isExpanded());
         answer.endObject();
     }
     answer.endArray();
 }
 
-JSONExpansion expansion(Arguments& arguments) {
+JSONExpansion treeExpansion(Arguments& arguments) {
     JSONExpansion result;
     result.defaultDepth = arguments.integer(u"defaultDepth"_s);
     const QJsonObject overrides = arguments.object(u"overrides"_s);
@@ -173,17 +174,17 @@ JSONExpansion expansion(Arguments& arguments) {
     return result;
 }
 
-Prepared rows(Arguments& arguments) {
+Prepared treeRows(Arguments& arguments) {
     return preparedOnValue(
         arguments,
-        [expansion = expansion(arguments)](const JSONValue& value) {
+        [expansion = treeExpansion(arguments)](const JSONValue& value) {
             return JSONTree::rows(
                 value, [&](const JSONPath& path, qint64 depth) { return expansion.isExpanded(path, depth); });
         },
-        writeRows);
+        writeTreeRows);
 }
 
-Prepared path(Arguments& arguments) {
+Prepared treePath(Arguments& arguments) {
     const JSONPath parent = JSONPath::fromText(arguments.text(u"parent"_s));
     const auto write = [](AnswerWriter& answer, const JSONPath& result) { answer.member(u"path", result.text()); };
     if (arguments.has(u"key"_s) == arguments.has(u"index"_s)) {
@@ -195,20 +196,20 @@ Prepared path(Arguments& arguments) {
     return prepared([parent, index = arguments.integer(u"index"_s)] { return parent.appending(index); }, write);
 }
 
-Prepared copyPath(Arguments& arguments) {
-    return prepared([id = JSONPath::fromText(arguments.text(u"id"_s))] { return id.textToCopy(); }, writeText);
+Prepared treePathToCopy(Arguments& arguments) {
+    return prepared([id = JSONPath::fromText(arguments.text(u"id"_s))] { return id.textToCopy(); }, writeJSONText);
 }
 
 } // namespace
 
 void addJSONOperations(OperationTable& table) {
-    table.insert(u"json.parse"_s, parse);
-    table.insert(u"json.pretty"_s, pretty);
-    table.insert(u"json.minify"_s, minify);
-    table.insert(u"json.quoted"_s, quoted);
-    table.insert(u"json.rows"_s, rows);
-    table.insert(u"json.path"_s, path);
-    table.insert(u"json.copyPath"_s, copyPath);
+    table.insert(u"json.parse"_s, parseJSON);
+    table.insert(u"json.pretty"_s, prettyJSON);
+    table.insert(u"json.minify"_s, minifyJSON);
+    table.insert(u"json.quoted"_s, quotedJSON);
+    table.insert(u"json.rows"_s, treeRows);
+    table.insert(u"json.path"_s, treePath);
+    table.insert(u"json.copyPath"_s, treePathToCopy);
 }
 
 } // namespace quillary::inspect

@@ -42,6 +42,7 @@ std::string labelText(const JSONTreeRow::Label& label) {
 /// A row as one line: depth, id, label, and "open" if it is.
 std::vector<std::string> lines(const std::vector<JSONTreeRow>& rows) {
     std::vector<std::string> result;
+    result.reserve(rows.size());
     for (const JSONTreeRow& row : rows) {
         result.push_back(std::to_string(row.depth()) + ' ' + row.id().toStdString() + ' ' + labelText(row.label()) +
                          (row.isExpanded() ? " open" : ""));
@@ -51,6 +52,7 @@ std::vector<std::string> lines(const std::vector<JSONTreeRow>& rows) {
 
 std::vector<std::string> ids(const std::vector<JSONTreeRow>& rows) {
     std::vector<std::string> result;
+    result.reserve(rows.size());
     for (const JSONTreeRow& row : rows) {
         result.push_back(row.id().toStdString());
     }
