@@ -151,6 +151,10 @@ int main() {
     const JSONValue flat = JSONParser::parse("[" + QByteArray("[],").repeated(333'332) + "[]]").value();
     printAlone("All rows of 1,000,000 units of empty arrays",
                [&] { keep(JSONTree::rows(flat, [](const JSONPath&, qint64) { return true; }).size()); });
+    const QByteArray nest = QByteArray(90, '[') + QByteArray(90, ']');
+    const JSONValue nests = JSONParser::parse("[" + QByteArray(nest + ',').repeated(5'500) + "[]]").value();
+    printAlone("All rows of 1 MB in ninety levels",
+               [&] { keep(JSONTree::rows(nests, [](const JSONPath&, qint64) { return true; }).size()); });
     const QByteArray deep = QByteArray(100, '[') + QByteArray("1,").repeated(499'900) + "1" + QByteArray(100, ']');
     const JSONValue hostile = JSONParser::parse(deep).value();
     printAlone("Pretty-print 1 MB at a hundred levels", [&] { keep(JSONFormatter::prettyPrinted(hostile, 2).size()); });

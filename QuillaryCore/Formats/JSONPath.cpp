@@ -34,11 +34,13 @@ JSONPath::JSONPath() {
 }
 
 JSONPath JSONPath::fromText(QStringView text) {
-    return {StemPointer(), text};
+    JSONPath path{Shared(StemPointer())};
+    path.append(text);
+    return path;
 }
 
 JSONPath JSONPath::appending(QStringView key) const {
-    JSONPath path = shared();
+    JSONPath path(shared());
     if (isIdentifier(key)) {
         path.append(u".");
         path.append(key);
@@ -51,7 +53,7 @@ JSONPath JSONPath::appending(QStringView key) const {
 }
 
 JSONPath JSONPath::appending(qint64 index) const {
-    JSONPath path = shared();
+    JSONPath path(shared());
     path.append(u"[");
     path.appendNumber(index);
     path.append(u"]");
@@ -65,16 +67,8 @@ JSONPath JSONPath::appendingDuplicate(QStringView key, qint64 position) const {
     return path;
 }
 
-JSONPath JSONPath::shared() const {
-    if (m_tail.isEmpty()) {
-        return *this;
-    }
-    const StemPointer stem(new Stem);
-    stem->parent = m_stem;
-    stem->text = tail().toString();
-    stem->length = length();
-    stem->hash = hash();
-    return {stem, {}};
+JSONPath::Shared JSONPath::shared() const {
+    return Shared(m_tail.isEmpty() ? m_stem : StemPointer(new Stem(m_stem, m_tail, length(), hash())));
 }
 
 QString JSONPath::text() const {
@@ -82,7 +76,7 @@ QString JSONPath::text() const {
     QString text(length(), Qt::Uninitialized);
     QChar* end = std::copy_backward(m_tail.begin(), m_tail.end(), text.end());
     for (const Stem* stem = m_stem.data(); stem; stem = stem->parent.data()) {
-        end = std::copy_backward(stem->text.begin(), stem->text.end(), end);
+        end = std::copy_backward(stem->tail.begin(), stem->tail.end(), end);
     }
     return text;
 }
@@ -110,11 +104,11 @@ bool operator==(const JSONPath& a, const JSONPath& b) {
     // Paths of one tree differ at their ends or not at all, so the comparison begins there, piece by piece.
     const JSONPath::Stem* aStem = a.m_stem.data();
     const JSONPath::Stem* bStem = b.m_stem.data();
-    QStringView aPiece = a.tail();
-    QStringView bPiece = b.tail();
+    QStringView aPiece = JSONPath::view(a.m_tail);
+    QStringView bPiece = JSONPath::view(b.m_tail);
     const auto refill = [](QStringView& piece, const JSONPath::Stem*& stem) {
         if (piece.isEmpty() && stem) {
-            piece = stem->text;
+            piece = JSONPath::view(stem->tail);
             stem = stem->parent.data();
         }
     };

@@ -13,9 +13,23 @@ namespace quillary {
 /// Paths that were made from one that is shared hold it by reference, so that a very long key above many values is
 /// kept once. Comparing and hashing such paths looks at what differs, not at what they share.
 class JSONPath {
+    struct Stem;
+    using StemPointer = QExplicitlySharedDataPointer<Stem>;
+
 public:
+    /// A path that many others begin with.
+    class Shared {
+        friend class JSONPath;
+
+        explicit Shared(StemPointer stem) : m_stem(std::move(stem)) {}
+
+        StemPointer m_stem;
+    };
+
     /// The path of the whole text.
     JSONPath();
+
+    explicit JSONPath(const Shared& path) : m_stem(path.m_stem) {}
 
     /// The path that `text` returns as this text. Any text will do.
     static JSONPath fromText(QStringView text);
@@ -28,8 +42,8 @@ public:
     /// mark "#position" behind the key keeps paths unique within a tree.
     JSONPath appendingDuplicate(QStringView key, qint64 position) const;
 
-    /// The same path, made ready for many paths that begin with it.
-    JSONPath shared() const;
+    /// The same path for many to begin with.
+    Shared shared() const;
 
     QString text() const;
 
@@ -45,20 +59,26 @@ public:
     friend size_t qHash(const JSONPath& path, size_t seed = 0) { return qHash(path.hash(), seed); }
 
 private:
-    struct Stem;
-    using StemPointer = QExplicitlySharedDataPointer<Stem>;
+    /// Most steps are as short as this.
+    static constexpr qsizetype usualStep = 12;
+
+    using Units = QVarLengthArray<char16_t, usualStep>;
 
     /// A beginning that several paths share. It doesn't change once it is made.
     struct Stem : QSharedData {
+        Stem(StemPointer parentStem, const Units& units, qsizetype wholeLength, quint64 wholeHash)
+            : parent(std::move(parentStem)), tail(units), length(wholeLength), hash(wholeHash) {}
+
         ~Stem();
 
         StemPointer parent;
-        QString text;
-        qsizetype length = 0;
-        quint64 hash = 0;
+        Units tail;
+        /// Of the whole path.
+        qsizetype length;
+        quint64 hash;
     };
 
-    JSONPath(StemPointer stem, QStringView tail) : m_stem(std::move(stem)) { append(tail); }
+    static QStringView view(const Units& units) { return {units.constData(), units.size()}; }
 
     static quint64 hashed(quint64 hash, QStringView text);
 
@@ -66,14 +86,13 @@ private:
 
     void appendNumber(qint64 number);
 
-    QStringView tail() const { return {m_tail.constData(), m_tail.size()}; }
-
     qsizetype length() const { return (m_stem ? m_stem->length : 0) + m_tail.size(); }
 
-    quint64 hash() const { return hashed(m_stem ? m_stem->hash : 0, tail()); }
+    quint64 hash() const { return hashed(m_stem ? m_stem->hash : 0, view(m_tail)); }
 
+    /// What comes before the tail.
     StemPointer m_stem;
-    QVarLengthArray<char16_t, 24> m_tail;
+    Units m_tail;
 };
 
 } // namespace quillary

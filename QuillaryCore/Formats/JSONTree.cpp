@@ -11,18 +11,10 @@ namespace quillary {
 class JSONTreeBuilder {
 public:
     JSONTreeBuilder(const JSONValue& value, const JSONTree::Predicate& isExpanded)
-        : m_value(value), m_isExpanded(isExpanded) {}
+        : m_tree(new Row::Tree(value)), m_isExpanded(isExpanded) {}
 
     std::vector<JSONTreeRow> build() {
-        const BranchPointer root(new Branch(JSONPath().shared(), m_value, 0));
-        Row& row = m_rows.emplace_back(Row(root, Role::root, 0, m_value.position()));
-        if (m_value.isContainer()) {
-            row.m_isExpanded = m_isExpanded(root->path, 0);
-        }
-        if (row.m_isExpanded && m_value.childCount() > 0) {
-            m_keys.emplace(*m_value.document());
-            open(root);
-        }
+        appendRoot();
         while (!m_open.empty()) {
             if (m_open.back().position == m_open.back().end) {
                 m_open.pop_back();
@@ -36,11 +28,9 @@ public:
 private:
     using Row = JSONTreeRow;
     using Role = JSONTreeRow::Role;
-    using Branch = JSONTreeRow::Branch;
-    using BranchPointer = JSONTreeRow::BranchPointer;
 
     struct Level {
-        BranchPointer branch;
+        std::size_t branch;
         bool isObject;
         qsizetype position;
         qsizetype end;
@@ -49,10 +39,45 @@ private:
         std::size_t nextDuplicate;
     };
 
-    const JSONTape& tape() const { return m_value.document()->tape; }
+    const JSONTape& tape() const { return m_tree->value.document()->tape; }
 
-    void open(const BranchPointer& branch) {
-        const qsizetype container = branch->value.position();
+    Row& appendRow(std::size_t branch, Role role, qsizetype index, qsizetype position) {
+        return m_rows.emplace_back(Row(Row::TreePointer(m_tree.data()), branch, role, index, position));
+    }
+
+    void appendRoot() {
+        const JSONValue& value = m_tree->value;
+        m_tree->branches.push_back({JSONPath().shared(), 0});
+        Row& row = appendRow(0, Role::root, 0, value.position());
+        if (!value.isContainer()) {
+            return;
+        }
+        row.m_isExpanded = m_isExpanded(row.path(), 0);
+        if (row.m_isExpanded && value.childCount() > 0) {
+            m_keys.emplace(*value.document());
+            open(0, value.position());
+        }
+    }
+
+    void appendChild() {
+        Level& level = m_open.back();
+        const qsizetype position = level.isObject ? level.position + 1 : level.position;
+        Row& row = appendRow(level.branch, takeRole(level), level.index, position);
+        level.position = tape().next(position);
+        ++level.index;
+        if (!isContainer(tape().tag(position))) {
+            return;
+        }
+        const JSONPath path = row.path();
+        const qint64 depth = row.depth();
+        row.m_isExpanded = m_isExpanded(path, depth);
+        if (row.m_isExpanded && tape().isFullContainer(position)) {
+            m_tree->branches.push_back({path.shared(), depth});
+            open(m_tree->branches.size() - 1, position);
+        }
+    }
+
+    void open(std::size_t branch, qsizetype container) {
         const bool isObject = tape().tag(container) == JSONTape::Tag::object;
         std::vector<qsizetype> duplicates;
         if (isObject) {
@@ -62,7 +87,7 @@ private:
             {branch, isObject, JSONTape::firstChild(container), tape().next(container), 0, std::move(duplicates), 0});
     }
 
-    Role takeRole(Level& level) {
+    static Role takeRole(Level& level) {
         if (!level.isObject) {
             return Role::element;
         }
@@ -73,26 +98,9 @@ private:
         return Role::duplicate;
     }
 
-    void appendChild() {
-        Level& level = m_open.back();
-        const qsizetype position = level.isObject ? level.position + 1 : level.position;
-        Row& row = m_rows.emplace_back(Row(level.branch, takeRole(level), level.index, position));
-        level.position = tape().next(position);
-        ++level.index;
-        if (!isContainer(tape().tag(position))) {
-            return;
-        }
-        const JSONPath path = row.path();
-        const qint64 depth = level.branch->depth + 1;
-        row.m_isExpanded = m_isExpanded(path, depth);
-        if (row.m_isExpanded && tape().isFullContainer(position)) {
-            open(BranchPointer(new Branch(path.shared(), row.value(), depth)));
-        }
-    }
-
     static bool isContainer(JSONTape::Tag tag) { return tag <= JSONTape::Tag::emptyArray; }
 
-    const JSONValue& m_value;
+    QExplicitlySharedDataPointer<Row::Tree> m_tree;
     const JSONTree::Predicate& m_isExpanded;
     std::optional<JSONKeyScan> m_keys;
     std::vector<Level> m_open;

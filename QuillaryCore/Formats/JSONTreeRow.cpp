@@ -3,21 +3,22 @@
 namespace quillary {
 
 JSONPath JSONTreeRow::path() const {
+    const JSONPath parent(branch().path);
     switch (m_role) {
     case Role::element:
-        return m_branch->path.appending(m_index);
+        return parent.appending(m_index);
     case Role::member:
-        return m_branch->path.appending(key());
+        return parent.appending(key());
     case Role::duplicate:
-        return m_branch->path.appendingDuplicate(key(), m_index);
+        return parent.appendingDuplicate(key(), m_index);
     case Role::root:
         break;
     }
-    return m_branch->path;
+    return parent;
 }
 
 qint64 JSONTreeRow::depth() const {
-    return m_role == Role::root ? m_branch->depth : m_branch->depth + 1;
+    return m_role == Role::root ? branch().depth : branch().depth + 1;
 }
 
 JSONTreeRow::Label JSONTreeRow::label() const {
@@ -34,7 +35,7 @@ JSONTreeRow::Label JSONTreeRow::label() const {
 }
 
 JSONValue JSONTreeRow::value() const {
-    return {m_branch->value.document(), m_position};
+    return {m_tree->value.document(), m_position};
 }
 
 } // namespace quillary

@@ -4,6 +4,7 @@
 #include "QuillaryCore/Formats/JSONValue.h"
 
 #include <variant>
+#include <vector>
 
 namespace quillary {
 
@@ -39,26 +40,34 @@ private:
     friend class JSONTreeBuilder;
 
     /// A container with rows for its children.
-    struct Branch : QSharedData {
-        Branch(JSONPath containerPath, JSONValue containerValue, qint64 containerDepth)
-            : path(std::move(containerPath)), value(std::move(containerValue)), depth(containerDepth) {}
-
-        JSONPath path;
-        JSONValue value;
+    struct Branch {
+        JSONPath::Shared path;
         qint64 depth;
     };
 
-    using BranchPointer = QExplicitlySharedDataPointer<const Branch>;
+    /// What the rows of one tree have in common; complete once the tree is built.
+    struct Tree : QSharedData {
+        explicit Tree(JSONValue whole) : value(std::move(whole)) {}
+
+        JSONValue value;
+        std::vector<Branch> branches;
+    };
+
+    using TreePointer = QExplicitlySharedDataPointer<const Tree>;
 
     enum class Role : quint8 { root, element, member, duplicate };
 
-    JSONTreeRow(BranchPointer branch, Role role, qsizetype index, qsizetype position)
-        : m_branch(std::move(branch)), m_index(index), m_position(position), m_role(role) {}
+    JSONTreeRow(TreePointer tree, std::size_t branch, Role role, qsizetype index, qsizetype position)
+        : m_tree(std::move(tree)), m_branch(branch), m_index(index), m_position(position), m_role(role) {}
 
-    QString key() const { return m_branch->value.document()->string(m_position - 1); }
+    const Branch& branch() const { return m_tree->branches[m_branch]; }
 
+    QString key() const { return m_tree->value.document()->string(m_position - 1); }
+
+    TreePointer m_tree;
     /// The branch that it lies in; the whole text's own for the whole text.
-    BranchPointer m_branch;
+    std::size_t m_branch;
+    /// Among its siblings.
     qsizetype m_index;
     /// Of the value in the document.
     qsizetype m_position;

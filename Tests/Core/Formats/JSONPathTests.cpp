@@ -89,9 +89,9 @@ TEST(JSONPath, EqualsByTextHoweverItWasMade) {
     const JSONPath made = JSONPath().appending(u"a").appending(1).appending(u"b c");
     const JSONPath read = JSONPath::fromText(u"$.a[1][\"b c\"]");
     EXPECT_EQ(made, read);
-    EXPECT_EQ(made, JSONPath::fromText(u"$.a").appending(1).shared().shared().appending(u"b c").shared());
+    EXPECT_EQ(made, JSONPath(JSONPath(JSONPath::fromText(u"$.a").appending(1).shared()).appending(u"b c").shared()));
     EXPECT_EQ(qHash(made, 7), qHash(read, 7));
-    EXPECT_EQ(JSONPath::fromText(u""), JSONPath::fromText(u"").shared());
+    EXPECT_EQ(JSONPath::fromText(u""), JSONPath(JSONPath::fromText(u"").shared()));
 }
 
 TEST(JSONPath, DiffersByText) {
@@ -100,12 +100,12 @@ TEST(JSONPath, DiffersByText) {
     EXPECT_NE(path, JSONPath().appending(u"abd").appending(1));
     EXPECT_NE(path, JSONPath().appending(u"abc"));
     EXPECT_NE(path, JSONPath());
-    EXPECT_NE(path.shared(), JSONPath::fromText(u"$.abc[2]").shared());
+    EXPECT_NE(JSONPath(path.shared()), JSONPath(JSONPath::fromText(u"$.abc[2]").shared()));
 }
 
 TEST(JSONPath, SharesItsBeginning) {
     // A copy of the key in each would need 200 GB.
-    const JSONPath parent = JSONPath().appending(QString(1'000'000, u'k')).shared();
+    const JSONPath parent(JSONPath().appending(QString(1'000'000, u'k')).shared());
     std::vector<JSONPath> paths;
     for (qint64 i = 0; i < 100'000; ++i) {
         paths.push_back(parent.appending(i));
