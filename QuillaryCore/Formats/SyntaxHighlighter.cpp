@@ -23,9 +23,10 @@ void highlightHtml(const ClassifiedText& html, std::optional<EmbeddedElement> op
         pass.occupy(stretch);
     }
     for (const EmbeddedElement element : {EmbeddedElement::script, EmbeddedElement::style}) {
+        const RuleList rules = rulesWithin(element);
         EmbeddedContents contents(html, element);
         while (const std::optional<TextRange> content = contents.next()) {
-            apply(rulesWithin(element), *content, scratch, pass);
+            apply(rules, *content, scratch, pass);
             pass.occupy(*content);
         }
     }
@@ -42,9 +43,10 @@ QList<SyntaxToken> wholeTokens(QStringView text, SyntaxLanguage language, std::o
         classified.classify(htmlRules().classes, whole);
         ClassifiedText scratch(text);
         if (language == SyntaxLanguage::php) {
+            const RuleList rules = phpRules();
             PhpRegions regions(classified);
             while (const std::optional<TextRange> region = regions.next()) {
-                apply(phpRules(), *region, scratch, pass);
+                apply(rules, *region, scratch, pass);
                 pass.occupy(*region);
             }
         }

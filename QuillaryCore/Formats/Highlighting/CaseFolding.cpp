@@ -1,7 +1,5 @@
 #include "QuillaryCore/Formats/Highlighting/CaseFolding.h"
 
-#include "QuillaryCore/Formats/Highlighting/CharacterClasses.h"
-
 namespace quillary::highlighting {
 
 namespace {
@@ -47,7 +45,7 @@ std::u16string_view foldedToAscii(char16_t unit) {
     }
 }
 
-qsizetype foldedPrefixLength(QStringView text, std::u16string_view literal) {
+qsizetype foldedPrefixLengthBeyondAscii(QStringView text, std::u16string_view literal) {
     qsizetype length = 0;
     while (!literal.empty()) {
         if (length == text.size()) {

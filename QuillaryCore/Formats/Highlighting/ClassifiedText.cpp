@@ -7,45 +7,55 @@ namespace quillary::highlighting {
 static_assert(word == patternWord && digit == patternDigit && space == patternSpace &&
               lineTerminator == patternLineTerminator);
 
+namespace {
+
+/// A unit's classes with what follows from the word class of the unit before.
+Classes withEdges(Classes own, Classes before) {
+    const auto edge = static_cast<Classes>((own ^ before) & word);
+    return static_cast<Classes>(own | edge * boundary | (own & edge) * wordStart);
+}
+
+} // namespace
+
 ClassifiedText::ClassifiedText(QStringView text)
     // Four places at a time are read from any position up to the end.
     : m_units(text.utf16()), m_classes(static_cast<std::size_t>(text.size()) + 4) {}
 
 void ClassifiedText::classify(const ClassTable& table, TextRange range) {
-    m_begin = range.location;
-    m_end = range.end();
-    m_present = 0;
+    const qsizetype end = range.end();
+    Classes* const classes = m_classes.data();
+    Classes present = 0;
     // Whether the last unit that \b does not look through was of a word.
     Classes body = 0;
-    for (qsizetype i = m_begin; i < m_end; ++i) {
+    for (qsizetype i = range.location; i < end; ++i) {
         const char16_t unit = m_units[i];
         if (unit < table.size()) [[likely]] {
             const Classes own = table[unit];
-            const auto edge = static_cast<Classes>((own ^ body) & word);
-            const auto classes = static_cast<Classes>(own | edge * boundary | (own & edge) * wordStart);
-            m_classes[at(i)] = classes;
-            m_present |= classes;
+            classes[i] = withEdges(own, body);
+            present |= classes[i];
             body = own;
             continue;
         }
-        const bool isPair = QChar::isHighSurrogate(unit) && i + 1 < m_end && QChar::isLowSurrogate(m_units[i + 1]);
+        const bool isPair = QChar::isHighSurrogate(unit) && i + 1 < end && QChar::isLowSurrogate(m_units[i + 1]);
         const quint8 wide =
             isPair ? patternClasses(QChar::surrogateToUcs4(unit, m_units[i + 1])) : basicPlanePatternClasses()[unit];
         const auto own = static_cast<Classes>(wide & (word | digit | space | lineTerminator));
-        Classes classes = own;
-        if ((wide & patternIgnoredAtBoundary) == 0) {
-            const auto edge = static_cast<Classes>((own ^ body) & word);
-            classes |= static_cast<Classes>(edge * boundary | (own & edge) * wordStart);
+        if ((wide & patternIgnoredAtBoundary) != 0) {
+            classes[i] = own;
+        } else {
+            classes[i] = withEdges(own, body);
             body = own;
         }
-        m_classes[at(i)] = classes;
-        m_present |= classes;
+        present |= classes[i];
         if (isPair) {
             ++i;
-            m_classes[at(i)] = own;
+            classes[i] = own;
         }
     }
-    m_classes[at(m_end)] = static_cast<Classes>(textEnd | (body & word) * boundary);
+    classes[end] = static_cast<Classes>(textEnd | (body & word) * boundary);
+    m_begin = range.location;
+    m_end = end;
+    m_present = present;
 }
 
 } // namespace quillary::highlighting

@@ -52,6 +52,9 @@ public:
 
     /// The first position at or behind `from` whose unit is of one of these classes, or the end.
     qsizetype next(Classes classes, qsizetype from) const {
+        if (is(from, classes | textEnd)) {
+            return from;
+        }
         const quint64 lanes = static_cast<quint64>(classes | textEnd) * 0x0001'0001'0001'0001U;
         for (const Classes* place = m_classes.data() + from;; place += 4) {
             quint64 four;

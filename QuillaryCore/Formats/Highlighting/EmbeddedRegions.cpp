@@ -5,14 +5,6 @@
 
 namespace quillary::highlighting {
 
-std::u16string_view openingText(EmbeddedElement element) {
-    return element == EmbeddedElement::script ? u"<script" : u"<style";
-}
-
-std::u16string_view closingText(EmbeddedElement element) {
-    return element == EmbeddedElement::script ? u"</script" : u"</style";
-}
-
 namespace {
 
 /// What stands behind `</script` or `</style` at a less-than sign, or -1.

@@ -11,8 +11,13 @@ namespace quillary::highlighting {
 enum class EmbeddedElement { script, style };
 
 /// What an element's opening and closing tags begin with, in lower case.
-std::u16string_view openingText(EmbeddedElement element);
-std::u16string_view closingText(EmbeddedElement element);
+constexpr std::u16string_view openingText(EmbeddedElement element) {
+    return element == EmbeddedElement::script ? u"<script" : u"<style";
+}
+
+constexpr std::u16string_view closingText(EmbeddedElement element) {
+    return element == EmbeddedElement::script ? u"</script" : u"</style";
+}
 
 /// The PHP regions of a text classified as HTML, one after the other: `<\?(?:php|=)?[\s\S]*?(?:\?>|\z)`.
 class PhpRegions {
@@ -31,7 +36,7 @@ private:
 class EmbeddedContents {
 public:
     EmbeddedContents(const ClassifiedText& text, EmbeddedElement element)
-        : m_text(text), m_element(element), m_position(text.begin()) {}
+        : m_text(text), m_element(element), m_position(text.contains(wordStart) ? text.begin() : text.end()) {}
 
     std::optional<TextRange> next();
 

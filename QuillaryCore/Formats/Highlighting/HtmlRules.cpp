@@ -113,10 +113,10 @@ void scanHtmlEntities(const ClassifiedText& text, SyntaxTokenKind kind, Pass& pa
 }
 
 constexpr std::array htmlRuleArray = {
-    Rule{SyntaxTokenKind::comment, htmlLess, scanHtmlComments},
-    Rule{SyntaxTokenKind::keyword, htmlLess, scanHtmlDoctypes},
+    Rule{SyntaxTokenKind::comment, htmlHyphen, scanHtmlComments},
+    Rule{SyntaxTokenKind::keyword, wordStart, scanHtmlDoctypes},
     Rule{SyntaxTokenKind::string, htmlEquals, scanHtmlValues},
-    Rule{SyntaxTokenKind::tag, htmlLess, scanHtmlTags},
+    Rule{SyntaxTokenKind::tag, wordStart, scanHtmlTags},
     Rule{SyntaxTokenKind::tag, htmlGreater, scanHtmlTagEnds},
     Rule{SyntaxTokenKind::attribute, htmlEquals, scanHtmlAttributes},
     Rule{SyntaxTokenKind::constant, htmlAmpersand, scanHtmlEntities},

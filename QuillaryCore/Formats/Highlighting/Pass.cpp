@@ -2,19 +2,26 @@
 
 #include <algorithm>
 #include <bit>
+#include <span>
 
 namespace quillary::highlighting {
 
 namespace {
 
-constexpr qsizetype unitsPerWord = 64;
+constexpr std::size_t unitsPerWord = 64;
+constexpr int kindBits = 4;
+static_assert(allSyntaxTokenKinds.size() <= 1 << kindBits);
 
 std::size_t wordOf(qsizetype position) {
-    return static_cast<std::size_t>(position / unitsPerWord);
+    return static_cast<std::size_t>(position) / unitsPerWord;
+}
+
+std::size_t placeInWord(qsizetype position) {
+    return static_cast<std::size_t>(position) % unitsPerWord;
 }
 
 quint64 bitOf(qsizetype position) {
-    return quint64(1) << (position % unitsPerWord);
+    return quint64(1) << placeInWord(position);
 }
 
 /// The words that a stretch of at least one unit touches, and its bits in the first and the last of them.
@@ -22,8 +29,8 @@ struct BitStretch {
     BitStretch(qsizetype begin, qsizetype end)
         : first(wordOf(begin)),
           last(wordOf(end - 1)),
-          head(~quint64(0) << (begin % unitsPerWord)),
-          tail(~quint64(0) >> (unitsPerWord - 1 - (end - 1) % unitsPerWord)) {}
+          head(~quint64(0) << placeInWord(begin)),
+          tail(~quint64(0) >> (unitsPerWord - 1 - placeInWord(end - 1))) {}
 
     std::size_t first;
     std::size_t last;
@@ -57,10 +64,10 @@ void fill(std::vector<quint64>& bits, const BitStretch& stretch) {
 
 } // namespace
 
-Pass::Pass(qsizetype length) : m_occupied(wordOf(length + unitsPerWord - 1)), m_starts(m_occupied.size()) {
-    // About what dense source text gives; more makes it grow.
-    m_entries.reserve(static_cast<std::size_t>(length / 8));
-}
+Pass::Pass(qsizetype length)
+    : m_occupied(wordOf(length + static_cast<qsizetype>(unitsPerWord) - 1)),
+      m_starts(m_occupied.size()),
+      m_tokens(std::make_unique_for_overwrite<PackedToken[]>(static_cast<std::size_t>(length))) {}
 
 void Pass::add(SyntaxTokenKind kind, qsizetype begin, qsizetype end) {
     Q_ASSERT(begin < end);
@@ -70,7 +77,8 @@ void Pass::add(SyntaxTokenKind kind, qsizetype begin, qsizetype end) {
     }
     fill(m_occupied, stretch);
     m_starts[stretch.first] |= bitOf(begin);
-    m_entries.push_back({static_cast<qint32>(begin), static_cast<qint32>(end - begin), kind});
+    m_tokens[m_count++] = {static_cast<quint32>(begin),
+                           static_cast<quint32>(end - begin) << kindBits | static_cast<quint32>(kind)};
 }
 
 void Pass::occupy(TextRange range) {
@@ -80,19 +88,20 @@ void Pass::occupy(TextRange range) {
 }
 
 QList<SyntaxToken> Pass::tokens(qsizetype offset) const {
-    // No two tokens begin at one place: a token's rank is the number of starts before its own, and no sort is needed.
-    std::vector<qsizetype> rankOfWord(m_starts.size());
-    qsizetype rank = 0;
+    // No two tokens start at one unit: a token's place is the number of starts before its own, and no sort is needed.
+    std::vector<qsizetype> startsBefore(m_starts.size());
+    qsizetype count = 0;
     for (std::size_t i = 0; i < m_starts.size(); ++i) {
-        rankOfWord[i] = rank;
-        rank += std::popcount(m_starts[i]);
+        startsBefore[i] = count;
+        count += std::popcount(m_starts[i]);
     }
-    QList<SyntaxToken> result(rank);
+    QList<SyntaxToken> result(count);
     SyntaxToken* const tokens = result.data();
-    for (const Entry& entry : m_entries) {
-        const std::size_t index = wordOf(entry.begin);
-        const qsizetype place = rankOfWord[index] + std::popcount(m_starts[index] & (bitOf(entry.begin) - 1));
-        tokens[place] = {entry.kind, {entry.begin + offset, entry.length}};
+    for (const PackedToken& token : std::span(m_tokens.get(), m_count)) {
+        const std::size_t index = wordOf(token.begin);
+        const qsizetype place = startsBefore[index] + std::popcount(m_starts[index] & (bitOf(token.begin) - 1));
+        tokens[place] = {static_cast<SyntaxTokenKind>(token.lengthAndKind & ((1U << kindBits) - 1)),
+                         {token.begin + offset, static_cast<qsizetype>(token.lengthAndKind >> kindBits)}};
     }
     return result;
 }

@@ -4,6 +4,7 @@
 
 #include <QList>
 
+#include <memory>
 #include <vector>
 
 namespace quillary::highlighting {
@@ -24,15 +25,17 @@ public:
     QList<SyntaxToken> tokens(qsizetype offset) const;
 
 private:
-    struct Entry {
-        qint32 begin;
-        qint32 length;
-        SyntaxTokenKind kind;
+    /// A token in eight bytes: where it begins, its length and kind.
+    struct PackedToken {
+        quint32 begin;
+        quint32 lengthAndKind;
     };
 
     std::vector<quint64> m_occupied;
     std::vector<quint64> m_starts;
-    std::vector<Entry> m_entries;
+    /// Room for as many tokens as there are units; memory that no token needs is never touched.
+    std::unique_ptr<PackedToken[]> m_tokens;
+    std::size_t m_count = 0;
 };
 
 } // namespace quillary::highlighting

@@ -67,7 +67,14 @@ private:
     std::size_t m_length = 0;
 };
 
-bool isPhpConstant(QStringView text) {
+bool isPhpConstant(QStringView word) {
+    // No folding makes a word longer than the longest of these from one of more units.
+    constexpr qsizetype longest = 5;
+    if (word.size() > longest) {
+        return false;
+    }
+    const FoldedWord folded(word);
+    const QStringView text = folded.view();
     return text == u"true" || text == u"false" || text == u"null";
 }
 
@@ -128,7 +135,7 @@ void scanPhpKeywords(const ClassifiedText& text, SyntaxTokenKind kind, Pass& pas
 }
 
 void scanPhpConstants(const ClassifiedText& text, SyntaxTokenKind kind, Pass& pass) {
-    scanWords(text, kind, pass, [](QStringView each) { return isPhpConstant(FoldedWord(each).view()); });
+    scanWords(text, kind, pass, isPhpConstant);
 }
 
 constexpr std::array phpRuleArray = {
