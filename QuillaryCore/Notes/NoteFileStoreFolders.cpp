@@ -13,6 +13,15 @@ namespace quillary {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The name of something in the directory; nothing else may be renamed or go to the trash as a folder.
+bool isEntryName(QStringView name) {
+    return !name.isEmpty() && name != u"." && name != u".." && !name.contains(u'/');
+}
+
+} // namespace
+
 QString NoteFileStore::uniqueFolderName(QStringView name, const std::optional<QString>& ignoring) const {
     const QString sanitized = sanitizedTitle(name);
     const QString base = sanitized.isEmpty() ? defaultFolderName() : sanitized;
@@ -45,6 +54,9 @@ Result<QString, FileError> NoteFileStore::renameFolder(const QString& name, QStr
     if (sanitizedTitle(to).isEmpty()) {
         return FileError(NoteStoreError::invalidName());
     }
+    if (!isEntryName(name)) {
+        return FileError(SystemError{ENOENT});
+    }
     const QString free = uniqueFolderName(to, name);
     if (canonicallyEqual(free, name)) {
         return name;
@@ -56,6 +68,9 @@ Result<QString, FileError> NoteFileStore::renameFolder(const QString& name, QStr
 }
 
 Status<FileError> NoteFileStore::deleteFolder(const QString& name, bool keepingNotes) const {
+    if (!isEntryName(name)) {
+        return FileError(SystemError{ENOENT});
+    }
     if (keepingNotes) {
         QList<NoteFileInfo> notes;
         if (const auto listed = collectNotes(name, notes, nullptr); !listed) {

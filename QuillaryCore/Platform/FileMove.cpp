@@ -24,9 +24,12 @@ Status<SystemError> statusOfCall(int result) {
     return Done();
 }
 
-/// Both spellings lead to one file, so the destination is never free; by way of a third name it is.
+/// Both spellings lead to one file, so the destination is never free; by way of a third name it is. That one can be
+/// seen and keeps the extension: should the program end there, the note isn't lost.
 Status<SystemError> changeCase(const FilePath& source, const FilePath& destination) {
-    const QString third = u".quillary-"_s + QString::number(QRandomGenerator::global()->generate64(), 36);
+    const QString extension = source.extension();
+    const QString third = u"quillary-"_s + QString::number(QRandomGenerator::global()->generate64(), 36) +
+                          (extension.isEmpty() ? QString() : u'.' + extension);
     const FilePath between = source.parent().appending(third);
     const auto rename = [](const FilePath& from, const FilePath& to) {
         return renameWithoutReplacing(AT_FDCWD, from.bytes().constData(), AT_FDCWD, to.bytes().constData());

@@ -27,8 +27,8 @@ FileKind kindOf(quint32 mode) {
 
 Result<FileStatus, SystemError> statusOf(int directory, const char* name, int flags) {
     struct statx facts;
-    if (::statx(directory, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-                STATX_BASIC_STATS | STATX_BTIME, &facts) != 0) {
+    if (::statx(directory, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME,
+                &facts) != 0) {
         return SystemError::last();
     }
     const auto moment = [&facts](unsigned mask, const statx_timestamp& stamp) {

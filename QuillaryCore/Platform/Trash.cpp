@@ -195,7 +195,8 @@ Result<FilePath, SystemError> moveInto(const TrashDirectory& trash, const FilePa
 
 } // namespace
 
-Result<FilePath, SystemError> moveToTrash(const FilePath& path) {
+Result<FilePath, SystemError> moveToTrash(const FilePath& given) {
+    const FilePath path = given.standardized();
     const std::unique_ptr<char, decltype(&std::free)> realParent(::realpath(path.parent().bytes().constData(), nullptr),
                                                                  &std::free);
     if (!realParent) {

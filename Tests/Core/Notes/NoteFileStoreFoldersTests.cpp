@@ -124,6 +124,20 @@ TEST_F(NoteFileStoreFolders, RescuesTheNotesOfAFolderOnly) {
     EXPECT_EQ(home.read("Trash/files/Lavoro/deep/d.md"), "d");
 }
 
+TEST_F(NoteFileStoreFolders, TakesNothingButAnEntryForAFolder) {
+    directory.write("a.md", "a");
+    directory.makeDirectory("Lavoro");
+    directory.makeDirectory("Lavoro/deep");
+    for (const QString& name : {u""_s, u"."_s, u".."_s, u"Lavoro/deep"_s, u"Lavoro/"_s, u"/"_s}) {
+        for (const bool keepingNotes : {false, true}) {
+            EXPECT_EQ(systemCode(store.deleteFolder(name, keepingNotes)), ENOENT) << name.toStdString();
+        }
+        EXPECT_EQ(systemCode(store.renameFolder(name, u"x")), ENOENT) << name.toStdString();
+    }
+    EXPECT_EQ(directory.names(), (QList<QByteArray>{"Lavoro", "a.md"}));
+    EXPECT_TRUE(directory.has("Lavoro/deep"));
+}
+
 TEST_F(NoteFileStoreFolders, KeepsAFolderWhoseNotesCannotBeListedOrMoved) {
     ::chmod(directory.bytes().constData(), 0777);
     directory.makeDirectory("Lavoro");

@@ -109,17 +109,18 @@ TEST_F(NoteFileStoreWriting, SavesFilesOfEveryName) {
 }
 
 TEST_F(NoteFileStoreWriting, LeavesTheOldTextWhenSavingFails) {
-    ::chmod(directory.bytes().constData(), 0755);
     const FilePath url = directory.write("a.md", "old");
     ::chmod(url.bytes().constData(), 0666);
     {
         const test::FileSizeLimit limit(10'000);
         EXPECT_EQ(systemCode(store.write(QString(1'000'000, u'x'), url)), EFBIG);
     }
+    ::chmod(directory.bytes().constData(), 0555);
     {
         const test::WithoutPrivileges user;
         EXPECT_EQ(systemCode(store.write(u"new", url)), EACCES) << "in a directory that may not be written";
     }
+    ::chmod(directory.bytes().constData(), 0755);
     EXPECT_EQ(directory.read("a.md"), "old");
     EXPECT_EQ(directory.names(), QList<QByteArray>{"a.md"});
 }

@@ -163,22 +163,6 @@ TEST_F(Trash, UsesTheHomeDirectoryWhereNothingElseIsSaid) {
     }
 }
 
-TEST_F(Trash, LeavesTheFileWhereItIsWhenTheTrashCannotBeUsed) {
-    home.write(".local", "a file where a directory should be");
-    const FilePath note = notes.write("a.md", "text");
-    const auto trashed = trash::moveToTrash(note);
-    if (trashed) {
-        // A superuser may have a trash at the top of the mount instead.
-        EXPECT_EQ(TestDirectory::contentsOf(*trashed), "text");
-        EXPECT_TRUE(trashed->bytes().contains("/.Trash-")) << trashed->bytes().constData();
-        ASSERT_EQ(::rename(trashed->bytes().constData(), note.bytes().constData()), 0);
-        const FilePath files = trashed->parent();
-        const QByteArray name = trashed->bytes().mid(files.bytes().size());
-        ::unlink(QByteArray(files.parent().bytes() + "/info" + name + ".trashinfo").constData());
-    }
-    EXPECT_EQ(notes.read("a.md"), "text");
-}
-
 TEST_F(Trash, ReportsWhatIsNotThere) {
     EXPECT_EQ(trash::moveToTrash(notes.path("absent.md")).error().code, ENOENT);
     EXPECT_EQ(trash::moveToTrash(notes.path("no/a.md")).error().code, ENOENT);
@@ -188,7 +172,7 @@ TEST_F(Trash, ReportsWhatIsNotThere) {
 }
 
 TEST_F(Trash, LeavesNoInformationAboutAFileThatMayNotBeMoved) {
-    ::chmod(notes.bytes().constData(), 0555);
+    ::chmod(notes.bytes().constData(), 0755);
     ::chmod(home.bytes().constData(), 0777);
     const FilePath closed = notes.makeDirectory("closed");
     const FilePath note = notes.write("closed/a.md", "text");
@@ -199,7 +183,6 @@ TEST_F(Trash, LeavesNoInformationAboutAFileThatMayNotBeMoved) {
         EXPECT_EQ(TestDirectory::namesIn(home.path(".local/share/Trash/info")), QList<QByteArray>{});
     }
     ::chmod(closed.bytes().constData(), 0755);
-    ::chmod(notes.bytes().constData(), 0755);
     EXPECT_EQ(notes.read("closed/a.md"), "text");
 }
 
@@ -265,6 +248,18 @@ TEST_F(MountTrash, IsNoLinkAndNoForeignDirectory) {
     EXPECT_EQ(trash::moveToTrash(note).error().code, EACCES);
     EXPECT_EQ(top.read("a.md"), "text");
     EXPECT_EQ(TestDirectory::namesIn(top.path("elsewhere")), QList<QByteArray>{});
+}
+
+TEST_F(MountTrash, LeavesTheFileWhereItIsIfThereCanBeNone) {
+    const FilePath folder = top.makeDirectory("notes");
+    ::chmod(folder.bytes().constData(), 0777);
+    const FilePath note = top.write("notes/a.md", "text");
+    {
+        const test::WithoutPrivileges nobody;
+        EXPECT_EQ(trash::moveToTrash(note).error().code, EACCES);
+    }
+    EXPECT_EQ(top.read("notes/a.md"), "text");
+    EXPECT_EQ(top.names(), QList<QByteArray>{"notes"});
 }
 
 TEST_F(MountTrash, IsThatOfTheRealPlaceOfANoteReachedByALink) {
