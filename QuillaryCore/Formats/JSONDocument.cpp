@@ -10,16 +10,15 @@ namespace {
 
 using Tag = JSONTape::Tag;
 
-const char* closingQuote(const char* at, const char* end) {
+const char* closingQuote(const char* at, [[maybe_unused]] const char* end) {
     while (*at != '"') {
         at += *at == '\\' ? 2 : 1;
         Q_ASSERT(at < end);
     }
-    Q_UNUSED(end)
     return at;
 }
 
-char16_t hexValue(const char* digits) {
+char16_t readHex4(const char* digits) {
     char16_t value = 0;
     for (int i = 0; i < 4; ++i) {
         const char digit = digits[i];
@@ -29,17 +28,17 @@ char16_t hexValue(const char* digits) {
     return value;
 }
 
-/// Decodes a sound `\u` escape, of which `at` is the first hexadecimal digit, with the second half of a pair if there
-/// is one. A high surrogate swallows the escape behind it even where the two are no pair.
-const char* decodeUnicodeEscape(const char* at, const char* end, char16_t*& units) {
-    const char16_t first = hexValue(at);
+/// Decodes a `\u` escape, of which `at` is the first hexadecimal digit, with the second half of a pair if there is one.
+/// A high surrogate swallows the escape behind it even where the two are no pair.
+const char* appendUnicodeEscape(const char* at, const char* end, char16_t*& units) {
+    const char16_t first = readHex4(at);
     at += 4;
     if (!QChar::isSurrogate(first)) {
         *units++ = first;
         return at;
     }
     if (QChar::isHighSurrogate(first) && end - at >= 6 && at[0] == '\\' && at[1] == 'u') {
-        const char16_t second = hexValue(at + 2);
+        const char16_t second = readHex4(at + 2);
         at += 6;
         if (QChar::isLowSurrogate(second)) {
             *units++ = first;
@@ -51,7 +50,7 @@ const char* decodeUnicodeEscape(const char* at, const char* end, char16_t*& unit
     return at;
 }
 
-const char* decodeEscape(const char* at, const char* end, char16_t*& units) {
+const char* appendEscape(const char* at, const char* end, char16_t*& units) {
     const char letter = *at++;
     switch (letter) {
     case 'b':
@@ -70,7 +69,7 @@ const char* decodeEscape(const char* at, const char* end, char16_t*& units) {
         *units++ = u'\t';
         break;
     case 'u':
-        return decodeUnicodeEscape(at, end, units);
+        return appendUnicodeEscape(at, end, units);
     default:
         *units++ = static_cast<unsigned char>(letter);
     }
@@ -87,7 +86,7 @@ QString decodedString(QByteArrayView bytes) {
         const void* const found = std::memchr(at, '\\', static_cast<std::size_t>(end - at));
         const char* const escape = found ? static_cast<const char*>(found) : end;
         units = UTF8::decode(QByteArrayView(at, escape), units);
-        at = escape == end ? end : decodeEscape(escape + 1, end, units);
+        at = escape == end ? end : appendEscape(escape + 1, end, units);
     }
     text.resize(units - first);
     return text;

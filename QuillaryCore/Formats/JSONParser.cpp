@@ -202,7 +202,7 @@ const char* JSONParser::parseString(const char* at) {
             return error(u"Carattere di controllo non ammesso in una stringa"_s, at);
         }
         hasEscapes = true;
-        at = appendEscape(at);
+        at = parseEscape(at);
         if (!at) {
             return nullptr;
         }
@@ -233,7 +233,7 @@ inline const char* JSONParser::skipStringRun(const char* at, UTF8BlockCheck& che
     return at;
 }
 
-const char* JSONParser::appendEscape(const char* at) {
+const char* JSONParser::parseEscape(const char* at) {
     ++at;
     if (at == m_end) {
         return error(u"Stringa non terminata"_s, at);
@@ -317,7 +317,11 @@ inline const char* JSONParser::skipDigits(const char* at) const {
 
 bool JSONParser::enterContainer(const char* at) {
     ++m_depth;
-    return m_depth <= greatestDepth || error(u"Annidamento troppo profondo"_s, at);
+    if (m_depth > greatestDepth) {
+        error(u"Annidamento troppo profondo"_s, at);
+        return false;
+    }
+    return true;
 }
 
 const char* JSONParser::leaveContainer(const char* at) {

@@ -17,7 +17,8 @@ public:
     /// Containers may lie this deep within each other.
     static constexpr int greatestDepth = 100;
 
-    /// Reads a text in UTF-8. The value shares the bytes. Ill-formed bytes are no fault within a string.
+    /// Reads a text in UTF-8. Ill-formed bytes are no fault within a string. The value, or the error, shares the bytes:
+    /// those that a QByteArray has only borrowed must outlive it.
     static Result<JSONValue, JSONParseError> parse(const QByteArray& utf8);
 
     /// Reads a text, which is converted to UTF-8 once; a lone surrogate counts as U+FFFD.
@@ -36,7 +37,7 @@ private:
     const char* parseArray(const char* at);
     const char* parseString(const char* at);
     const char* skipStringRun(const char* at, UTF8BlockCheck& check) const;
-    const char* appendEscape(const char* at);
+    const char* parseEscape(const char* at);
     const char* parseUnicodeEscape(const char* at);
     const char* expectLiteral(const char* at, QLatin1StringView literal, Tag tag);
     const char* parseNumber(const char* at);

@@ -24,6 +24,7 @@ public:
     /// The value `null`.
     JSONValue() = default;
 
+    /// The value at this position of a parsed text.
     JSONValue(QExplicitlySharedDataPointer<const JSONDocument> document, qsizetype position)
         : m_document(std::move(document)), m_position(position) {}
 
