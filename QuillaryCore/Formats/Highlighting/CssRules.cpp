@@ -186,9 +186,9 @@ void scanCssFunctions(const ClassifiedText& text, SyntaxTokenKind kind, Pass& pa
     }
 }
 
-/// What the three selector rules share: `beginning` gives the end of what a match must begin with at a position of
-/// class `starts`, or the position itself; the match goes on with `continues`, and the next brace opens a block.
-/// Nothing that a match holds is a brace, so that the brace is looked for first and rules out all before it.
+/// What the three selector rules share: a match starts at a unit of class `starts`; `beginning` gives the end of what
+/// it must begin with, or the position itself, and `continuation` the end of the whole. The next brace opens a block.
+/// No match holds a brace, so that the brace is looked for first and rules out all starts before it.
 template <typename Beginning, typename Continuation>
 void scanCssSelectors(const ClassifiedText& text, Classes starts, SyntaxTokenKind kind, Pass& pass, Beginning beginning,
                       Continuation continuation) {
