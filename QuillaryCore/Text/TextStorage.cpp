@@ -6,8 +6,8 @@
 #include "QuillaryCore/Text/ValidReplacements.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
+#include <vector>
 
 namespace quillary {
 
@@ -23,7 +23,8 @@ public:
     ClusterIndex clusters;
     qint64 revision = 0;
     int openBrackets = 0;
-    std::optional<TextChange> pending;
+    std::vector<TextChange> steps;
+    bool isAnnouncing = false;
 };
 
 namespace {
@@ -137,28 +138,31 @@ void TextStorage::replaceAll(std::span<const TextReplacement> replacements) {
 
 void TextStorage::setText(QString text) {
     const TextChange change{0, length(), text.size()};
+    if (change.removedLength == 0 && change.insertedLength == 0) {
+        return;
+    }
     m_contents->pages.setText(std::move(text));
     m_contents->clusters.forgetFrom(0);
-    announce(change);
+    m_contents->steps.push_back(change);
+    countChange();
 }
 
 void TextStorage::replaceExactly(std::span<const TextReplacementView> replacements) {
     if (replacements.empty()) {
         return;
     }
-    const qsizetype oldLength = length();
-    const qsizetype start = replacements.front().range.location;
-    const qsizetype removed = replacements.back().range.end() - start;
-#ifndef QT_NO_DEBUG
+    std::vector<TextChange>& steps = m_contents->steps;
     qsizetype behind = 0;
+    qsizetype growth = 0;
     for (const auto& [range, text] : replacements) {
-        Q_ASSERT(isWithin(range, oldLength) && range.location >= behind);
+        Q_ASSERT(isWithin(range, length()) && range.location >= behind);
         behind = range.end();
+        steps.push_back({range.location + growth, range.length, text.size()});
+        growth += text.size() - range.length;
     }
-#endif
     m_contents->pages.replace(replacements);
-    m_contents->clusters.forgetFrom(start);
-    announce({start, removed, removed + length() - oldLength});
+    m_contents->clusters.forgetFrom(replacements.front().range.location);
+    countChange();
 }
 
 void TextStorage::beginEditing() {
@@ -167,23 +171,33 @@ void TextStorage::beginEditing() {
 
 void TextStorage::endEditing() {
     Q_ASSERT(m_contents->openBrackets > 0);
-    if (--m_contents->openBrackets == 0 && m_contents->pending) {
-        const TextChange change = *std::exchange(m_contents->pending, std::nullopt);
-        Q_EMIT changed(change);
+    if (--m_contents->openBrackets == 0 && !m_contents->steps.empty()) {
+        emitChanged();
     }
 }
 
-void TextStorage::announce(const TextChange& change) {
-    if (change.removedLength == 0 && change.insertedLength == 0) {
-        return;
-    }
+std::span<const TextChange> TextStorage::steps() const {
+    return m_contents->isAnnouncing ? std::span<const TextChange>(m_contents->steps) : std::span<const TextChange>();
+}
+
+void TextStorage::countChange() {
+    Q_ASSERT(!m_contents->isAnnouncing);
     ++m_contents->revision;
     if (m_contents->openBrackets == 0) {
-        Q_EMIT changed(change);
-    } else {
-        std::optional<TextChange>& pending = m_contents->pending;
-        pending = pending ? pending->followedBy(change) : change;
+        emitChanged();
     }
+}
+
+void TextStorage::emitChanged() {
+    const std::span<const TextChange> steps = m_contents->steps;
+    TextChange covering = steps.front();
+    for (const TextChange& step : steps.subspan(1)) {
+        covering = covering.followedBy(step);
+    }
+    m_contents->isAnnouncing = true;
+    Q_EMIT changed(covering);
+    m_contents->isAnnouncing = false;
+    m_contents->steps.clear();
 }
 
 } // namespace quillary

@@ -95,6 +95,10 @@ public:
     void beginEditing();
     void endEditing();
 
+    /// While `changed` is emitted, the single replacements that it covers, each placed in the text that those before it
+    /// gave: who follows them one by one loses nothing between them. Empty at any other time.
+    std::span<const TextChange> steps() const;
+
 Q_SIGNALS:
     /// After each change, or each bracket with changes. Listeners must not change the text from here.
     void changed(const quillary::TextChange& change);
@@ -105,7 +109,8 @@ private:
 
     /// What replace() and replaceAll() do, with the units as they come: undo brings back what was there.
     void replaceExactly(std::span<const TextReplacementView> replacements);
-    void announce(const TextChange& change);
+    void countChange();
+    void emitChanged();
 
     std::unique_ptr<Contents> m_contents;
 };

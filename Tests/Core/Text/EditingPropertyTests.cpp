@@ -21,8 +21,10 @@ namespace {
 class EditedText {
 public:
     EditedText(QString text, qsizetype pageUnits) : m_storage(text, pageUnits), m_history(m_storage), m_model{text} {
-        QObject::connect(&m_storage, &TextStorage::changed, &m_storage,
-                         [this](const TextChange& change) { m_changes.push_back(change); });
+        QObject::connect(&m_storage, &TextStorage::changed, &m_storage, [this](const TextChange& change) {
+            m_changes.push_back(change);
+            m_steps.assign(m_storage.steps().begin(), m_storage.steps().end());
+        });
     }
 
     qsizetype length() const { return m_model.text.size(); }
@@ -81,18 +83,24 @@ private:
         }
     }
 
-    /// What was announced since the last check must turn the text of then into that of now.
+    /// What was announced since the last check must turn the text of then into that of now, as one change and step by
+    /// step; the steps go from front to back, so that what they inserted stands in the text of now.
     void checkChange() {
         ASSERT_LE(m_changes.size(), 1U);
+        ASSERT_TRUE(m_storage.steps().empty());
         if (m_changes.empty()) {
             ASSERT_EQ(m_model.text, m_checked);
-        } else {
-            const TextChange change = m_changes.front();
-            QString text = m_checked;
-            text.replace(change.offset, change.removedLength, m_model.text.mid(change.offset, change.insertedLength));
-            ASSERT_EQ(text, m_model.text);
+        }
+        for (const std::vector<TextChange>& changes : {m_changes, m_steps}) {
+            PlainText text{m_checked};
+            for (const TextChange& change : changes) {
+                text.replace({change.offset, change.removedLength},
+                             QStringView(m_model.text).sliced(change.offset, change.insertedLength));
+            }
+            ASSERT_EQ(text.text, m_model.text);
         }
         m_changes.clear();
+        m_steps.clear();
         m_checked = m_model.text;
     }
 
@@ -144,6 +152,7 @@ private:
     std::vector<QString> m_past;
     std::vector<QString> m_future;
     std::vector<TextChange> m_changes;
+    std::vector<TextChange> m_steps;
     QString m_checked = m_model.text;
 };
 

@@ -283,6 +283,27 @@ TEST(TextStorage, AnnouncesABracketAsTheSmallestCoveringChange) {
     }
 }
 
+TEST(TextStorage, TellsTheStepsOfAChangeWhileItIsAnnounced) {
+    TextStorage storage(u"0123456789"_s);
+    std::vector<TextChange> steps;
+    QObject::connect(&storage, &TextStorage::changed, &storage,
+                     [&] { steps.assign(storage.steps().begin(), storage.steps().end()); });
+    storage.replace({3, 1}, u"abc");
+    EXPECT_THAT(steps, testing::ElementsAre(TextChange{3, 1, 3}));
+    EXPECT_TRUE(storage.steps().empty());
+    const TextReplacement replacements[] = {{{0, 1}, u""_s}, {{5, 0}, u"xy"_s}, {{7, 2}, u"z"_s}};
+    storage.replaceAll(replacements);
+    EXPECT_THAT(steps, testing::ElementsAre(TextChange{0, 1, 0}, TextChange{4, 0, 2}, TextChange{8, 2, 1}));
+    storage.beginEditing();
+    storage.replace({5, 1}, u"");
+    storage.replace({1, 0}, u"--");
+    EXPECT_TRUE(storage.steps().empty());
+    storage.endEditing();
+    EXPECT_THAT(steps, testing::ElementsAre(TextChange{5, 1, 0}, TextChange{1, 0, 2}));
+    storage.setText(u"altro"_s);
+    EXPECT_THAT(steps, testing::ElementsAre(TextChange{0, 13, 5}));
+}
+
 TEST(TextStorage, RaisesItsRevisionWithEachChange) {
     TextStorage storage(u"abc"_s);
     const qint64 first = storage.revision();

@@ -396,6 +396,15 @@ TEST_F(UndoManagerTest, DoesNotOutliveAChangeByOthers) {
     EXPECT_EQ(undoAll(), QStringList{u"x"_s});
 }
 
+TEST_F(UndoManagerTest, SurvivesBracketsOfTheStorage) {
+    setText(u"ab"_s);
+    storage.beginEditing();
+    history.replace({0, 1}, u"x", EditKind::other, {});
+    history.replace({1, 1}, u"y", EditKind::other, {});
+    storage.endEditing();
+    EXPECT_EQ(undoAll(), (QStringList{u"xb"_s, u"ab"_s}));
+}
+
 TEST_F(UndoManagerTest, TellsThatItsAnswersMayHaveChanged) {
     setText(u""_s);
     std::vector<std::pair<bool, bool>> answers;
