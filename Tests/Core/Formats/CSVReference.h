@@ -12,6 +12,17 @@ namespace quillary::CSVReference {
 
 using Rows = QList<QStringList>;
 
+/// The scalars of a text; a lone surrogate stands for itself.
+inline QList<char32_t> scalars(QStringView text) {
+    QList<char32_t> result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        result.append(isPair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : text[i].unicode());
+        i += isPair ? 1 : 0;
+    }
+    return result;
+}
+
 inline void endRow(QStringList& row, QString& field, Rows& rows) {
     row.append(field);
     field.clear();
@@ -22,15 +33,14 @@ inline void endRow(QStringList& row, QString& field, Rows& rows) {
 }
 
 inline Rows parse(QStringView text, char32_t delimiter) {
-    const QList<uint> scalars = text.toUcs4();
+    const QList<char32_t> units = scalars(text);
     Rows rows;
     QStringList row;
     QString field;
     bool inQuotes = false;
-    for (qsizetype i = 0; i < scalars.size(); ++i) {
-        const char32_t c = scalars[i];
-        const std::optional<char32_t> n =
-            i + 1 < scalars.size() ? std::optional<char32_t>(scalars[i + 1]) : std::nullopt;
+    for (qsizetype i = 0; i < units.size(); ++i) {
+        const char32_t c = units[i];
+        const std::optional<char32_t> n = i + 1 < units.size() ? std::optional<char32_t>(units[i + 1]) : std::nullopt;
         if (inQuotes) {
             if (c == U'"' && n == U'"') {
                 field.append(u'"');
@@ -83,7 +93,7 @@ inline QStringList firstTenLines(QStringView text) {
 inline qsizetype occurrences(char32_t scalar, const QString& line) {
     qsizetype count = 0;
     bool inQuotes = false;
-    for (const uint each : line.toUcs4()) {
+    for (const char32_t each : scalars(line)) {
         if (each == U'"') {
             inQuotes = !inQuotes;
         } else if (each == scalar && !inQuotes) {
