@@ -9,7 +9,8 @@ static_assert(static_cast<int>(MarkdownBlock::Kind::heading) == static_cast<int>
               static_cast<int>(MarkdownBlock::Kind::rule) == static_cast<int>(MarkdownTree::Kind::rule));
 
 std::optional<QStringView> MarkdownBlock::language() const {
-    return node().hasLanguage ? std::optional(m_tree->view(node().language)) : std::nullopt;
+    const QStringView name = m_tree->language(node());
+    return name.isNull() ? std::nullopt : std::optional(name);
 }
 
 MarkdownList MarkdownBlock::list() const {

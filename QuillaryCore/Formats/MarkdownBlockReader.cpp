@@ -7,8 +7,9 @@ namespace quillary {
 
 using namespace MarkdownLineForms;
 
-void MarkdownBlockReader::read(QStringView text) {
+void MarkdownBlockReader::read(QStringView text, bool mayHoldBar) {
     m_memo = {};
+    m_mayHoldBar = mayHoldBar;
     MarkdownLine line(text);
     if (line.isBlank()) {
         takeBlank(0, text);
@@ -121,7 +122,12 @@ std::size_t MarkdownBlockReader::lazyTarget(std::size_t depth, const MarkdownLin
 
 /// Whether the line begins something that no lazy line may be.
 bool MarkdownBlockReader::opensBlock(const MarkdownLine& line) {
-    return fence(line) || atxHeading(line) || isThematicBreak(line, m_memo) || isQuoteLine(line) || listMarker(line);
+    return mayOpenBlock(line) &&
+           (fence(line) || atxHeading(line) || isThematicBreak(line, m_memo) || isQuoteLine(line) || listMarker(line));
+}
+
+bool MarkdownBlockReader::holdsBar(const MarkdownLine& line) const {
+    return m_mayHoldBar && MarkdownCharacters::find(line.content(), u'|') >= 0;
 }
 
 /// Keeps the list of containers that end with blank lines. The line on its way down has passed all that are above

@@ -22,7 +22,8 @@ public:
     explicit MarkdownBlockReader(MarkdownTree& tree) : m_tree(tree), m_text(tree) {}
 
     /// The next line, without its end and with its leading tabs expanded.
-    void read(QStringView line);
+    /// `mayHoldBar` is false only if there is no "|" in it.
+    void read(QStringView line, bool mayHoldBar);
 
     /// Closes everything.
     void finish();
@@ -55,6 +56,7 @@ private:
     void commitBlanks(std::size_t depth);
     std::size_t lazyTarget(std::size_t depth, const MarkdownLine& line) const;
     bool opensBlock(const MarkdownLine& line);
+    bool holdsBar(const MarkdownLine& line) const;
     void setOpenEnd(std::size_t depth, bool isOpenEnded);
 
     // What begins and ends (MarkdownBlockReaderBlocks.cpp)
@@ -77,7 +79,9 @@ private:
 
     MarkdownTree& m_tree;
     MarkdownTextJoiner m_text;
+    // Of the line that is being read
     MarkdownLineForms::ThematicMemo m_memo;
+    bool m_mayHoldBar = false;
 
     std::vector<Container> m_open;
     /// The depths of the open items, ascending.
@@ -94,7 +98,8 @@ private:
     qsizetype m_fenceIndent = 0;
     /// Blank lines in indented code, which are part of it only if more code follows.
     qsizetype m_pendingBlanks = 0;
-    std::optional<MarkdownTree::Text> m_language;
+    /// Of the fence: its place among the languages, or -1.
+    int m_language = -1;
     std::size_t m_table = 0;
     std::vector<MarkdownTableRow::Cell> m_cells;
     std::vector<MarkdownTree::Alignment> m_alignments;

@@ -17,13 +17,18 @@ constexpr qsizetype codeIndent = 4;
 /// Reads a line where a block may begin, down to the text in it.
 void MarkdownBlockReader::begin(MarkdownLine line) {
     while (!line.isBlank()) {
+        if (!mayOpenBlock(line)) {
+            beginText(line);
+            return;
+        }
         if (const std::optional<Fence> opened = fence(line)) {
             m_leaf = Leaf::fence;
             m_fenceMarker = opened->marker;
             m_fenceLength = opened->length;
             m_fenceIndent = opened->indent;
             if (const std::optional<QStringView> name = language(opened->info)) {
-                m_language = m_text.store(*name);
+                m_language = static_cast<int>(m_tree.languages.size());
+                m_tree.languages.push_back(m_text.store(*name));
             }
             return;
         }
@@ -83,7 +88,7 @@ MarkdownLine MarkdownBlockReader::beginItem(std::size_t depth, const ListMarker&
 
 /// Begins a paragraph or indented code. A table begins like these, until its second line is seen.
 void MarkdownBlockReader::beginText(const MarkdownLine& line) {
-    m_mayBeHeader = MarkdownCharacters::find(line.content(), u'|') >= 0;
+    m_mayBeHeader = holdsBar(line);
     if (line.indent() < codeIndent) {
         m_leaf = Leaf::paragraph;
         m_text.add(MarkdownCharacters::trimmed(line.content()));
@@ -133,7 +138,7 @@ bool MarkdownBlockReader::goOnWithParagraph(const MarkdownLine& line) {
     if (opensBlock(line)) {
         return false;
     }
-    m_mayBeHeader = MarkdownCharacters::find(line.content(), u'|') >= 0;
+    m_mayBeHeader = holdsBar(line);
     m_text.add(MarkdownCharacters::trimmed(line.content()));
     return true;
 }
@@ -160,7 +165,7 @@ bool MarkdownBlockReader::goOnWithIndentedCode(const MarkdownLine& line) {
 }
 
 bool MarkdownBlockReader::goOnWithTable(const MarkdownLine& line) {
-    if (MarkdownCharacters::find(line.content(), u'|') < 0) {
+    if (!holdsBar(line)) {
         return false;
     }
     addRow(line.text());
@@ -242,8 +247,7 @@ void MarkdownBlockReader::endLeaf() {
     } else if (leaf == Leaf::fence || leaf == Leaf::indentedCode) {
         MarkdownTree::Node& node = addNode(Kind::code);
         node.text = m_text.take();
-        node.hasLanguage = m_language.has_value();
-        node.language = std::exchange(m_language, std::nullopt).value_or(MarkdownTree::Text());
+        node.number = std::exchange(m_language, -1);
         m_pendingBlanks = 0;
     }
 }

@@ -42,7 +42,7 @@ qsizetype find(QStringView text, char16_t unit, qsizetype position) {
     return position < text.size() ? position : -1;
 }
 
-qsizetype indentation(QStringView text) {
+qsizetype countIndentation(QStringView text) {
     qsizetype count = 0;
     while (count < text.size() && text[count] == u' ') {
         ++count;
@@ -50,7 +50,7 @@ qsizetype indentation(QStringView text) {
     return count > 0 && joinsNext(text, count - 1) ? count - 1 : count;
 }
 
-QStringView trimmed(QStringView text) {
+QStringView withoutOuterBlanks(QStringView text) {
     qsizetype first = 0;
     while (first < text.size() && isBlank(text[first])) {
         ++first;

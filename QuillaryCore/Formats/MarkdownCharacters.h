@@ -21,11 +21,21 @@ inline bool isAt(QStringView text, qsizetype position, char16_t unit) {
 /// Where the first character that is this ASCII unit stands, from `position` on; -1 if there is none.
 qsizetype find(QStringView text, char16_t unit, qsizetype position = 0);
 
+/// The number of leading spaces of a text that begins with one.
+qsizetype countIndentation(QStringView text);
+
 /// The number of leading spaces.
-qsizetype indentation(QStringView text);
+inline qsizetype indentation(QStringView text) {
+    return text.isEmpty() || text.front() != u' ' ? 0 : countIndentation(text);
+}
+
+/// Without the spaces and tabs at both ends, where there are some.
+QStringView withoutOuterBlanks(QStringView text);
 
 /// Without surrounding spaces and tabs.
-QStringView trimmed(QStringView text);
+inline QStringView trimmed(QStringView text) {
+    return text.isEmpty() || (!isBlank(text.front()) && !isBlank(text.back())) ? text : withoutOuterBlanks(text);
+}
 
 /// Whether there are only spaces and tabs.
 bool isBlank(QStringView text);

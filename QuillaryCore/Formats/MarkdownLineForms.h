@@ -9,6 +9,27 @@
 /// What a single line can be, each question for itself.
 namespace quillary::MarkdownLineForms {
 
+/// Whether the line's first character can begin anything but text. Nothing below holds for a line of which this is
+/// false, but for the lines that only go on with something: the closing fence and the underline.
+inline bool mayOpenBlock(const MarkdownLine& line) {
+    if (line.indent() == line.text().size()) {
+        return false;
+    }
+    switch (line.text()[line.indent()].unicode()) {
+    case u'`':
+    case u'~':
+    case u'#':
+    case u'>':
+    case u'-':
+    case u'*':
+    case u'_':
+    case u'+':
+        return true;
+    default:
+        return line.text()[line.indent()] >= u'0' && line.text()[line.indent()] <= u'9';
+    }
+}
+
 /// The opening line of a fenced code block.
 struct Fence {
     char16_t marker = u'`';

@@ -15,32 +15,37 @@ public:
     LineReader(const QString& text, MarkdownBlockReader& blocks) : m_text(text), m_blocks(blocks) {}
 
     void readAll() {
-        const UnitMask<2> lineEnds(u'\n', u'\r');
+        const UnitMask<3> marks(u'\n', u'\r', u'|');
         const char16_t* units = m_text.utf16();
         qsizetype start = 0;
-        for (qsizetype block = 0; block < m_text.size(); block += lineEnds.blockSize) {
-            quint64 mask = lineEnds(units + block, m_text.size() - block);
+        bool hasBar = false;
+        for (qsizetype block = 0; block < m_text.size(); block += marks.blockSize) {
+            quint64 mask = marks(units + block, m_text.size() - block);
             for (; mask != 0; mask &= mask - 1) {
                 const qsizetype end = block + std::countr_zero(mask);
-                // The line feed of a pair was read with its carriage return.
-                if (end >= start) {
-                    read(m_text.sliced(start, end - start));
-                    start = end + (m_text.sliced(end).startsWith(u"\r\n") ? 2 : 1);
+                if (units[end] == u'|') {
+                    hasBar = true;
+                } else if (end >= start) {
+                    // The line feed of a pair goes with its carriage return, and is passed over when it comes.
+                    read(m_text.sliced(start, end - start), hasBar);
+                    hasBar = false;
+                    const bool isPair = units[end] == u'\r' && end + 1 < m_text.size() && units[end + 1] == u'\n';
+                    start = end + (isPair ? 2 : 1);
                 }
             }
         }
-        read(m_text.sliced(start));
+        read(m_text.sliced(start), hasBar);
     }
 
 private:
-    void read(QStringView line) {
+    void read(QStringView line, bool hasBar) {
         qsizetype end = 0;
         bool hasTabs = false;
         while (end < line.size() && MarkdownCharacters::isBlank(line[end])) {
             hasTabs |= line[end] == u'\t';
             ++end;
         }
-        m_blocks.read(hasTabs ? expanded(line, end) : line);
+        m_blocks.read(hasTabs ? expanded(line, end) : line, hasBar);
     }
 
     /// The line with the whitespace before `end` made of spaces. A space that carries a mark ends that whitespace.
@@ -67,6 +72,8 @@ private:
 MarkdownBlocks parse(const QString& text) {
     const auto tree = std::make_shared<MarkdownTree>();
     tree->source = text;
+    // Room for the usual density; what isn't written to is never given by the system.
+    tree->nodes.reserve(static_cast<std::size_t>(text.size() / 32 + 8));
     MarkdownBlockReader blocks(*tree);
     LineReader(text, blocks).readAll();
     blocks.finish();

@@ -26,9 +26,13 @@ bool MarkdownTree::areEqual(const MarkdownTree& a, std::size_t firstOfA, std::si
     for (std::size_t i = 0; i < endOfA - firstOfA; ++i) {
         const Node& x = a.nodes[firstOfA + i];
         const Node& y = b.nodes[firstOfB + i];
-        if (x.kind != y.kind || x.check != y.check || x.isOrdered != y.isOrdered || x.hasLanguage != y.hasLanguage ||
-            x.number != y.number || x.end - firstOfA != y.end - firstOfB || a.view(x.text) != b.view(y.text) ||
-            a.view(x.language) != b.view(y.language) || !haveEqualCells(a, x, b, y)) {
+        if (x.kind != y.kind) {
+            return false;
+        }
+        // A language is never empty, so that a null view is no language.
+        const bool haveEqualNumbers = x.kind == Kind::code ? a.language(x) == b.language(y) : x.number == y.number;
+        if (x.check != y.check || x.isOrdered != y.isOrdered || !haveEqualNumbers ||
+            x.end - firstOfA != y.end - firstOfB || a.view(x.text) != b.view(y.text) || !haveEqualCells(a, x, b, y)) {
             return false;
         }
     }

@@ -28,15 +28,13 @@ struct MarkdownTree {
         Check check = Check::none;
         /// Of a list.
         bool isOrdered = false;
-        /// Of a code block.
-        bool hasLanguage = false;
-        /// The level of a heading, the first number of a list, the columns of a table.
+        /// The level of a heading, the first number of a list, the columns of a table; of a code block its place among
+        /// the languages, or -1.
         int number = 0;
         /// The index of the first node that isn't in this one.
         std::size_t end = 0;
         /// Of a heading, a paragraph and a code block.
         Text text;
-        Text language;
         /// Of a table: its cells row by row, the header first. The alignments of the header's cells are the columns'.
         std::size_t firstCell = 0;
         std::size_t endOfCells = 0;
@@ -52,6 +50,11 @@ struct MarkdownTree {
                                : QStringView(joined).sliced(~text.start, text.length);
     }
 
+    /// The language of a code block; a null view if it names none.
+    QStringView language(const Node& code) const {
+        return code.number < 0 ? QStringView() : view(languages[static_cast<std::size_t>(code.number)]);
+    }
+
     /// Whether the nodes of two stretches say the same.
     static bool areEqual(const MarkdownTree& a, std::size_t firstOfA, std::size_t endOfA, const MarkdownTree& b,
                          std::size_t firstOfB, std::size_t endOfB);
@@ -61,6 +64,7 @@ struct MarkdownTree {
     QString joined;
     std::vector<Node> nodes;
     std::vector<Cell> cells;
+    std::vector<Text> languages;
 };
 
 } // namespace quillary
