@@ -33,8 +33,9 @@ std::vector<QueryCharacter> charactersOf(QStringView query) {
     return characters;
 }
 
-bool isStarter(char32_t character) {
-    return u_getCombiningClass(static_cast<UChar32>(character)) == 0;
+/// Whether a character is one that canonical order may move past others.
+bool isMark(char32_t character) {
+    return u_getCombiningClass(static_cast<UChar32>(character)) != 0;
 }
 
 char16_t leadUnit(char32_t character) {
@@ -50,10 +51,6 @@ bool mayCover(QStringView form, QStringView query, const QueryCharacter& charact
         }
     }
     return false;
-}
-
-bool isMark(char32_t character) {
-    return !isStarter(character);
 }
 
 /// What a query consists of.
