@@ -139,18 +139,19 @@ bool scan(QStringView text, qsizetype reach, LanesAt lanesAt, Accept accept) {
 template <typename Work>
 bool withPatterns(std::span<const MaskedUnit> units, Work work) {
     using Pattern = Lanes::Pattern;
-    switch (units.size()) {
-    case 0:
+    if (units.empty()) {
         return work();
-    case 1:
-        return work(Pattern(units[0]));
-    case 2:
-        return work(Pattern(units[0]), Pattern(units[1]));
-    case 3:
-        return work(Pattern(units[0]), Pattern(units[1]), Pattern(units[2]));
-    default:
-        return work(Pattern(units[0]), Pattern(units[1]), Pattern(units[2]), Pattern(units[3]));
     }
+    if (units.size() == 1) {
+        return work(Pattern(units[0]));
+    }
+    if (units.size() == 2) {
+        return work(Pattern(units[0]), Pattern(units[1]));
+    }
+    if (units.size() == 3) {
+        return work(Pattern(units[0]), Pattern(units[1]), Pattern(units[2]));
+    }
+    return work(Pattern(units[0]), Pattern(units[1]), Pattern(units[2]), Pattern(units[3]));
 }
 
 } // namespace unit_scan

@@ -1,5 +1,7 @@
 #include "QuillaryCore/Notes/NoteFileInfo.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,7 @@
 #include "QuillaryCore/Notes/NoteFormat.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 namespace {
@@ -8,35 +10,35 @@ using namespace Qt::StringLiterals;
 
 struct FormatRow {
     NoteFormat format;
+    bool supportsPreview;
     QString rawValue;
     QString fileExtension;
     QStringList extensions;
     QString displayName;
     QString badge;
-    bool supportsPreview;
 };
 
 const FormatRow formatRows[] = {
-    {NoteFormat::plain, u"plain"_s, u"txt"_s, {u"txt"_s, u"rtf"_s, u""_s}, u"Testo"_s, u"TXT"_s, false},
+    {NoteFormat::plain, false, u"plain"_s, u"txt"_s, {u"txt"_s, u"rtf"_s, u""_s}, u"Testo"_s, u"TXT"_s},
     {NoteFormat::markdown,
+     true,
      u"markdown"_s,
      u"md"_s,
      {u"md"_s, u"markdown"_s, u"mdown"_s, u"mkd"_s},
      u"Markdown"_s,
-     u"MD"_s,
-     true},
-    {NoteFormat::json, u"json"_s, u"json"_s, {u"json"_s, u"geojson"_s}, u"JSON"_s, u"JSON"_s, true},
-    {NoteFormat::csv, u"csv"_s, u"csv"_s, {u"csv"_s, u"tsv"_s}, u"CSV"_s, u"CSV"_s, true},
-    {NoteFormat::html, u"html"_s, u"html"_s, {u"html"_s, u"htm"_s, u"xhtml"_s}, u"HTML"_s, u"HTML"_s, false},
-    {NoteFormat::css, u"css"_s, u"css"_s, {u"css"_s}, u"CSS"_s, u"CSS"_s, false},
+     u"MD"_s},
+    {NoteFormat::json, true, u"json"_s, u"json"_s, {u"json"_s, u"geojson"_s}, u"JSON"_s, u"JSON"_s},
+    {NoteFormat::csv, true, u"csv"_s, u"csv"_s, {u"csv"_s, u"tsv"_s}, u"CSV"_s, u"CSV"_s},
+    {NoteFormat::html, false, u"html"_s, u"html"_s, {u"html"_s, u"htm"_s, u"xhtml"_s}, u"HTML"_s, u"HTML"_s},
+    {NoteFormat::css, false, u"css"_s, u"css"_s, {u"css"_s}, u"CSS"_s, u"CSS"_s},
     {NoteFormat::javascript,
+     false,
      u"javascript"_s,
      u"js"_s,
      {u"js"_s, u"mjs"_s, u"cjs"_s, u"jsx"_s},
      u"JavaScript"_s,
-     u"JS"_s,
-     false},
-    {NoteFormat::php, u"php"_s, u"php"_s, {u"php"_s, u"phtml"_s}, u"PHP"_s, u"PHP"_s, false},
+     u"JS"_s},
+    {NoteFormat::php, false, u"php"_s, u"php"_s, {u"php"_s, u"phtml"_s}, u"PHP"_s, u"PHP"_s},
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "QuillaryCore/Notes/NoteSnippet.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

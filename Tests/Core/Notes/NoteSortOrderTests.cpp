@@ -4,6 +4,9 @@
 
 #include <QList>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 namespace {
@@ -93,6 +96,7 @@ TEST(NoteSortOrder, ItemsThatTieInEverythingKeepTheirOrder) {
     };
 
     std::vector<Item> items;
+    items.reserve(100);
     for (int i = 0; i < 100; ++i) {
         items.push_back({i % 3 == 0 ? u"b"_s : u"a"_s, i});
     }
@@ -125,6 +129,7 @@ TEST(NoteSortOrder, AsksForEachKeyOnce) {
 
 TEST(NoteSortOrder, SortsAsItCompares) {
     std::vector<NoteSortKey> keys;
+    keys.reserve(300);
     for (int i = 0; i < 300; ++i) {
         keys.push_back({u"Nota %1"_s.arg(i * 7 % 90), at(i * 11 % 13), at(i * 5 % 17)});
     }

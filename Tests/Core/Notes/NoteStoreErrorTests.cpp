@@ -1,5 +1,7 @@
 #include "QuillaryCore/Notes/NoteStoreError.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 namespace {

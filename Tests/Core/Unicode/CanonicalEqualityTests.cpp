@@ -1,5 +1,7 @@
 #include "QuillaryCore/Unicode/CanonicalEquality.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 namespace {

@@ -2,6 +2,9 @@
 
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
+#include <gtest/gtest.h>
+
+#include <compare>
 #include <random>
 
 namespace quillary {
@@ -16,7 +19,7 @@ int sign(int value) {
 
 int keyOrder(QStringView a, QStringView b, const QString& locale) {
     const auto order = CollationKey(a, locale) <=> CollationKey(b, locale);
-    return order < 0 ? -1 : order > 0 ? 1 : 0;
+    return std::is_lt(order) ? -1 : std::is_gt(order) ? 1 : 0;
 }
 
 } // namespace

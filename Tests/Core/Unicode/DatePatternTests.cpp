@@ -2,6 +2,9 @@
 
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <thread>
 
 namespace quillary {

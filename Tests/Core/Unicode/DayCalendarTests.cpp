@@ -2,6 +2,8 @@
 
 #include <QTimeZone>
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 namespace {

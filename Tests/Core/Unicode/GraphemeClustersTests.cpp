@@ -1,5 +1,6 @@
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
+#include <gtest/gtest.h>
 #include <unicode/brkiter.h>
 
 #include <random>

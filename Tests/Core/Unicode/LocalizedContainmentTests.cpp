@@ -2,6 +2,8 @@
 
 #include "Tests/Core/Unicode/ContainmentReference.h"
 
+#include <gtest/gtest.h>
+
 #include <random>
 
 namespace quillary {
