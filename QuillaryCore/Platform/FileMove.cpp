@@ -24,29 +24,6 @@ Status<SystemError> statusOfCall(int result) {
     return Done();
 }
 
-/// Both spellings lead to one file, so the destination is never free; by way of a third name it is. That one can be
-/// seen and keeps the extension: should the program end there, the note isn't lost.
-Status<SystemError> changeCase(const FilePath& source, const FilePath& destination) {
-    const QString extension = source.extension();
-    const QString third = u"quillary-"_s + QString::number(QRandomGenerator::global()->generate64(), 36) +
-                          (extension.isEmpty() ? QString() : u'.' + extension);
-    const FilePath between = source.parent().appending(third);
-    const auto rename = [](const FilePath& from, const FilePath& to) {
-        return renameWithoutReplacing(AT_FDCWD, from.bytes().constData(), AT_FDCWD, to.bytes().constData());
-    };
-    if (const auto moved = rename(source, between); !moved) {
-        return moved;
-    }
-    const auto moved = rename(between, destination);
-    if (!moved) {
-        // Taken by a hard link of that name, or by another program meanwhile.
-        if (const auto back = rename(between, source); !back) {
-            return back;
-        }
-    }
-    return moved;
-}
-
 bool differInCaseOnly(const FilePath& source, const FilePath& destination) {
     return source.parent() == destination.parent() &&
            source.fileName().compare(destination.fileName(), Qt::CaseInsensitive) == 0;
@@ -106,6 +83,27 @@ Status<SystemError> renameWithoutReplacing(int sourceDirectory, const char* sour
     return cannotLink ? renameOntoClaim(sourceDirectory, source, destinationDirectory, destination) : linked;
 }
 
+Status<SystemError> renameByWayOfThirdName(const FilePath& source, const FilePath& destination) {
+    const QString extension = source.extension();
+    const QString third = u"quillary-"_s + QString::number(QRandomGenerator::global()->generate64(), 36) +
+                          (extension.isEmpty() ? QString() : u'.' + extension);
+    const FilePath between = source.parent().appending(third);
+    const auto rename = [](const FilePath& from, const FilePath& to) {
+        return renameWithoutReplacing(AT_FDCWD, from.bytes().constData(), AT_FDCWD, to.bytes().constData());
+    };
+    if (const auto moved = rename(source, between); !moved) {
+        return moved;
+    }
+    const auto moved = rename(between, destination);
+    if (!moved) {
+        // Taken by a hard link of that name, or by another program meanwhile.
+        if (const auto back = rename(between, source); !back) {
+            return back;
+        }
+    }
+    return moved;
+}
+
 Status<SystemError> moveFile(const FilePath& source, const FilePath& destination) {
     const auto renamed =
         renameWithoutReplacing(AT_FDCWD, source.bytes().constData(), AT_FDCWD, destination.bytes().constData());
@@ -115,7 +113,7 @@ Status<SystemError> moveFile(const FilePath& source, const FilePath& destination
     if (renamed.error().code == EEXIST && differInCaseOnly(source, destination)) {
         const auto from = fileStatus(source);
         const auto to = fileStatus(destination);
-        return from && to && from->isSameFile(*to) ? changeCase(source, destination) : renamed;
+        return from && to && from->isSameFile(*to) ? renameByWayOfThirdName(source, destination) : renamed;
     }
     if (renamed.error().code == EXDEV) {
         const auto status = fileStatus(source);

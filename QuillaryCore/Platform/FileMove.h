@@ -22,4 +22,9 @@ Status<SystemError> renameByLinking(int sourceDirectory, const char* source, int
 Status<SystemError> renameOntoClaim(int sourceDirectory, const char* source, int destinationDirectory,
                                     const char* destination);
 
+/// How a change of letter case is carried out where both spellings lead to one file, so that the destination is never
+/// free: by way of a third name. That one can be seen and keeps the extension, so that the file isn't lost should the
+/// program end there. If the destination is taken after all, the file keeps its name and the failure is EEXIST.
+Status<SystemError> renameByWayOfThirdName(const FilePath& source, const FilePath& destination);
+
 } // namespace quillary

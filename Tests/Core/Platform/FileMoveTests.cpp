@@ -117,6 +117,23 @@ TEST(FileMove, ChangesTheCaseOfANameThatIsFree) {
     EXPECT_EQ(directory.names(), QList<QByteArray>{"nota.md"});
 }
 
+TEST(FileMove, GoesByWayOfAThirdNameWhereBothSpellingsAreOne) {
+    const TestDirectory directory;
+    const FilePath file = directory.write("Nota.md", "text");
+    ASSERT_TRUE(renameByWayOfThirdName(file, directory.path("nota.md")));
+    EXPECT_EQ(directory.names(), QList<QByteArray>{"nota.md"});
+    directory.makeDirectory("Lavoro");
+    ASSERT_TRUE(renameByWayOfThirdName(directory.path("Lavoro"), directory.path("lavoro")));
+    EXPECT_EQ(directory.names(), (QList<QByteArray>{"lavoro", "nota.md"}));
+
+    directory.write("taken.md", "taken");
+    EXPECT_EQ(renameByWayOfThirdName(directory.path("nota.md"), directory.path("taken.md")).error().code, EEXIST);
+    EXPECT_EQ(renameByWayOfThirdName(directory.path("absent.md"), directory.path("a.md")).error().code, ENOENT);
+    EXPECT_EQ(directory.names(), (QList<QByteArray>{"lavoro", "nota.md", "taken.md"}));
+    EXPECT_EQ(directory.read("nota.md"), "text");
+    EXPECT_EQ(directory.read("taken.md"), "taken");
+}
+
 TEST(FileMove, LeavesBothNamesOfAFileThatHasThem) {
     // As on a file system that takes both spellings for one name both lead to one file, but here each is a name.
     const TestDirectory directory;
