@@ -19,6 +19,13 @@ NoteID nextNoteID() {
 
 } // namespace
 
+bool NoteItem::isLater(Moment date, Moment other) {
+    constexpr quint64 tolerance = 1'000'000;
+    // The difference to the distant past is greater than a signed number holds.
+    return date > other &&
+           quint64(date.time_since_epoch().count()) - quint64(other.time_since_epoch().count()) > tolerance;
+}
+
 NoteItem::NoteItem(const NoteFileInfo& info)
     : knownModificationDate(info.modified),
       m_id(nextNoteID()),

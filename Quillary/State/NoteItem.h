@@ -51,6 +51,9 @@ public:
     /// The length of snippets, in characters.
     static constexpr qsizetype snippetLength = 100;
 
+    /// Whether one date of a file is later than another by more than file systems round, which is a millisecond.
+    static bool isLater(Moment date, Moment other);
+
     explicit NoteItem(const NoteFileInfo& info);
     ~NoteItem();
     NoteItem(const NoteItem&) = delete;

@@ -16,7 +16,7 @@ NotesStore::NotesStore(AppSettings* settings, QObject* parent)
       m_settings(settings),
       m_fileStore(settings->notesDirectory()),
       m_refreshTask(250ms, [this] { refreshFromDisk(); }),
-      m_preloader([this](TextPreloader::Text text) { attachPreloaded(std::move(text)); }) {
+      m_preloader([this](const TextPreloader::Text& text) { attachPreloaded(text); }) {
     connect(settings, &AppSettings::sortOrderChanged, this, &NotesStore::resort);
     loadAll();
 }

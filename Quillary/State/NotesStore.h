@@ -296,7 +296,7 @@ private:
     void selectionDidChange(std::optional<NoteID> previous);
     void attach(const QString& text, const QString& snippet, NoteItem& item);
     void preloadDocuments();
-    void attachPreloaded(TextPreloader::Text text);
+    void attachPreloaded(const TextPreloader::Text& text);
     void insert(const NoteItemPtr& item);
     void remove(const QList<NoteItemPtr>& items);
     QList<NoteItemPtr> manuallySorted(const QList<NoteItemPtr>& items) const;

@@ -10,18 +10,6 @@
 
 namespace quillary {
 
-namespace {
-
-/// Whether a file is newer than what is known of it, by more than file systems round.
-bool isLater(Moment date, Moment known) {
-    constexpr quint64 tolerance = 1'000'000;
-    // The difference to the distant past is greater than a signed number holds.
-    return date > known &&
-           quint64(date.time_since_epoch().count()) - quint64(known.time_since_epoch().count()) > tolerance;
-}
-
-} // namespace
-
 void NotesStore::rebuildWatchers() {
     std::vector<std::unique_ptr<DirectoryWatcher>> watchers;
     const auto watch = [&](const FilePath& directory) {
@@ -130,7 +118,7 @@ void NotesStore::syncFolders(const QStringList& names) {
 
 void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info) {
     item.setCreated(info.created);
-    if (!isLater(info.modified, item.knownModificationDate) || item.isDirty()) {
+    if (!NoteItem::isLater(info.modified, item.knownModificationDate) || item.isDirty()) {
         return;
     }
     item.knownModificationDate = info.modified;

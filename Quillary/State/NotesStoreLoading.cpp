@@ -33,6 +33,7 @@ void NotesStore::loadAll() {
     m_isLoaded = read.hasValue();
     if (!read) {
         assign(m_folders, {}, &NotesStore::foldersChanged);
+        assign(m_collapsedFolders, {}, &NotesStore::collapsedFoldersChanged);
         assignNotes({});
         fail(tr("Impossibile leggere la cartella «%1»").arg(FilePath::displayText(m_fileStore.directory().text())),
              read.error());
@@ -125,19 +126,22 @@ void NotesStore::preloadDocuments() {
         }
     }
     const auto read = [store = m_fileStore](const FilePath& url) -> std::optional<TextPreloader::Text> {
+        const auto info = store.info(url);
         const auto text = store.read(url);
-        if (!text) {
+        if (!info || !text) {
             return std::nullopt;
         }
-        return TextPreloader::Text{url, *text, NoteSnippet::make(*text, NoteItem::snippetLength)};
+        return TextPreloader::Text{url, *text, NoteSnippet::make(*text, NoteItem::snippetLength), info->modified};
     };
     m_preloader.start(read, std::move(urls));
 }
 
-/// Takes a text from the background, unless its note has gone, was opened already or has another name by now.
-void NotesStore::attachPreloaded(TextPreloader::Text text) {
-    const NoteItemPtr note = m_preloading.take(text.url).lock();
-    if (note && note->url() == text.url && !note->document()) {
+/// Takes a text from the background, unless its note has gone, was opened already or has another name by now, or the
+/// file was found changed since it was read; then it is on its way once more.
+void NotesStore::attachPreloaded(const TextPreloader::Text& text) {
+    const NoteItemPtr note = m_preloading.value(text.url).lock();
+    if (note && note->url() == text.url && !note->document() &&
+        !NoteItem::isLater(note->knownModificationDate, text.modified)) {
         attach(text.text, text.snippet, *note);
     }
 }

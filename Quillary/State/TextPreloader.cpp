@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include <system_error>
 #include <utility>
 
 namespace quillary {
@@ -29,16 +30,18 @@ TextPreloader::~TextPreloader() {
 void TextPreloader::start(Read read, QList<FilePath> urls) {
     {
         const std::lock_guard lock(m_mutex);
-        ++m_request;
         m_read = std::move(read);
         m_urls.assign(urls.cbegin(), urls.cend());
-        m_texts.clear();
     }
     if (urls.isEmpty()) {
         return;
     }
     if (!m_thread.joinable()) {
-        m_thread = std::thread([this] { readAll(); });
+        try {
+            m_thread = std::thread([this] { readAll(); });
+        } catch (const std::system_error&) {
+            // The system gives no thread; the next request asks again, and texts are read when they are needed.
+        }
     }
     m_wake.notify_one();
 }
@@ -52,7 +55,6 @@ void TextPreloader::readAll() {
         if (m_isEnding) {
             return;
         }
-        const quint64 request = m_request;
         const Read read = m_read;
         const FilePath url = std::move(m_urls.front());
         m_urls.pop_front();
@@ -61,7 +63,7 @@ void TextPreloader::readAll() {
         std::optional<Text> text = read(url);
         lock.lock();
 
-        if (text && request == m_request) {
+        if (text) {
             m_texts.push_back(*std::move(text));
             if (!std::exchange(m_isDeliveryAsked, true)) {
                 // An event and not a call with arguments: what is handed over stays behind the lock.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QuillaryCore/Notes/Moment.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
 #include <QList>
@@ -21,11 +22,12 @@ namespace quillary {
 /// the thread that made it: in batches that give the event loop a turn before they become noticeable.
 class TextPreloader : public QObject {
 public:
-    /// A file's text, with what is made of it on the way.
+    /// A file's text, the file's modification date from before it was read, and what is made of the text on the way.
     struct Text {
         FilePath url;
         QString text;
         QString snippet;
+        Moment modified = distantPast;
     };
 
     /// Reads one file, on the background thread; nothing for a file that can't be read, which is then passed over.
@@ -43,8 +45,8 @@ public:
     /// Waits for the file that is being read, and for no other.
     ~TextPreloader() override;
 
-    /// Reads these files, in this order, in the place of what was asked for before: nothing of that is delivered any
-    /// more, since its files may have changed since they were read.
+    /// Reads these files, in this order, in the place of those that are left of the last request. What was read of
+    /// that is still delivered, so that requests in quick succession get on; its dates tell whether it still holds.
     void start(Read read, QList<FilePath> urls);
 
 private:
@@ -64,7 +66,6 @@ private:
     Read m_read;
     std::deque<FilePath> m_urls;
     std::deque<Text> m_texts;
-    quint64 m_request = 0;
     bool m_isDeliveryAsked = false;
     bool m_isEnding = false;
 };

@@ -107,6 +107,7 @@ TEST_F(NotesStoreLoading, AFailureAfterASuccessEmptiesEverything) {
     directory.makeFolder(u"Casa"_s);
     directory.write(u"a.md"_s);
     openStore();
+    store->toggleCollapsed(u"Casa"_s);
     ASSERT_TRUE(store->selectedID());
     directory.remove(u""_s);
     QFile blocker(directory.path().text());
@@ -116,6 +117,7 @@ TEST_F(NotesStoreLoading, AFailureAfterASuccessEmptiesEverything) {
 
     EXPECT_TRUE(store->notes().isEmpty());
     EXPECT_TRUE(store->folders().isEmpty());
+    EXPECT_TRUE(store->collapsedFolders().isEmpty());
     EXPECT_EQ(store->selectedID(), std::nullopt);
     EXPECT_TRUE(store->errorMessage());
 }

@@ -25,7 +25,7 @@ QList<FilePath> paths(int count) {
 }
 
 std::optional<TextPreloader::Text> nameAsText(const FilePath& url) {
-    return TextPreloader::Text{url, url.fileName(), {}};
+    return TextPreloader::Text{url, url.fileName(), {}, distantPast};
 }
 
 } // namespace
@@ -33,7 +33,7 @@ std::optional<TextPreloader::Text> nameAsText(const FilePath& url) {
 TEST(TextPreloader, DeliversInOrderOnTheThreadThatMadeIt) {
     QStringList texts;
     QThread* const mainThread = QThread::currentThread();
-    TextPreloader preloader([&](TextPreloader::Text text) {
+    TextPreloader preloader([&](const TextPreloader::Text& text) {
         EXPECT_EQ(QThread::currentThread(), mainThread);
         texts.append(text.text);
     });
@@ -71,7 +71,7 @@ TEST(TextPreloader, ReadsOnAnotherThreadAndOneFileAtATime) {
 
 TEST(TextPreloader, PassesOverWhatCanNotBeRead) {
     QStringList texts;
-    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
+    TextPreloader preloader([&](const TextPreloader::Text& text) { texts.append(text.text); });
 
     preloader.start([](const FilePath& url) { return url.fileName() == u"1"_s ? std::nullopt : nameAsText(url); },
                     paths(3));
@@ -118,63 +118,52 @@ TEST(TextPreloader, YieldsToTheEventLoopWhenABatchHasUsedItsTime) {
     EXPECT_GE(turns, 300 / (TextPreloader::batchBudget / 1ms) - 1);
 }
 
-TEST(TextPreloader, ANewRequestTakesThePlaceOfTheOldOne) {
+TEST(TextPreloader, ANewRequestTakesThePlaceOfWhatIsLeftOfTheOldOne) {
     std::counting_semaphore<> mayRead(0);
-    std::binary_semaphore isReading(0);
-    QStringList texts;
-    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
-    preloader.start(
-        [&](const FilePath& url) {
-            isReading.release();
-            mayRead.acquire();
-            auto text = nameAsText(url);
-            text->text = u"alt"_s;
-            return text;
-        },
-        paths(10));
-    isReading.acquire();
-
-    preloader.start(nameAsText, paths(2));
-    mayRead.release(10);
-    ASSERT_TRUE(waitUntil([&] { return texts.contains(u"1"_s); }));
-
-    EXPECT_EQ(texts, QStringList({u"0"_s, u"1"_s}));
-}
-
-TEST(TextPreloader, ANewRequestDropsWhatWasReadAndNotYetDelivered) {
     std::binary_semaphore secondIsBeingRead(0);
-    std::binary_semaphore mayEnd(0);
     QStringList texts;
-    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
+    TextPreloader preloader([&](const TextPreloader::Text& text) { texts.append(text.text); });
     preloader.start(
         [&](const FilePath& url) {
             if (url.fileName() == u"1"_s) {
                 secondIsBeingRead.release();
-                mayEnd.acquire();
             }
+            mayRead.acquire();
             auto text = nameAsText(url);
-            text->text = u"alt"_s;
+            text->text += u" prima"_s;
             return text;
         },
-        paths(2));
+        paths(10));
+    mayRead.release();
     secondIsBeingRead.acquire();
 
-    preloader.start(nameAsText, paths(1));
-    mayEnd.release();
-    ASSERT_TRUE(waitUntil([&] { return !texts.isEmpty(); }));
+    preloader.start(nameAsText, paths(3));
+    mayRead.release(10);
+    ASSERT_TRUE(waitUntil([&] { return texts.contains(u"2"_s); }));
 
-    EXPECT_EQ(texts, QStringList(u"0"_s));
+    // What was read before and the file that was being read, then the new request and nothing else of the old one.
+    EXPECT_EQ(texts, QStringList({u"0 prima"_s, u"1 prima"_s, u"0"_s, u"1"_s, u"2"_s}));
 }
 
 TEST(TextPreloader, AnEmptyRequestEndsTheOldOne) {
+    std::counting_semaphore<> mayRead(0);
+    std::binary_semaphore isReading(0);
     QStringList texts;
-    TextPreloader preloader([&](TextPreloader::Text text) { texts.append(text.text); });
-    preloader.start(nameAsText, paths(10));
+    TextPreloader preloader([&](const TextPreloader::Text& text) { texts.append(text.text); });
+    preloader.start(
+        [&](const FilePath& url) {
+            isReading.release();
+            mayRead.acquire();
+            return nameAsText(url);
+        },
+        paths(10));
+    isReading.acquire();
 
     preloader.start(nameAsText, {});
+    mayRead.release(10);
     runEventLoop(30ms);
 
-    EXPECT_TRUE(texts.isEmpty());
+    EXPECT_EQ(texts, QStringList(u"0"_s));
 }
 
 TEST(TextPreloader, EndsInTheMiddleOfItsWork) {
