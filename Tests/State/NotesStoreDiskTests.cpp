@@ -4,9 +4,9 @@
 #include "Tests/State/NotesStoreTest.h"
 #include "Tests/State/Waiting.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <thread>
 #include <unistd.h>
 
 namespace quillary::test {
@@ -54,20 +54,27 @@ TEST_F(NotesStoreDisk, AFileMadeOutsideIsListedAfterTheQuietTimeAndGetsItsText) 
 
 TEST_F(NotesStoreDisk, ABurstOfChangesLeadsToOneRefreshAfterTheLast) {
     openStore();
-    const SignalCount changes(store, &NotesStore::notesChanged);
-    std::chrono::steady_clock::time_point last;
+    int refreshes = 0;
+    auto last = std::chrono::steady_clock::now();
+    auto longestPause = std::chrono::steady_clock::duration::zero();
+    QObject::connect(store.get(), &NotesStore::notesChanged, store.get(), [&] {
+        ++refreshes;
+        EXPECT_GE(std::chrono::steady_clock::now() - last, 250ms);
+    });
     for (int i = 0; i < 10; ++i) {
         directory.write(u"%1.md"_s.arg(i));
-        last = std::chrono::steady_clock::now();
+        const auto time = std::chrono::steady_clock::now();
+        longestPause = std::max(longestPause, time - last);
+        last = time;
         runEventLoop(15ms);
     }
 
-    ASSERT_TRUE(waitUntil([this] { return !store->notes().isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return store->notes().size() == 10; }));
 
-    EXPECT_GE(std::chrono::steady_clock::now() - last, 250ms);
-    EXPECT_EQ(store->notes().size(), 10);
-    runEventLoop(350ms);
-    EXPECT_EQ(changes.count(), 1);
+    // Unless the machine was so busy that the burst was none.
+    if (longestPause < 200ms) {
+        EXPECT_EQ(refreshes, 1);
+    }
 }
 
 TEST_F(NotesStoreDisk, ARewriteInPlaceIsSeen) {
@@ -314,8 +321,7 @@ TEST_F(NotesStoreDisk, ATextThatWasReadBeforeTheChangeIsNotDeliveredAfterIt) {
     directory.write(u"b.md"_s, "prima");
     openStore();
     const NoteItemPtr b = note(u"b"_s);
-    // The background thread has read it by now, but the event loop had no turn to take it over.
-    std::this_thread::sleep_for(50ms);
+    // The background thread may have read it by now, but the event loop had no turn to take it over.
     const Moment date = after(b, 1);
     directory.write(u"b.md"_s, "dopo");
     directory.setModified(u"b.md"_s, date);

@@ -46,7 +46,7 @@ TEST_F(NotesStoreSelection, TheSameSelectionAgainDoesNothing) {
     const SignalCount changes(store, &NotesStore::selectedIDChanged);
 
     store->setSelectedID(a->id());
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents();
 
     EXPECT_EQ(changes.count(), 0);
     EXPECT_TRUE(a->isDirty());

@@ -4,15 +4,17 @@
 #include "Quillary/State/NoteDocument.h"
 #include "QuillaryCore/Text/TextStorage.h"
 
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <algorithm>
 
 namespace quillary::test {
 
 using namespace Qt::StringLiterals;
 
-NotesStoreTest::NotesStoreTest()
-    : settings(Preferences(FilePath::fromText(configuration.filePath(u"preferences.json"_s)))) {
-    settings.setNotesDirectory(directory.path());
+NotesStoreTest::NotesStoreTest() : settings(preferences()) {
     AppActions::shared().onBeep = [this] { ++beeps; };
 }
 
@@ -21,8 +23,19 @@ NotesStoreTest::~NotesStoreTest() {
 }
 
 void NotesStoreTest::openStore(NoteSortOrder order) {
-    settings.setSortOrder(order);
+    if (order != settings.sortOrder()) {
+        settings.setSortOrder(order);
+    }
     store = std::make_unique<NotesStore>(&settings);
+}
+
+Preferences NotesStoreTest::preferences() const {
+    const QString path = configuration.filePath(u"preferences.json"_s);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QJsonDocument(QJsonObject{{u"notesDirectory"_s, directory.path().text()}, {u"sortOrder"_s, u"title"_s}})
+                   .toJson());
+    return Preferences(FilePath::fromText(path));
 }
 
 NoteItemPtr NotesStoreTest::note(const QString& title) const {

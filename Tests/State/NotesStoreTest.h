@@ -37,6 +37,11 @@ protected:
 
     static QStringList titles(const QList<NoteItemPtr>& items);
 
+private:
+    /// Preferences that name the directory and the order by title, written without the flush of a real assignment.
+    Preferences preferences() const;
+
+protected:
     NotesDirectory directory;
     QTemporaryDir configuration;
     AppSettings settings;
