@@ -192,7 +192,7 @@ std::vector<HorizontalSpan> SegmentLayout::spansOf(qsizetype row, TextRange rang
 }
 
 void SegmentLayout::drawText(QPainter& painter, qsizetype row, QPointF baseline,
-                             std::span<const AttributeLayer::Span> colors) const {
+                             std::span<const ColorRanges::Span> colors) const {
     const QTextLine line = this->line(row);
     const QPointF origin(baseline.x(), baseline.y() - line.ascent());
     // The line itself draws what an input method asked for, underlines for instance.
@@ -210,11 +210,11 @@ void SegmentLayout::drawText(QPainter& painter, qsizetype row, QPointF baseline,
     const QPen plain = painter.pen();
     qsizetype done = line.textStart();
     const qsizetype end = done + line.textLength();
-    for (const AttributeLayer::Span& span : colors) {
+    for (const ColorRanges::Span& span : colors) {
         const qsizetype from = std::max(done, span.range.location);
         const qsizetype to = std::min(end, span.range.end());
         drawRange(done, from);
-        painter.setPen(QColor::fromRgba(span.color));
+        painter.setPen(QColor::fromRgba(span.attribute));
         drawRange(from, to);
         painter.setPen(plain);
         done = std::max(done, to);

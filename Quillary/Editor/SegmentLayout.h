@@ -1,7 +1,8 @@
 #pragma once
 
-#include "Quillary/Editor/AttributeLayer.h"
+#include "QuillaryCore/Text/AttributeRanges.h"
 
+#include <QRgb>
 #include <QString>
 #include <QTextLayout>
 
@@ -11,6 +12,9 @@
 class QPainter;
 
 namespace quillary {
+
+/// Colours for ranges of a text, kept beside it.
+using ColorRanges = AttributeRanges<QRgb>;
 
 /// A stretch of a row on the screen.
 struct HorizontalSpan {
@@ -48,6 +52,8 @@ public:
     /// left out unless it is the only one.
     qsizetype layOutInRows(qreal width, qsizetype target, bool isWhole);
 
+    bool isRightToLeft() const { return m_layout.textOption().textDirection() == Qt::RightToLeft; }
+
     qsizetype rowCount() const { return m_layout.lineCount() - m_unusedRows; }
 
     qsizetype unitCount() const { return m_layout.text().size(); }
@@ -70,8 +76,7 @@ public:
     std::vector<HorizontalSpan> spansOf(qsizetype row, TextRange range) const;
 
     /// Draws the row's text with the pen's colour, but spans with their own.
-    void drawText(QPainter& painter, qsizetype row, QPointF baseline,
-                  std::span<const AttributeLayer::Span> colors) const;
+    void drawText(QPainter& painter, qsizetype row, QPointF baseline, std::span<const ColorRanges::Span> colors) const;
 
 private:
     qsizetype toLayout(qsizetype position) const;

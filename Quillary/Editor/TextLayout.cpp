@@ -70,8 +70,8 @@ void TextLayout::reflow() {
 
 void TextLayout::follow(const TextChange& change) {
     m_index.apply(change);
-    for (AttributeLayer& layer : m_layers) {
-        layer.shift(change);
+    for (ColorRanges& layer : m_layers) {
+        layer.follow(change);
     }
     if (m_preedit.position >= change.offset + change.removedLength) {
         m_preedit.position += change.insertedLength - change.removedLength;
@@ -106,16 +106,12 @@ qreal TextLayout::contentWidth() const {
     return m_wraps ? m_width : m_index.widestLine();
 }
 
-Qt::LayoutDirection TextLayout::directionOf(qsizetype lineStart) const {
-    const qsizetype length = std::min(directionSearchLength, m_storage.length() - lineStart);
-    const QString start = m_storage.text({lineStart, length});
-    const auto isPossiblyRightToLeft = [](QChar unit) { return unit.unicode() >= 0x590; };
-    if (std::none_of(start.cbegin(), start.cend(), isPossiblyRightToLeft)) {
-        return Qt::LeftToRight;
-    }
-    const auto isTerminator = [](QChar unit) { return unit == QChar::LineFeed || unit == QChar::CarriageReturn; };
-    const auto end = std::find_if(start.cbegin(), start.cend(), isTerminator);
-    return QStringView(start.cbegin(), end).isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+/// Whether the first strong character of a line, if it comes soon, is one from right to left.
+bool TextLayout::isRightToLeft(TextRange line) const {
+    constexpr char16_t firstRightToLeft = 0x590;
+    const QString start = m_storage.text({line.location, std::min(line.length, directionSearchLength)});
+    const auto mayBe = [](QChar unit) { return unit.unicode() >= firstRightToLeft; };
+    return std::any_of(start.cbegin(), start.cend(), mayBe) && start.isRightToLeft();
 }
 
 SegmentLayout& TextLayout::layoutOf(const Place& place) {
@@ -140,7 +136,7 @@ std::unique_ptr<SegmentLayout> TextLayout::layOut(const Place& place) {
     const qsizetype end = isPiece ? std::min(segmentEnd + ahead, line.end()) : segmentEnd;
 
     QTextOption option;
-    option.setTextDirection(directionOf(line.location));
+    option.setTextDirection(isRightToLeft(line) ? Qt::RightToLeft : Qt::LeftToRight);
     option.setAlignment((m_wraps && option.textDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) |
                         Qt::AlignAbsolute);
     option.setWrapMode(m_wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
@@ -202,7 +198,7 @@ TextLayout::Row TextLayout::makeRow(const Place& place, SegmentLayout& layout, q
     row.endsLine = segment.endsLine && rowInSegment == layout.rowCount() - 1;
     row.next = row.endsLine ? place.start + segment.length : row.contents.end();
     row.isLast = row.endsLine && !row.hasTerminator();
-    row.isRightToLeft = directionOf(m_storage.lineRange(m_storage.lineAt(place.start)).location) == Qt::RightToLeft;
+    row.isRightToLeft = layout.isRightToLeft();
     return row;
 }
 
@@ -211,7 +207,7 @@ TextLayout::Row TextLayout::lineRow(qsizetype line) const {
     row.contents = m_storage.lineContents(line);
     row.next = m_storage.lineRange(line).end();
     row.isLast = !row.hasTerminator();
-    row.isRightToLeft = directionOf(row.contents.location) == Qt::RightToLeft;
+    row.isRightToLeft = isRightToLeft(row.contents);
     return row;
 }
 

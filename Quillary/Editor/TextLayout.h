@@ -100,7 +100,7 @@ public:
     void drawMarks(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip);
     void drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip);
 
-    AttributeLayer& layer(Layer layer) { return m_layers[static_cast<std::size_t>(layer)]; }
+    ColorRanges& layer(Layer layer) { return m_layers[static_cast<std::size_t>(layer)]; }
 
     /// Shows what an input method is composing; an empty one takes it away.
     void setPreedit(const Preedit& preedit);
@@ -137,7 +137,7 @@ private:
     SegmentLayout& layoutOf(const Place& place);
     std::unique_ptr<SegmentLayout> layOut(const Place& place);
     void trimCache();
-    Qt::LayoutDirection directionOf(qsizetype lineStart) const;
+    bool isRightToLeft(TextRange line) const;
     Row makeRow(const Place& place, SegmentLayout& layout, qsizetype rowInSegment);
     Row lineRow(qsizetype line) const;
 
@@ -156,7 +156,7 @@ private:
     int m_pitch = 1;
     int m_baseline = 0;
     qreal m_blankWidth = 1;
-    std::array<AttributeLayer, 2> m_layers;
+    std::array<ColorRanges, 2> m_layers;
     Preedit m_preedit;
 
     std::unordered_map<quint64, CachedLayout> m_cache;

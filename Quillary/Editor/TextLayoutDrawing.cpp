@@ -6,22 +6,22 @@ namespace quillary {
 
 void TextLayout::drawMarks(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip) {
     const HorizontalSpan visible{clip.left() - origin.x(), clip.right() - origin.x()};
-    for (const AttributeLayer::Span& mark : layer(Layer::marks).within(row.contents)) {
+    for (const ColorRanges::Span& mark : layer(Layer::marks).within(row.contents)) {
         for (const HorizontalSpan& span : spansOf(row, mark.range, visible)) {
             painter.fillRect(QRectF(origin.x() + span.left, origin.y(), span.right - span.left, m_pitch),
-                             QColor::fromRgba(mark.color));
+                             QColor::fromRgba(mark.attribute));
         }
     }
 }
 
 void TextLayout::drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip) {
-    const AttributeLayer& syntax = layer(Layer::syntax);
-    std::vector<AttributeLayer::Span> colors;
+    const ColorRanges& syntax = layer(Layer::syntax);
+    std::vector<ColorRanges::Span> colors;
     for (const Piece& piece : piecesOf(row, {clip.left() - origin.x(), clip.right() - origin.x()})) {
         colors.clear();
         if (!syntax.isEmpty()) {
             const TextRange range = piece.layout->row(piece.row);
-            for (AttributeLayer::Span span : syntax.within({piece.place.start + range.location, range.length})) {
+            for (ColorRanges::Span span : syntax.within({piece.place.start + range.location, range.length})) {
                 span.range.location -= piece.place.start;
                 colors.push_back(span);
             }
