@@ -21,8 +21,9 @@ EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, Q
     connect(&m_store, &NotesStore::selectedIDChanged, this, follow);
     connect(&m_store, &NotesStore::notesChanged, this, follow);
     connect(&m_store, &NotesStore::editorFocusTokenChanged, this, follow);
-    connect(&m_store, &NotesStore::noteChanged, this, [this](NoteItem*, NoteField field) {
-        if (field == NoteField::document || field == NoteField::revision) {
+    connect(&m_store, &NotesStore::noteChanged, this, [this](const NoteItem* item, NoteField field) {
+        const bool concerns = field == NoteField::document || field == NoteField::revision;
+        if (concerns && item == m_item.lock().get()) {
             update();
         }
     });

@@ -151,7 +151,8 @@ private:
     TextStorage& m_storage;
     SegmentIndex m_index;
     QFont m_font;
-    qreal m_width = 0;
+    /// Some width, until it is told.
+    qreal m_width = 600;
     bool m_wraps = true;
     int m_pitch = 1;
     int m_baseline = 0;
