@@ -65,11 +65,13 @@ void TextLayout::reflow() {
     m_index.reset({m_wraps, std::max(1.0, m_width / unitWidth), unitWidth});
     m_cache.clear();
     m_cachedUnits = 0;
+    m_measuredTo = 0;
     Q_EMIT reflowed();
 }
 
 void TextLayout::follow(const TextChange& change) {
     m_index.apply(change);
+    m_measuredTo = std::min(m_measuredTo, change.offset);
     for (ColorRanges& layer : m_layers) {
         layer.follow(change);
     }
@@ -100,6 +102,23 @@ void TextLayout::renewPreeditSegment() {
 
 qint64 TextLayout::rowCount() const {
     return m_wraps ? m_index.rowCount() : m_storage.lineCount();
+}
+
+bool TextLayout::measureUntil(QDeadlineTimer deadline) {
+    while (m_wraps && m_measuredTo < m_storage.length()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        const Place place = m_index.placeOf(m_measuredTo);
+        const SegmentIndex::Segment& segment = m_index.at(place);
+        m_measuredTo = place.start + segment.length;
+        // Laying out a piece moves borders, which somebody may be looking at.
+        const bool isWholeLine = segment.endsLine && m_index.startsLine(place);
+        if (isWholeLine && !segment.measured) {
+            layOut(place);
+        }
+    }
+    return true;
 }
 
 qreal TextLayout::contentWidth() const {

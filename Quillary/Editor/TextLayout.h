@@ -3,6 +3,7 @@
 #include "Quillary/Editor/SegmentIndex.h"
 #include "Quillary/Editor/SegmentLayout.h"
 
+#include <QDeadlineTimer>
 #include <QFont>
 #include <QObject>
 
@@ -73,6 +74,10 @@ public:
 
     /// The number of rows, partly estimated when lines wrap.
     qint64 rowCount() const;
+
+    /// Replaces estimates by measurements from the start of the text on, until all lines but the very long ones are
+    /// measured or the deadline passes. False if there is more to do.
+    bool measureUntil(QDeadlineTimer deadline);
 
     /// The number of rows above a row by the same estimate.
     qint64 indexOf(const Row& row);
@@ -159,6 +164,8 @@ private:
     qreal m_blankWidth = 1;
     std::array<ColorRanges, 2> m_layers;
     Preedit m_preedit;
+    /// Up to here `measureUntil` has come.
+    qsizetype m_measuredTo = 0;
 
     std::unordered_map<quint64, CachedLayout> m_cache;
     qsizetype m_cachedUnits = 0;

@@ -134,6 +134,7 @@ void ZoomableTextView::follow(const TextChange& change) {
     m_topPosition = follows(m_topPosition);
     settleTop();
     updateScrollBars();
+    startMeasuring();
     viewport()->update();
 }
 

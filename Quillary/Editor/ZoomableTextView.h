@@ -151,6 +151,8 @@ private:
     qint64 contentHeight() const;
     qint64 scrollValue();
     void updateScrollBars();
+    void startMeasuring();
+    void measureAhead();
     void placeRowAt(const Row& row, int top);
     int topOf(const Row& row);
     void ensureCaretVisible();
@@ -220,6 +222,7 @@ private:
     QElapsedTimer m_sinceDoubleClick;
     QBasicTimer m_autoscrollTimer;
     QBasicTimer m_blinkTimer;
+    QBasicTimer m_measuringTimer;
     bool m_isCaretOn = false;
     double m_pendingMagnification = 0;
 };

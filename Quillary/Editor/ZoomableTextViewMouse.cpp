@@ -163,6 +163,10 @@ void ZoomableTextView::timerEvent(QTimerEvent* event) {
         viewport()->update(caretRect().adjusted(-1, -1, 1, 1));
         return;
     }
+    if (event->timerId() == m_measuringTimer.timerId()) {
+        measureAhead();
+        return;
+    }
     if (event->timerId() != m_autoscrollTimer.timerId()) {
         QAbstractScrollArea::timerEvent(event);
         return;

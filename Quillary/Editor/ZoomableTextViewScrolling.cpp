@@ -4,6 +4,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 
 namespace quillary {
@@ -12,6 +13,8 @@ namespace {
 
 /// Further than this many viewports a scroll bar's move is a jump to a place and no motion over the rows between.
 constexpr qint64 viewportsWalked = 4;
+/// In longer notes the rows far from the viewport stay estimated.
+constexpr qsizetype mostUnitsMeasured = 1'000'000;
 
 int toInt(qint64 value) {
     return static_cast<int>(
@@ -169,6 +172,21 @@ void ZoomableTextView::updateScrollBars() {
     m_isSettingScrollBars = false;
 }
 
+void ZoomableTextView::startMeasuring() {
+    if (m_layout.wraps() && m_storage.length() <= mostUnitsMeasured) {
+        m_measuringTimer.start(0, this);
+    }
+}
+
+/// In notes of common size the scroll bar soon stops being an estimate, a few milliseconds at a time.
+void ZoomableTextView::measureAhead() {
+    constexpr std::chrono::milliseconds slice(4);
+    if (m_layout.measureUntil(QDeadlineTimer(slice))) {
+        m_measuringTimer.stop();
+    }
+    updateScrollBars();
+}
+
 void ZoomableTextView::placeRowAt(const Row& row, int top) {
     m_topPosition = row.contents.location;
     m_topOverhang = -top;
@@ -220,6 +238,7 @@ void ZoomableTextView::reflow() {
     m_topOverhang = wasAtStart ? m_topOverhang : 0;
     settleTop();
     updateScrollBars();
+    startMeasuring();
     viewport()->update();
 }
 

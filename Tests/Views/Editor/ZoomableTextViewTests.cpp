@@ -523,6 +523,24 @@ TEST_F(ZoomableTextViewTest, WhatIsSeenDoesNotJumpWhileEstimatesAreCorrected) {
     }
 }
 
+TEST_F(ZoomableTextViewTest, TheScrollBarSoonKnowsTheTrueHeightWhileTheTextStandsStill) {
+    open(words(200'000).replace(u"q "_s, u"\n"_s));
+    QFont font = m_view->textLayout().font();
+    font.setPointSizeF(11);
+    m_view->setEditorFont(font);
+    QScrollBar& bar = *m_view->verticalScrollBar();
+    bar.setValue(bar.maximum() / 2);
+    const TextRange seen = m_view->visibleRange();
+    TextLayout exact(m_document->storage());
+    exact.setFont(m_view->textLayout().font());
+    exact.setWidth(m_view->textLayout().width());
+    ASSERT_TRUE(exact.measureUntil(QDeadlineTimer::Forever));
+    ASSERT_NE(m_view->textLayout().rowCount(), exact.rowCount()) << "an estimate has been right by chance";
+    const qint64 height = exact.rowCount() * exact.pitch() + 2 * ZoomableTextView::verticalInset;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.maximum() == height - m_view->viewport()->height(); }));
+    EXPECT_EQ(m_view->visibleRange(), seen);
+}
+
 TEST_F(ZoomableTextViewTest, ANewWidthKeepsTheTopWhereItIs) {
     open(words(100'000));
     m_view->verticalScrollBar()->setValue(m_view->verticalScrollBar()->maximum() / 2);
