@@ -6,8 +6,8 @@ namespace {
 
 constexpr std::array<char16_t, 128> foldedAscii = [] {
     std::array<char16_t, 128> result{};
-    for (char16_t c = 0; c < result.size(); ++c) {
-        result[c] = asciiLowercase(c);
+    for (std::size_t c = 0; c < result.size(); ++c) {
+        result[c] = asciiLowercase(static_cast<char16_t>(c));
     }
     return result;
 }();

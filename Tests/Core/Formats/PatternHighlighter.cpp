@@ -191,6 +191,7 @@ Open openBefore(QStringView before) {
 
 std::vector<Pattern> compiled(const std::vector<PatternRule>& rules) {
     std::vector<Pattern> result;
+    result.reserve(rules.size());
     for (const PatternRule& rule : rules) {
         result.emplace_back(rule.pattern, true, rule.ignoresCase);
     }

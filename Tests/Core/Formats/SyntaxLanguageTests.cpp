@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 TEST(SyntaxLanguage, CasesAndRawStringsInOrder) {
     std::vector<std::string> raw;
+    raw.reserve(allSyntaxLanguages.size());
     for (const SyntaxLanguage language : allSyntaxLanguages) {
         raw.emplace_back(rawValue(language).data());
         EXPECT_EQ(syntaxLanguageFromRawValue(QString(rawValue(language))), language);
@@ -70,6 +71,7 @@ TEST(SyntaxLanguage, JsonAloneHasAPreviewToo) {
 
 TEST(SyntaxTokenKind, CasesAndRawStringsInOrder) {
     std::vector<std::string> raw;
+    raw.reserve(allSyntaxTokenKinds.size());
     for (const SyntaxTokenKind kind : allSyntaxTokenKinds) {
         raw.emplace_back(rawValue(kind).data());
     }
