@@ -13,7 +13,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// Runs in one line: texts in "‹›", behind each its marks (e emphasis, s strong, d struck out, c code) and its link.
-QString told(const QString& text) {
+QString runsTold(const QString& text) {
     QString result;
     for (const MarkdownRun& run : MarkdownInline::attributed(text)) {
         result += u"\u2039"_s + run.text + u"\u203A"_s;
@@ -26,7 +26,7 @@ QString told(const QString& text) {
     return result;
 }
 
-QString plain(const QString& text) {
+QString plainText(const QString& text) {
     QString result;
     for (const MarkdownRun& run : MarkdownInline::attributed(text)) {
         result += run.text;
@@ -47,7 +47,7 @@ void PrintTo(const RunsCase& runsCase, std::ostream* stream) {
 class MarkdownInlineReads : public testing::TestWithParam<RunsCase> {};
 
 TEST_P(MarkdownInlineReads, TheRuns) {
-    EXPECT_EQ(told(GetParam().text), GetParam().runs);
+    EXPECT_EQ(runsTold(GetParam().text), GetParam().runs);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -153,10 +153,10 @@ TEST(MarkdownInline, LetsEveryLineBeItself) {
                                 u"\0x\0"_s,
                                 u"\1"_s}) {
         // Alone it may be so plain that nobody reads it; with a mark in sight somebody does.
-        EXPECT_EQ(plain(line), line) << testing::PrintToString(line);
-        EXPECT_EQ(plain(line + u"\n&amp;"_s), QString(line + u"\n&"_s)) << testing::PrintToString(line);
-        EXPECT_EQ(plain(u"&amp;\n"_s + line), QString(u"&\n"_s + line)) << testing::PrintToString(line);
-        EXPECT_EQ(plain(u"&amp;\n"_s + line + u"\n&amp;"_s), QString(u"&\n"_s + line + u"\n&"_s))
+        EXPECT_EQ(plainText(line), line) << testing::PrintToString(line);
+        EXPECT_EQ(plainText(line + u"\n&amp;"_s), QString(line + u"\n&"_s)) << testing::PrintToString(line);
+        EXPECT_EQ(plainText(u"&amp;\n"_s + line), QString(u"&\n"_s + line)) << testing::PrintToString(line);
+        EXPECT_EQ(plainText(u"&amp;\n"_s + line + u"\n&amp;"_s), QString(u"&\n"_s + line + u"\n&"_s))
             << testing::PrintToString(line);
     }
 }
@@ -197,7 +197,7 @@ TEST(MarkdownInline, KeepsAllThatIsNoMark) {
                                     19);
     for (int i = 0; i < 20'000; ++i) {
         const QString text = texts.next(30);
-        ASSERT_EQ(plain(text), QString(text).replace(u"&amp;"_s, u"&"_s)) << testing::PrintToString(text);
+        ASSERT_EQ(plainText(text), QString(text).replace(u"&amp;"_s, u"&"_s)) << testing::PrintToString(text);
     }
 }
 
@@ -209,9 +209,9 @@ TEST(MarkdownInline, ReadsLongHostileTexts) {
                                  u"\\"_s, u"a\n"_s,  u"[a](<b"_s,  u"[a](b \"c"_s,   u"\0"_s}) {
         for (const int length : {15'000, 200'000}) {
             const QString text = piece.repeated(length / piece.size());
-            EXPECT_LE(plain(text).size(), text.size());
+            EXPECT_LE(plainText(text).size(), text.size());
             const QString closed = text + QString(length / piece.size(), u']');
-            EXPECT_LE(plain(closed).size(), closed.size());
+            EXPECT_LE(plainText(closed).size(), closed.size());
         }
     }
 }
@@ -219,7 +219,7 @@ TEST(MarkdownInline, ReadsLongHostileTexts) {
 TEST(MarkdownInline, ReadsTheFilesOfTheMachine) {
     for (const QString& text : formats_test::textsUnder(u"/usr/share"_s, {u"*.md"_s, u"*.markdown"_s}, 100)) {
         for (const QString& paragraph : text.split(u"\n\n"_s)) {
-            EXPECT_LE(plain(paragraph).size(), paragraph.size());
+            EXPECT_LE(plainText(paragraph).size(), paragraph.size());
         }
     }
 }

@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-QString told(const QString& text) {
+QString blocksTold(const QString& text) {
     return MarkdownTelling::tell(MarkdownParser::parse(text));
 }
 
@@ -30,7 +30,7 @@ void PrintTo(const BlocksCase& blocksCase, std::ostream* stream) {
 class MarkdownParserReads : public testing::TestWithParam<BlocksCase> {};
 
 TEST_P(MarkdownParserReads, TheBlocks) {
-    EXPECT_EQ(told(GetParam().text), GetParam().blocks);
+    EXPECT_EQ(blocksTold(GetParam().text), GetParam().blocks);
     EXPECT_EQ(MarkdownReference::parse(GetParam().text), GetParam().blocks);
 }
 
@@ -314,7 +314,7 @@ TEST(MarkdownParser, AgreesWithTheRulesOnRandomTexts) {
     formats_test::RandomTexts texts(piecesOfMarkdown(), 11);
     for (int i = 0; i < 20'000; ++i) {
         const QString text = texts.next(i % 50 == 0 ? 120 : 24);
-        ASSERT_EQ(told(text), MarkdownReference::parse(text)) << testing::PrintToString(text);
+        ASSERT_EQ(blocksTold(text), MarkdownReference::parse(text)) << testing::PrintToString(text);
     }
 }
 
@@ -325,13 +325,13 @@ TEST(MarkdownParser, AgreesWithTheRulesOnRandomNesting) {
                                     13);
     for (int i = 0; i < 40'000; ++i) {
         const QString text = texts.next(i % 50 == 0 ? 100 : 30);
-        ASSERT_EQ(told(text), MarkdownReference::parse(text)) << testing::PrintToString(text);
+        ASSERT_EQ(blocksTold(text), MarkdownReference::parse(text)) << testing::PrintToString(text);
     }
 }
 
 TEST(MarkdownParser, ReadsTheFilesOfTheMachine) {
     for (const QString& text : formats_test::textsUnder(u"/usr/share"_s, {u"*.md"_s, u"*.markdown"_s}, 60)) {
-        ASSERT_EQ(told(text), MarkdownReference::parse(text));
+        ASSERT_EQ(blocksTold(text), MarkdownReference::parse(text));
     }
 }
 
@@ -404,7 +404,7 @@ qsizetype depthOf(MarkdownBlocks blocks) {
 TEST(MarkdownParser, AgreesWithTheRulesOnSmallHostileTexts) {
     for (const int size : {40, 120}) {
         for (const QString& text : hostileTexts(size)) {
-            ASSERT_EQ(told(text), MarkdownReference::parse(text)) << testing::PrintToString(text);
+            ASSERT_EQ(blocksTold(text), MarkdownReference::parse(text)) << testing::PrintToString(text);
         }
     }
 }
