@@ -179,6 +179,7 @@ TEST_F(NoteFileStoreWriting, CreatesManyNotesOfOneTitleAtOnce) {
     std::atomic<int> made = 0;
     {
         std::vector<std::jthread> workers;
+        workers.reserve(threads);
         for (int i = 0; i < threads; ++i) {
             workers.emplace_back([&, i] {
                 for (int j = 0; j < each; ++j) {

@@ -8,6 +8,8 @@
 #include "Tests/Support/SystemConditions.h"
 #include "Tests/Support/TestDirectory.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <thread>
 
@@ -100,6 +102,7 @@ TEST_P(FileMoveWay, LetsOneOfManyHaveAName) {
     std::array<bool, count> won{};
     {
         std::vector<std::jthread> threads;
+        threads.reserve(count);
         for (int i = 0; i < count; ++i) {
             threads.emplace_back([this, i, &won] { won[size_t(i)] = move(QByteArray::number(i), "name").hasValue(); });
         }

@@ -4,7 +4,10 @@
 
 #include "Tests/Support/TestDirectory.h"
 
+#include <QMap>
+
 #include <cerrno>
+#include <limits>
 
 namespace quillary {
 
