@@ -7,10 +7,14 @@
 #include <QLocale>
 #include <QTranslator>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[]) {
     quillary::TerminationSignals::block();
+    // A file that may not grow is a failed save that is told, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Quillary"_s);
     QApplication::setApplicationDisplayName(u"Quillary"_s);

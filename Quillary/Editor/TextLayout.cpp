@@ -127,9 +127,9 @@ qreal TextLayout::contentWidth() const {
 
 /// Whether the first strong character of a line, if it comes soon, is one from right to left.
 bool TextLayout::isRightToLeft(TextRange line) const {
-    constexpr char16_t firstRightToLeft = 0x590;
+    constexpr char16_t firstOfRightToLeft = 0x590;
     const QString start = m_storage.text({line.location, std::min(line.length, directionSearchLength)});
-    const auto mayBe = [](QChar unit) { return unit.unicode() >= firstRightToLeft; };
+    const auto mayBe = [](QChar unit) { return unit.unicode() >= firstOfRightToLeft; };
     return std::any_of(start.cbegin(), start.cend(), mayBe) && start.isRightToLeft();
 }
 

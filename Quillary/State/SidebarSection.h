@@ -36,8 +36,8 @@ struct SidebarSection {
 
         friend bool operator==(const Kind&, const Kind&) = default;
 
-        friend size_t qHash(const Kind& kind, size_t seed = 0) {
-            return qHashMulti(seed, int(kind.kindCase), kind.text);
+        friend size_t qHash(const Kind& self, size_t seed = 0) {
+            return qHashMulti(seed, int(self.kindCase), self.text);
         }
     };
 

@@ -57,7 +57,7 @@ LayoutStep removeNote(Arguments& step) {
     };
 }
 
-LayoutStep renameFolder(Arguments& step) {
+LayoutStep renameFolderStep(Arguments& step) {
     return [old = step.text(u"old"_s), newName = step.text(u"new"_s)](SidebarLayout& layout) {
         layout.renameFolder(old, newName);
     };
@@ -74,8 +74,8 @@ LayoutStep unknownStep(Arguments& step) {
 
 LayoutStep layoutStep(const QJsonValue& value, Arguments& arguments) {
     static const QHash<QString, LayoutStep (*)(Arguments&)> kinds{
-        {u"placeNote"_s, placeNote},       {u"renameNote"_s, renameNote},     {u"removeNote"_s, removeNote},
-        {u"renameFolder"_s, renameFolder}, {u"removeFolder"_s, removeFolder},
+        {u"placeNote"_s, placeNote},           {u"renameNote"_s, renameNote},     {u"removeNote"_s, removeNote},
+        {u"renameFolder"_s, renameFolderStep}, {u"removeFolder"_s, removeFolder},
     };
     if (!value.isObject()) {
         arguments.fail(u"argument of the wrong type: steps"_s);

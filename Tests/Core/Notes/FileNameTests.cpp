@@ -3,6 +3,8 @@
 #include "QuillaryCore/Platform/FilePath.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
+#include <gtest/gtest.h>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;

@@ -268,7 +268,7 @@ TEST_F(TextLayoutTest, APositionFromThePointerLiesInNoCluster) {
     for (const bool wraps : {true, false}) {
         open(hostileText(random, 600), 200, wraps);
         for (std::optional<TextLayout::Row> row = m_layout->rowHolding(0); row; row = m_layout->rowBelow(*row)) {
-            for (qreal x = -5; x < 250; x += 3) {
+            for (int x = -5; x < 250; x += 3) {
                 const qsizetype position = m_layout->positionAt(*row, x);
                 ASSERT_EQ(m_storage->clusterBoundaryAtOrBefore(position), position);
                 ASSERT_GE(position, row->contents.location);
