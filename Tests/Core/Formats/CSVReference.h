@@ -40,12 +40,13 @@ inline Rows parse(QStringView text, char32_t delimiter) {
     bool inQuotes = false;
     for (qsizetype i = 0; i < units.size(); ++i) {
         const char32_t c = units[i];
-        const std::optional<char32_t> n = i + 1 < units.size() ? std::optional<char32_t>(units[i + 1]) : std::nullopt;
+        const bool isLast = i + 1 == units.size();
+        const char32_t n = isLast ? U'\0' : units[i + 1];
         if (inQuotes) {
             if (c == U'"' && n == U'"') {
                 field.append(u'"');
                 ++i;
-            } else if (c == U'"' && !n) {
+            } else if (c == U'"' && isLast) {
                 break;
             } else if (c == U'"') {
                 inQuotes = false;
