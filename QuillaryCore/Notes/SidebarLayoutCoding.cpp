@@ -74,6 +74,8 @@ bool readInto(QMap<QString, QStringList>& orders, const QJsonValue& value) {
 
 /// Writes a text as JSON. A lone surrogate, as names on disk that are no UTF-8 hold them, is written by its number.
 QString quotedText(QStringView text) {
+    // As it is, Qt's reader would take one at the start of a name for a mark of the encoding and drop it.
+    constexpr QChar byteOrderMark(u'\ufeff');
     QString result = u"\""_s;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar unit = text[i];
@@ -83,7 +85,7 @@ QString quotedText(QStringView text) {
         } else if (unit == u'"' || unit == u'\\') {
             result += u'\\';
             result += unit;
-        } else if (unit < u' ' || unit.isSurrogate()) {
+        } else if (unit < u' ' || unit.isSurrogate() || unit == byteOrderMark) {
             result += u"\\u%1"_s.arg(unit.unicode(), 4, 16, QChar(u'0'));
         } else {
             result += unit;

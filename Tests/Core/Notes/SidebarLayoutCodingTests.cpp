@@ -72,6 +72,13 @@ TEST(SidebarLayoutCoding, EqualLayoutsGiveEqualBytes) {
     EXPECT_EQ(fullLayout().encoded(), fullLayout().encoded());
 }
 
+TEST(SidebarLayoutCoding, KeepsAByteOrderMarkAtTheStartOfAName) {
+    SidebarLayout layout;
+    layout.folderOrder = {u"\ufeffLavoro"_s, u"Vi\ufeffaggi"_s};
+    layout.folderColors = {{u"\ufeffLavoro"_s, FolderColor::blue}};
+    EXPECT_EQ(SidebarLayout::decode(layout.encoded()), layout);
+}
+
 TEST(SidebarLayoutCoding, ReadsWhatItWrites) {
     EXPECT_EQ(SidebarLayout::decode(fullLayout().encoded()), fullLayout());
     EXPECT_EQ(SidebarLayout::decode(SidebarLayout().encoded()), SidebarLayout());

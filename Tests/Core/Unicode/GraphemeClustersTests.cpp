@@ -16,7 +16,9 @@ std::vector<qsizetype> boundariesByIcu(const QString& text) {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::BreakIterator> iterator(
         icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    iterator->setText(icu::UnicodeString(text.utf16(), static_cast<int32_t>(text.size())));
+    // The iterator refers to the string that it is given.
+    const icu::UnicodeString string(text.utf16(), static_cast<int32_t>(text.size()));
+    iterator->setText(string);
     std::vector<qsizetype> boundaries;
     for (int32_t at = iterator->first(); at != icu::BreakIterator::DONE; at = iterator->next()) {
         boundaries.push_back(at);

@@ -26,6 +26,9 @@ public:
 
     void change(const QString& nameSpace, const QString& key, uint value) {
         using namespace Qt::StringLiterals;
+        if (isColorScheme(nameSpace, key)) {
+            m_scheme = value;
+        }
         QDBusMessage signal =
             QDBusMessage::createSignal(portalPath(), u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         signal << nameSpace << key << QVariant::fromValue(QDBusVariant(value));
@@ -37,11 +40,16 @@ public Q_SLOTS:
     // NOLINTNEXTLINE(readability-identifier-naming): the interface's own name
     QDBusVariant Read(const QString& nameSpace, const QString& key) {
         using namespace Qt::StringLiterals;
-        const bool known = nameSpace == "org.freedesktop.appearance"_L1 && key == "color-scheme"_L1;
+        const bool known = isColorScheme(nameSpace, key);
         return QDBusVariant(QVariant::fromValue(QDBusVariant(known ? m_scheme : 77U)));
     }
 
 private:
+    static bool isColorScheme(const QString& nameSpace, const QString& key) {
+        using namespace Qt::StringLiterals;
+        return nameSpace == "org.freedesktop.appearance"_L1 && key == "color-scheme"_L1;
+    }
+
     QDBusConnection m_bus;
     uint m_scheme;
 };
