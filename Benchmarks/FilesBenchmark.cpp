@@ -77,7 +77,7 @@ qsizetype readAll(const std::vector<QByteArray>& paths) {
 void compareListing(const char* task, const NotesDirectory& notes) {
     const NoteFileStore store(notes.path());
     compareWithPeer(
-        task, "readdir and statx", 1.0, 1.1, [&] { keep(store.listNotes()->size()); },
+        task, "readdir and statx", 1.1, 1.5, [&] { keep(store.listNotes()->size()); },
         [&] { keep(statAll(notes.path())); });
 }
 
@@ -91,7 +91,7 @@ void compareReading(const char* task, const NotesDirectory& notes) {
         paths.push_back(note.url.bytes());
     }
     compareWithPeer(
-        task, "openat, read and QString::fromUtf8", 1.0, 1.1,
+        task, "openat, read and QString::fromUtf8", 1.1, 1.5,
         [&] {
             qsizetype total = 0;
             for (const FilePath& url : urls) {
