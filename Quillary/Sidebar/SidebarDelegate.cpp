@@ -3,6 +3,7 @@
 #include "Quillary/Sidebar/SidebarModel.h"
 #include "Quillary/Theme/Theme.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -101,13 +102,24 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
     switch (index.data(SidebarModel::kindRole).value<SidebarRow::Kind>()) {
     case SidebarRow::Kind::note:
-        return {0, lineHeight(Theme::sidebarTitle()) + lineGap + lineHeight(Theme::sidebarDetail()) + 2 * rowPadding};
+        return {0, rowHeights().note};
     case SidebarRow::Kind::folderHeader:
-        return {0, lineHeight(Theme::sidebarTitle()) + 2 * rowPadding};
+        return {0, rowHeights().folder};
     case SidebarRow::Kind::groupHeader:
-        return {0, lineHeight(Theme::caption()) + 2 * rowPadding};
+        return {0, rowHeights().group};
     }
     Q_UNREACHABLE();
+}
+
+/// The list asks for the size of every row; fonts are measured once and not ten thousand times.
+const SidebarDelegate::RowHeights& SidebarDelegate::rowHeights() const {
+    const QFont font = QGuiApplication::font();
+    if (!m_rowHeights || m_rowHeights->font != font) {
+        const int title = lineHeight(Theme::sidebarTitle());
+        m_rowHeights = {font, title + lineGap + lineHeight(Theme::sidebarDetail()) + 2 * rowPadding,
+                        title + 2 * rowPadding, lineHeight(Theme::caption()) + 2 * rowPadding};
+    }
+    return *m_rowHeights;
 }
 
 void SidebarDelegate::paintNote(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {

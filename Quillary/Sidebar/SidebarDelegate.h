@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QFont>
 #include <QStyledItemDelegate>
+
+#include <optional>
 
 namespace quillary {
 
@@ -16,9 +19,20 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 private:
+    /// The heights of the three kinds of rows in the application's font.
+    struct RowHeights {
+        QFont font;
+        int note;
+        int folder;
+        int group;
+    };
+
+    const RowHeights& rowHeights() const;
     void paintNote(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void paintFolder(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void paintGroup(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
+    mutable std::optional<RowHeights> m_rowHeights;
 };
 
 } // namespace quillary
