@@ -114,11 +114,6 @@ void AnswerWriter::boolean(bool value) {
     m_bytes += value ? "true" : "false";
 }
 
-void AnswerWriter::integer(qint64 value) {
-    separate();
-    m_bytes += QByteArray::number(value);
-}
-
 void AnswerWriter::real(double value) {
     separate();
     if (!std::isfinite(value)) {

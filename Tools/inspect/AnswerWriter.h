@@ -21,7 +21,12 @@ public:
     void null();
     void text(QStringView value);
     void boolean(bool value);
-    void integer(qint64 value);
+
+    void integer(std::integral auto value) {
+        separate();
+        m_bytes += QByteArray::number(value);
+    }
+
     void real(double value);
 
     /// A member whose value is one of the simple kinds.
@@ -39,7 +44,7 @@ public:
 
     void member(QStringView name, std::integral auto value) requires(!std::same_as<decltype(value), bool>) {
         key(name);
-        integer(static_cast<qint64>(value));
+        integer(value);
     }
 
     void member(QStringView name, double value) {

@@ -22,6 +22,7 @@ OperationTable allOperations() {
     addHighlighterOperations(table);
     addSearchOperations(table);
     addSidebarLayoutOperations(table);
+    addShortcutsOperations(table);
     addFilesOperations(table);
     return table;
 }

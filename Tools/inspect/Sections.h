@@ -12,6 +12,7 @@ void addJSONOperations(OperationTable& table);
 void addMarkdownOperations(OperationTable& table);
 void addNotesOperations(OperationTable& table);
 void addSearchOperations(OperationTable& table);
+void addShortcutsOperations(OperationTable& table);
 void addSidebarLayoutOperations(OperationTable& table);
 
 } // namespace quillary::inspect
