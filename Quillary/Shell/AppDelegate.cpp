@@ -45,7 +45,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         m_window->hide();
     };
     actions.isApplicationActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
-    actions.onBeep = [] { QApplication::beep(); };
+    actions.desktop = &m_desktop;
 
     m_signals = std::make_unique<TerminationSignals>();
     connect(m_signals.get(), &TerminationSignals::received, this, &AppDelegate::endOnSignal);

@@ -2,6 +2,7 @@
 
 #include "Quillary/Platform/TerminationSignals.h"
 #include "Quillary/Shell/MainWindow.h"
+#include "Quillary/Shell/SystemDesktop.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 #include "Quillary/Theme/Appearance.h"
@@ -36,6 +37,7 @@ private:
     void openMainWindow();
     void endOnSignal();
 
+    SystemDesktop m_desktop;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<NotesStore> m_store;
     std::unique_ptr<Appearance> m_appearance;

@@ -40,7 +40,9 @@ void AppActions::toggleMainWindow() const {
 }
 
 void AppActions::beep() const {
-    callIfSet(onBeep);
+    if (desktop) {
+        desktop->beep();
+    }
 }
 
 } // namespace quillary

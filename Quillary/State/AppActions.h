@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/State/Desktop.h"
 #include "Quillary/State/NoteTextView.h"
 #include "Quillary/State/WeakPointer.h"
 
@@ -36,6 +37,9 @@ public:
     /// The text view that shows the selected note, if it is alive.
     WeakPointer<NoteTextView> editor;
 
+    /// The desktop that the application runs on.
+    WeakPointer<Desktop> desktop;
+
     /// Makes the main window anew.
     std::function<void()> openMainWindow;
 
@@ -50,9 +54,6 @@ public:
 
     /// Whether the application is the one in use.
     std::function<bool()> isApplicationActive;
-
-    /// Sounds the system's beep.
-    std::function<void()> onBeep;
 
     /// Brings the main window to the front, out of its icon or anew if need be, with the focus in the editor.
     void showMainWindow() const;

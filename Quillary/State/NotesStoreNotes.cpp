@@ -5,8 +5,6 @@
 #include "QuillaryCore/Notes/NoteNaming.h"
 #include "QuillaryCore/Notes/NoteSnippet.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QTimeZone>
 
 #include <algorithm>
@@ -210,8 +208,9 @@ void NotesStore::togglePreview() {
 
 void NotesStore::copySelectedContent() {
     const NoteItemPtr note = selectedItem();
-    if (note && note->document()) {
-        QGuiApplication::clipboard()->setText(note->document()->text());
+    Desktop* const desktop = AppActions::shared().desktop;
+    if (note && note->document() && desktop) {
+        desktop->setClipboardText(note->document()->text());
     }
 }
 

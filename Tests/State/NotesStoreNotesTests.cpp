@@ -8,8 +8,6 @@
 #include "Tests/State/NotesStoreTest.h"
 #include "Tests/State/Waiting.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QTimeZone>
 
 namespace quillary::test {
@@ -433,7 +431,7 @@ TEST_F(NotesStoreNotes, ARequestForTheTrashOnlyAsks) {
     store->requestTrash(QList{note(u"b"_s), note(u"a"_s)});
     EXPECT_EQ(store->pendingNoteDeletion(), QList({note(u"b"_s)->id(), note(u"a"_s)->id()}));
     EXPECT_TRUE(directory.exists(u"a.md"_s));
-    EXPECT_EQ(beeps, 0);
+    EXPECT_EQ(desktop.beeps, 0);
 }
 
 TEST_F(NotesStoreNotes, ARequestForTheTrashOfNothingBeeps) {
@@ -442,7 +440,7 @@ TEST_F(NotesStoreNotes, ARequestForTheTrashOfNothingBeeps) {
     store->requestTrash();
     store->requestTrash(QList<NoteItemPtr>());
 
-    EXPECT_EQ(beeps, 2);
+    EXPECT_EQ(desktop.beeps, 2);
     EXPECT_TRUE(store->pendingNoteDeletion().isEmpty());
 }
 
@@ -563,7 +561,7 @@ TEST_F(NotesStoreNotes, ThePreviewComesAndGoesAndItsEndFocusesTheEditor) {
     store->togglePreview();
     EXPECT_FALSE(a->showsPreview());
     EXPECT_EQ(store->editorFocusToken(), focus + 1);
-    EXPECT_EQ(beeps, 0);
+    EXPECT_EQ(desktop.beeps, 0);
 }
 
 TEST_F(NotesStoreNotes, WithoutAPreviewItBeeps) {
@@ -571,27 +569,27 @@ TEST_F(NotesStoreNotes, WithoutAPreviewItBeeps) {
     openStore();
 
     store->togglePreview();
-    EXPECT_EQ(beeps, 1);
+    EXPECT_EQ(desktop.beeps, 1);
     EXPECT_FALSE(note(u"a"_s)->showsPreview());
 
     store->setSelectedID(std::nullopt);
     store->togglePreview();
-    EXPECT_EQ(beeps, 2);
+    EXPECT_EQ(desktop.beeps, 2);
 }
 
 TEST_F(NotesStoreNotes, CopyingPutsTheWholeTextOnTheClipboard) {
     directory.write(u"a.md"_s, "riga\r\n\xC2\xA0"
                                "fine\xE2\x80\xA8");
     openStore();
-    QGuiApplication::clipboard()->setText(u"vecchio"_s);
+    desktop.clipboard = u"vecchio"_s;
 
     store->copySelectedContent();
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"riga\r\n\u00A0fine\u2028");
+    EXPECT_EQ(desktop.clipboard, u"riga\r\n\u00A0fine\u2028");
 
     store->setSelectedID(std::nullopt);
-    QGuiApplication::clipboard()->setText(u"altro"_s);
+    desktop.clipboard = u"altro"_s;
     store->copySelectedContent();
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"altro");
+    EXPECT_EQ(desktop.clipboard, u"altro");
 }
 
 TEST_F(NotesStoreNotes, WhatIsSharedIsTheSelectionInTheEditorOrElseTheWholeText) {

@@ -286,13 +286,13 @@ TEST_F(NotesStoreSelection, SwappingNeedsTwo) {
 TEST_F(NotesStoreSelection, ShowingTheDifferencesNeedsTwoNotesThatAreThere) {
     store->setMultiSelection({id(u"a"_s), id(u"b"_s), id(u"c"_s)});
     store->showDiff();
-    EXPECT_EQ(beeps, 1);
+    EXPECT_EQ(desktop.beeps, 1);
     EXPECT_FALSE(store->isShowingDiff());
 
     directory.remove(u"b.md"_s);
     store->refreshFromDisk();
     store->showDiff();
-    EXPECT_EQ(beeps, 1);
+    EXPECT_EQ(desktop.beeps, 1);
     EXPECT_TRUE(store->isShowingDiff());
     EXPECT_EQ(multiSelection(), QStringList({u"a"_s, u"c"_s}));
 }

@@ -15,11 +15,11 @@ namespace quillary::test {
 using namespace Qt::StringLiterals;
 
 NotesStoreTest::NotesStoreTest() : settings(preferences()) {
-    AppActions::shared().onBeep = [this] { ++beeps; };
+    AppActions::shared().desktop = &desktop;
 }
 
 NotesStoreTest::~NotesStoreTest() {
-    AppActions::shared().onBeep = nullptr;
+    AppActions::shared().desktop = nullptr;
 }
 
 void NotesStoreTest::openStore(NoteSortOrder order) {

@@ -3,6 +3,7 @@
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 
+#include "Tests/State/FakeDesktop.h"
 #include "Tests/State/NotesDirectory.h"
 
 #include <QSignalSpy>
@@ -46,7 +47,7 @@ protected:
     QTemporaryDir configuration;
     AppSettings settings;
     std::unique_ptr<NotesStore> store;
-    int beeps = 0;
+    FakeDesktop desktop;
 };
 
 /// How often a signal was sent since it is watched.
