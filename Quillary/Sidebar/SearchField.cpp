@@ -57,11 +57,7 @@ void SearchField::keyPressEvent(QKeyEvent* event) {
         Q_EMIT committed();
         return;
     case Qt::Key_Escape:
-        if (m_store.searchQuery().isEmpty()) {
-            m_store.raiseEditorFocusToken();
-        } else {
-            m_store.setSearchQuery({});
-        }
+        m_store.cancelSearch();
         return;
     default:
         QLineEdit::keyPressEvent(event);

@@ -10,12 +10,10 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace quillary {
 
 SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent)
-    : QWidget(parent), m_store(store), m_search(new SearchField(store, this)), m_list(new SidebarList(store, this)) {
+    : QWidget(parent), m_search(new SearchField(store, this)), m_list(new SidebarList(store, this)) {
     auto* const newNoteButton = new QToolButton(this);
     newNoteButton->setAutoRaise(true);
     newNoteButton->setDefaultAction(newNote);
@@ -37,29 +35,12 @@ SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent)
     layout->addWidget(new SidebarFooter(store, this));
 
     connect(m_search, &SearchField::stepped, m_list, &SidebarList::stepNote);
-    connect(m_search, &SearchField::committed, this, &SidebarView::commitSearch);
+    connect(m_search, &SearchField::committed, &store, &NotesStore::commitSearch);
 }
 
 void SidebarView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), Theme::sidebarBackground.in(palette()));
-}
-
-void SidebarView::commitSearch() {
-    const QList<NoteItemPtr> visible = m_store.visibleNotes();
-    const NoteItemPtr selected = m_store.selectedItem();
-    const QString wanted = m_store.searchQuery().trimmed();
-    if (visible.isEmpty() && !wanted.isEmpty()) {
-        m_store.makeNote(wanted, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
-        return;
-    }
-    if (visible.isEmpty()) {
-        m_store.setSelectedID(std::nullopt);
-    } else if (!visible.contains(selected)) {
-        m_store.setSelectedID(visible.constFirst()->id());
-    }
-    m_store.setSearchQuery({});
-    m_store.raiseEditorFocusToken();
 }
 
 } // namespace quillary

@@ -23,9 +23,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void commitSearch();
-
-    NotesStore& m_store;
     SearchField* m_search;
     SidebarList* m_list;
 };

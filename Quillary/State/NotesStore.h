@@ -4,6 +4,8 @@
 #include "Quillary/Platform/MountWatcher.h"
 #include "Quillary/State/DelayedTask.h"
 #include "Quillary/State/NoteItem.h"
+#include "Quillary/State/SidebarCursor.h"
+#include "Quillary/State/SidebarDragItem.h"
 #include "Quillary/State/SidebarSection.h"
 #include "Quillary/State/TextPreloader.h"
 #include "QuillaryCore/Formats/FormatDetector.h"
@@ -263,6 +265,94 @@ public:
     /// What is selected of a note in the editor, or else its whole text; nothing if it isn't loaded.
     std::optional<SharedText> textToShare(const NoteItem& item) const;
 
+    // Commands on folders.
+
+    /// Makes a folder on top of the others, moves notes into it, and lets the user name it in its place. Its name; none
+    /// after a failure.
+    std::optional<QString> createFolder(const QList<NoteItemPtr>& moving);
+
+    /// Gives a folder another name, and ends the editing of its name. It keeps its place, colour, order and notes.
+    /// Blanks around the name don't count; an empty or equal one does nothing more.
+    void renameFolder(const QString& name, const QString& to);
+
+    /// Moves a folder to the Trash, with its notes or after they have moved to the top level.
+    void deleteFolder(const QString& name, bool keepingNotes);
+
+    /// Puts a folder before another one, or at the end.
+    void moveFolder(const QString& name, const std::optional<QString>& before);
+
+    /// Lets a folder change places with the one that is some places further down; nothing if there is none.
+    void moveFolder(const QString& name, int by);
+
+    /// Gives a folder a colour, or none.
+    void setColor(std::optional<FolderColor> color, const QString& folder);
+
+    // Commands on the places of notes.
+
+    /// Moves notes to a folder, or to the top level. Several of them end with the first one selected.
+    void move(const QList<NoteItemPtr>& items, const std::optional<QString>& toFolder);
+
+    /// Puts notes into a folder, or the top level, before a note there or at the end. The order becomes the one by
+    /// hand; the selected note stays.
+    void place(const QList<NoteItemPtr>& items, const std::optional<QString>& inFolder, const NoteItemPtr& before);
+
+    /// Moves the selected note some places down, or up, in its folder. The order becomes the one by hand.
+    void shiftSelectedNote(int by);
+
+    /// The note that follows another one in its folder where some are left out; null if there is none.
+    NoteItemPtr note(const NoteItem& after, const QList<NoteItemPtr>& excluding) const;
+
+    /// What a drag that starts on a note's row takes along: the whole multiple selection if the note is of it.
+    SidebarDragItem dragItem(const NoteItem& item) const;
+
+    /// What is being dragged in the sidebar, if anything.
+    const std::optional<SidebarDragItem>& dragItem() const { return m_dragItem; }
+
+    void setDragItem(const std::optional<SidebarDragItem>& item) { m_dragItem = item; }
+
+    // Navigation.
+
+    /// The stops of the keyboard's cursor from top to bottom: headers of folders, and notes that are not hidden in one.
+    QList<SidebarCursor> sidebarCursors() const;
+
+    /// Moves the cursor one stop down (1) or up (-1); from a folder's header to the next header. Beeps at the ends.
+    void sidebarMove(int step);
+
+    /// Opens the selected folder, or goes to its first note. Nothing without a selected folder.
+    void sidebarRight();
+
+    /// Closes the selected folder, or goes from a note to the header of its folder.
+    void sidebarLeft();
+
+    /// Selects the next (1) or previous (-1) visible note, and goes on at the other end.
+    void selectAdjacent(int step);
+
+    /// Selects a note by its place among the visible ones, from 0 on; nothing for a place that isn't there.
+    void selectVisible(qsizetype at);
+
+    /// Ends a search with what it found: the selected note, or else the first. Where nothing was found, a note of that
+    /// title is made.
+    void commitSearch();
+
+    /// Empties the search, and leaves its field if it is empty already.
+    void cancelSearch();
+
+    /// Selects a note wherever it is hidden, as a preview if that is asked for and there is one.
+    void reveal(NoteItem& item, bool previewing);
+
+    /// What became of a link.
+    enum class LinkResult {
+        /// A note is selected, or a file was opened.
+        handled,
+        /// It leads nowhere, or to a place in the same note, which the preview finds by itself.
+        discarded,
+        /// It is to be opened by the system.
+        systemAction,
+    };
+
+    /// Follows a link in the preview of a note: to the note that it means, or else to another file.
+    LinkResult openLink(const QString& url, const NoteItem& from);
+
 Q_SIGNALS:
     void notesChanged();
     void noteChanged(quillary::NoteItem* item, quillary::NoteField field);
@@ -321,7 +411,17 @@ private:
     QList<NoteItemPtr> multiSelectedItems() const;
     QList<NoteID> chronological(const QList<NoteID>& ids) const;
 
-    // NotesStoreNotes.cpp
+    // NotesStoreNavigation.cpp
+    std::optional<SidebarCursor> currentCursor() const;
+    void moveCursor(const SidebarCursor& to);
+    qsizetype cursorBesideHeader(const QList<SidebarCursor>& cursors, qsizetype header, int step) const;
+    NoteItemPtr linkedNote(const QString& path, const NoteItem& from) const;
+
+    // NotesStoreOrder.cpp
+    void moveNotes(const QList<NoteItemPtr>& items, const std::optional<QString>& toFolder,
+                   const NoteItemPtr& selecting);
+    bool moveFile(NoteItem& item, const std::optional<QString>& toFolder);
+    void adoptManualOrder();
     void renameInOrder(const NoteItem& item, const QString& oldFileName);
     void removeFromOrder(const QList<NoteItemPtr>& items);
     void takeNoteOrder(const SidebarLayout& layout);
@@ -347,6 +447,7 @@ private:
     qint64 m_searchFocusToken = 0;
     qint64 m_titleRenameToken = 0;
     QMap<QString, QStringList> m_noteOrder;
+    std::optional<SidebarDragItem> m_dragItem;
 
     std::vector<std::unique_ptr<DirectoryWatcher>> m_watchers;
     std::unique_ptr<DirectoryWatcher> m_returnWatcher;

@@ -118,13 +118,6 @@ void NotesStore::rename(NoteItem& item, const QString& title) {
     }
 }
 
-/// Lets the manual order follow a note to its new file name. A note that has no place in it gets none.
-void NotesStore::renameInOrder(const NoteItem& item, const QString& oldFileName) {
-    SidebarLayout layout = currentLayout();
-    layout.renameNote(oldFileName, item.fileName(), item.folder());
-    takeNoteOrder(layout);
-}
-
 void NotesStore::requestTrash(const std::optional<QList<NoteItemPtr>>& items) {
     QList<NoteID> ids;
     for (const NoteItemPtr& item : items ? *items : actionTargets()) {
@@ -174,23 +167,6 @@ void NotesStore::moveToTrash(const QList<NoteItemPtr>& items) {
         setSelectedID(left[wasVisible ? std::min(position, left.size() - 1) : 0]->id());
     } else {
         setSelectedID(m_notes.isEmpty() ? std::nullopt : std::optional(m_notes.first()->id()));
-    }
-}
-
-/// Takes notes that have gone out of the manual order, and writes the layout if it held one of them.
-void NotesStore::removeFromOrder(const QList<NoteItemPtr>& items) {
-    SidebarLayout layout = currentLayout();
-    for (const NoteItemPtr& item : items) {
-        layout.removeNote(item->fileName(), item->folder());
-    }
-    takeNoteOrder(layout);
-}
-
-/// Takes over the manual order of a changed layout, and writes it if it did change.
-void NotesStore::takeNoteOrder(const SidebarLayout& layout) {
-    if (layout.noteOrder != m_noteOrder) {
-        m_noteOrder = layout.noteOrder;
-        saveLayout();
     }
 }
 
