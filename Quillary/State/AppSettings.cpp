@@ -80,6 +80,7 @@ AppSettings::AppSettings(Preferences preferences, QObject* parent)
     m_soloAgentToolID = storedInteger(values[soloAgentToolIDKey]);
     m_soloSubmitAfterPaste = values[soloSubmitAfterPasteKey].toBool(true);
     m_soloBringToFront = values[soloBringToFrontKey].toBool(true);
+    readShortcuts(values);
 }
 
 template <typename T>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/Keyboard/ShortcutAction.h"
 #include "Quillary/State/AppAppearance.h"
 #include "Quillary/State/EditorStyle.h"
 #include "Quillary/State/Preferences.h"
@@ -7,7 +8,9 @@
 #include "QuillaryCore/Notes/NoteSortOrder.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
+#include <QMap>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <optional>
@@ -103,6 +106,29 @@ public:
     /// `appearance`; the shell calls it at the start, when there is an application to be given a look.
     void applyAppearance() const;
 
+    // The user's shortcuts.
+
+    /// The shortcuts that differ from the defaults.
+    const QMap<ShortcutAction, KeyShortcut>& customShortcuts() const { return m_customShortcuts; }
+
+    /// The actions that the user turned off.
+    const QSet<ShortcutAction>& disabledShortcuts() const { return m_disabledShortcuts; }
+
+    /// The keys of an action; none if it is turned off.
+    std::optional<KeyShortcut> shortcut(ShortcutAction forAction) const;
+
+    /// The first action that has these keys.
+    std::optional<ShortcutAction> action(const KeyShortcut& forShortcut) const;
+
+    /// Gives an action other keys; none turns it off. The default keys leave no trace.
+    void setShortcut(const std::optional<KeyShortcut>& shortcut, ShortcutAction forAction);
+
+    /// Gives an action its default keys.
+    void resetShortcut(ShortcutAction ofAction);
+
+    /// Whether the user left an action's keys as they were.
+    bool isDefault(ShortcutAction action) const;
+
     /// How the application gets a look; set by the shell.
     std::function<void(AppAppearance)> onApplyAppearance;
 
@@ -121,11 +147,14 @@ Q_SIGNALS:
     void soloBringToFrontChanged();
     void showsMenuBarExtraChanged();
     void appearanceChanged();
+    void shortcutsChanged();
 
 private:
     template <typename T>
     void assign(T& field, const T& value, QLatin1StringView key, const QJsonValue& stored,
                 void (AppSettings::*changed)());
+    void readShortcuts(const QJsonObject& values);
+    void assignShortcuts(const QMap<ShortcutAction, KeyShortcut>& custom, const QSet<ShortcutAction>& disabled);
 
     Preferences m_preferences;
     FilePath m_notesDirectory;
@@ -142,6 +171,8 @@ private:
     bool m_soloBringToFront = true;
     bool m_showsMenuBarExtra = true;
     AppAppearance m_appearance = AppAppearance::system;
+    QMap<ShortcutAction, KeyShortcut> m_customShortcuts;
+    QSet<ShortcutAction> m_disabledShortcuts;
 };
 
 } // namespace quillary

@@ -24,11 +24,17 @@ QJsonObject Preferences::values() const {
 }
 
 void Preferences::set(const QString& key, const QJsonValue& value) const {
+    set({{key, value}});
+}
+
+void Preferences::set(std::initializer_list<std::pair<QString, QJsonValue>> values) const {
     Contents contents = read();
     if (contents.condition == Condition::unreadable || (contents.condition == Condition::broken && !setAside())) {
         return;
     }
-    contents.values.insert(key, value);
+    for (const auto& [key, value] : values) {
+        contents.values.insert(key, value);
+    }
     QDir().mkpath(QFile::decodeName(m_file.parent().bytes()));
     QSaveFile file(QFile::decodeName(m_file.bytes()));
     if (file.open(QIODevice::WriteOnly)) {

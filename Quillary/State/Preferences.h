@@ -4,6 +4,10 @@
 
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QString>
+
+#include <initializer_list>
+#include <utility>
 
 namespace quillary {
 
@@ -23,6 +27,9 @@ public:
     /// a JSON object is set aside under another name first. A file that can't be read or set aside is left alone, and
     /// so is the key.
     void set(const QString& key, const QJsonValue& value) const;
+
+    /// The same for several keys in one write, so that all or none of them change.
+    void set(std::initializer_list<std::pair<QString, QJsonValue>> values) const;
 
 private:
     enum class Condition {
