@@ -2,14 +2,12 @@
 
 #include "Quillary/Detail/DetailView.h"
 #include "Quillary/Shell/ErrorAlert.h"
+#include "Quillary/Shell/QuillaryCommands.h"
 #include "Quillary/Shell/WindowPlace.h"
 #include "Quillary/Sidebar/SidebarView.h"
-#include "Quillary/Theme/Symbol.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
-#include <QAction>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QSplitter>
 
@@ -24,7 +22,8 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, QWidget* parent
     resize(defaultSize);
     setMinimumSize(480, 320);
 
-    auto* const sidebar = new SidebarView(store, addCommands(), m_splitter);
+    auto* const commands = new QuillaryCommands(&store, &settings, this);
+    auto* const sidebar = new SidebarView(store, commands->newNote(), m_splitter);
     sidebar->setMinimumWidth(180);
     auto* const detail = new DetailView(store, settings, m_splitter);
     detail->setMinimumWidth(240);
@@ -36,6 +35,7 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, QWidget* parent
 
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setMenuBar(commands->menuBar());
     layout->addWidget(m_splitter);
 
     WindowPlace::restore(*this, *m_splitter);
@@ -82,40 +82,22 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     QWidget::closeEvent(event);
 }
 
-QAction* MainWindow::addCommand(const QString& text, const QKeySequence& keys, const std::function<void()>& run) {
-    auto* const action = new QAction(text, this);
-    action->setShortcut(keys);
-    connect(action, &QAction::triggered, this, run);
-    addAction(action);
-    return action;
-}
-
-QAction* MainWindow::addCommands() {
-    addCommand(tr("Cerca note"), Qt::CTRL | Qt::Key_K, [this] { m_store.raiseSearchFocusToken(); });
-    addCommand(tr("Salva"), Qt::CTRL | Qt::Key_S, [this] {
-        if (const NoteItemPtr note = m_store.selectedItem()) {
-            m_store.save(*note);
-        }
-    });
-    addCommand(tr("Chiudi"), Qt::CTRL | Qt::Key_W, [this] { close(); });
-    addCommand(tr("Esci da Quillary"), Qt::CTRL | Qt::Key_Q, [] { QCoreApplication::quit(); });
-
-    QAction* const newNote = addCommand(tr("Nuova nota"), Qt::CTRL | Qt::Key_N, [this] {
-        const NoteItemPtr selected = m_store.selectedItem();
-        m_store.makeNote({}, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
-    });
-    newNote->setIcon(symbolIcon(Symbol::newNote));
-    newNote->setToolTip(tr("Nuova nota (⌘N)"));
-    return newNote;
-}
-
 void MainWindow::updateTitle() {
     const NoteItemPtr note = m_store.selectedItem();
     setWindowTitle(note == nullptr ? u"Quillary"_s : FilePath::displayText(note->title()));
 }
 
+void MainWindow::toggleSidebar() {
+    const QList<int> sizes = m_splitter->sizes();
+    if (sizes.constFirst() == 0) {
+        showSidebar();
+    } else {
+        m_splitter->setSizes({0, sizes.constFirst() + sizes.constLast()});
+    }
+}
+
 void MainWindow::showSidebar() {
-    QList<int> sizes = m_splitter->sizes();
+    const QList<int> sizes = m_splitter->sizes();
     if (sizes.constFirst() == 0) {
         const int width = m_splitter->widget(0)->minimumWidth();
         m_splitter->setSizes({width, sizes.constLast() - width});

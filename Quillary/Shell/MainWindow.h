@@ -4,12 +4,8 @@
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 
-#include <QKeySequence>
 #include <QWidget>
 
-#include <functional>
-
-class QAction;
 class QSplitter;
 
 namespace quillary {
@@ -27,6 +23,9 @@ public:
     void deminiaturize() override;
     void makeKeyAndOrderFront() override;
 
+    /// Hides the sidebar, or shows it again.
+    void toggleSidebar();
+
     /// Keeps where the window stands for the next start.
     void rememberPlace() const;
 
@@ -34,8 +33,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    QAction* addCommand(const QString& text, const QKeySequence& keys, const std::function<void()>& run);
-    QAction* addCommands();
     void updateTitle();
     void showSidebar();
 

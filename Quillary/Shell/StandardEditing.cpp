@@ -1,0 +1,26 @@
+#include "Quillary/Shell/StandardEditing.h"
+
+#include "Quillary/State/AppActions.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QWidget>
+
+namespace quillary::StandardEditing {
+
+void perform(QKeySequence::StandardKey key) {
+    QWidget* const focused = QApplication::focusWidget();
+    const QList<QKeySequence> bindings = QKeySequence::keyBindings(key);
+    if (focused == nullptr || bindings.isEmpty()) {
+        AppActions::shared().beep();
+        return;
+    }
+    const QKeyCombination keys = bindings.constFirst()[0];
+    QKeyEvent press(QEvent::KeyPress, keys.key(), keys.keyboardModifiers());
+    QCoreApplication::sendEvent(focused, &press);
+    if (!press.isAccepted()) {
+        AppActions::shared().beep();
+    }
+}
+
+} // namespace quillary::StandardEditing

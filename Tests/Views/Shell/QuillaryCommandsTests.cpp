@@ -1,0 +1,204 @@
+#include "../NotesFolder.h"
+#include "Quillary/Shell/MainWindow.h"
+#include "Quillary/State/AppActions.h"
+
+#include "Tests/State/FakeDesktop.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A main window with its menus.
+class QuillaryCommandsTest : public testing::Test {
+protected:
+    QuillaryCommandsTest() { AppActions::shared().desktop = &desktop; }
+
+    ~QuillaryCommandsTest() override { AppActions::shared() = {}; }
+
+    /// The menu of a title without its mnemonic, in the menu bar or in another menu; there must be one.
+    QMenu* menu(const QString& title) {
+        for (QMenu* const each : window.findChildren<QMenu*>()) {
+            if (each->title().remove(u'&') == title) {
+                return each;
+            }
+        }
+        return nullptr;
+    }
+
+    static QAction* item(const QMenu* menu, const QString& text) {
+        for (QAction* const action : menu->actions()) {
+            if (action->text() == text) {
+                return action;
+            }
+        }
+        return nullptr;
+    }
+
+    /// Items as they stand, with their keys; submenus end with "▸", separators are "-".
+    static QStringList items(const QMenu* menu) {
+        QStringList texts;
+        for (const QAction* const action : menu->actions()) {
+            const QString keys = action->shortcut().toString(QKeySequence::PortableText);
+            texts.append(action->isSeparator() ? u"-"_s
+                                               : action->text() + (action->menu() == nullptr ? u""_s : u" ▸"_s) +
+                                                     (keys.isEmpty() ? u""_s : u"  "_s + keys));
+        }
+        return texts;
+    }
+
+    void run(const QString& menuTitle, const QString& text) { item(menu(menuTitle), text)->trigger(); }
+
+    test::FakeDesktop desktop;
+    NotesFolder folder{{{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"Lavoro/c.md"_s, u"gamma"_s}}};
+    MainWindow window{folder.store(), folder.settings()};
+};
+
+} // namespace
+
+TEST_F(QuillaryCommandsTest, StandInTheirOrderWithTheirKeys) {
+    QStringList titles;
+    for (const QAction* const action : window.findChild<QMenuBar*>()->actions()) {
+        titles.append(action->text().remove(u'&'));
+    }
+    EXPECT_EQ(titles, (QStringList{u"File"_s, u"Modifica"_s, u"Vista"_s, u"Nota"_s, u"Finestra"_s}));
+    EXPECT_EQ(items(menu(u"File"_s)),
+              (QStringList{u"Nuova nota  Ctrl+N"_s, u"Nuova cartella  Ctrl+Alt+N"_s, u"-"_s, u"Salva  Ctrl+S"_s,
+                           u"Rinomina…  Ctrl+R"_s, u"Mostra nel Finder  Ctrl+Shift+R"_s, u"Apri cartella delle note"_s,
+                           u"Sposta nel Cestino…  Ctrl+Shift+Backspace"_s, u"-"_s, u"Chiudi finestra  Ctrl+W"_s,
+                           u"Esci da Quillary  Ctrl+Q"_s}));
+    EXPECT_EQ(
+        items(menu(u"Modifica"_s)),
+        (QStringList{u"Annulla  Ctrl+Z"_s,
+                     u"Ripristina  "_s + QKeySequence(QKeySequence::Redo).toString(QKeySequence::PortableText), u"-"_s,
+                     u"Taglia  Ctrl+X"_s, u"Copia  Ctrl+C"_s, u"Incolla  Ctrl+V"_s, u"Seleziona tutto  Ctrl+A"_s}));
+    EXPECT_EQ(items(menu(u"Vista"_s)),
+              (QStringList{u"Mostra / nascondi barra laterale  Meta+Ctrl+S"_s, u"-"_s, u"Ingrandisci testo  Ctrl++"_s,
+                           u"Riduci testo  Ctrl+-"_s, u"Dimensione predefinita  Ctrl+0"_s, u"-"_s, u"Aspetto ▸"_s}));
+    EXPECT_EQ(items(menu(u"Nota"_s)),
+              (QStringList{u"Nota successiva  Ctrl+Down"_s, u"Nota precedente  Ctrl+Up"_s, u"Cerca note  Ctrl+K"_s,
+                           u"-"_s, u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"Formato ▸"_s, u"-"_s,
+                           u"Confronta note selezionate  Ctrl+Shift+D"_s, u"Raggruppa in nuova cartella  Ctrl+G"_s,
+                           u"Sposta nota in su  Ctrl+Alt+Up"_s, u"Sposta nota in giù  Ctrl+Alt+Down"_s, u"-"_s,
+                           u"Copia contenuto della nota  Ctrl+Alt+C"_s}));
+    EXPECT_EQ(items(menu(u"Formato"_s)),
+              (QStringList{u"Testo  Meta+Ctrl+1"_s, u"Markdown  Meta+Ctrl+2"_s, u"JSON  Meta+Ctrl+3"_s,
+                           u"CSV  Meta+Ctrl+4"_s, u"HTML  Meta+Ctrl+5"_s, u"CSS  Meta+Ctrl+6"_s,
+                           u"JavaScript  Meta+Ctrl+7"_s, u"PHP  Meta+Ctrl+8"_s}));
+    EXPECT_EQ(items(menu(u"Aspetto"_s)), (QStringList{u"Sistema"_s, u"Chiaro"_s, u"Scuro"_s}));
+}
+
+TEST_F(QuillaryCommandsTest, ShowAShortcutOfTheUsersAtOnce) {
+    AppSettings& settings = folder.settings();
+    const QAction* const search = item(menu(u"Nota"_s), u"Cerca note"_s);
+    settings.setShortcut(KeyShortcut(38, KeyShortcut::Modifiers::command, u"j"_s), ShortcutAction::search);
+    EXPECT_EQ(search->shortcut(), QKeySequence(u"Ctrl+J"_s));
+    settings.setShortcut(std::nullopt, ShortcutAction::search);
+    EXPECT_TRUE(search->shortcut().isEmpty());
+    EXPECT_TRUE(search->isEnabled());
+    settings.setShortcut(KeyShortcut(96, {}, {}), ShortcutAction::search);
+    EXPECT_TRUE(search->shortcut().isEmpty());
+    settings.resetShortcut(ShortcutAction::search);
+    EXPECT_EQ(search->shortcut(), QKeySequence(u"Ctrl+K"_s));
+}
+
+TEST_F(QuillaryCommandsTest, MakeNotesBesideTheSelectedOne) {
+    folder.store().setSelectedID(folder.note(u"c"_s)->id());
+    run(u"File"_s, u"Nuova nota"_s);
+    EXPECT_EQ(folder.store().selectedItem()->folder(), u"Lavoro"_s);
+    folder.store().setSelectedID(std::nullopt);
+    run(u"File"_s, u"Nuova nota"_s);
+    EXPECT_EQ(folder.store().selectedItem()->folder(), std::nullopt);
+    run(u"File"_s, u"Nuova cartella"_s);
+    EXPECT_EQ(folder.store().folders().size(), 2);
+}
+
+TEST_F(QuillaryCommandsTest, ActOnTheSelectedNoteAndDoNothingWithoutOne) {
+    NotesStore& store = folder.store();
+    store.setSelectedID(folder.note(u"a"_s)->id());
+    run(u"File"_s, u"Mostra nel Finder"_s);
+    EXPECT_EQ(desktop.revealed, QStringList{folder.path(u"a.md"_s)});
+    run(u"File"_s, u"Apri cartella delle note"_s);
+    EXPECT_EQ(desktop.opened, QStringList{folder.settings().notesDirectory().text()});
+    const QSignalSpy renames(&store, &NotesStore::titleRenameTokenChanged);
+    run(u"File"_s, u"Rinomina…"_s);
+    EXPECT_EQ(renames.count(), 1);
+    run(u"Formato"_s, u"JSON"_s);
+    EXPECT_TRUE(QFile::exists(folder.path(u"a.json"_s)));
+    run(u"File"_s, u"Sposta nel Cestino…"_s);
+    EXPECT_EQ(store.pendingNoteDeletion(), QList<NoteID>{folder.note(u"a"_s)->id()});
+
+    store.setSelectedID(std::nullopt);
+    run(u"File"_s, u"Salva"_s);
+    run(u"File"_s, u"Mostra nel Finder"_s);
+    run(u"Formato"_s, u"CSS"_s);
+    EXPECT_EQ(desktop.revealed.size(), 1);
+    EXPECT_EQ(store.errorMessage(), std::nullopt);
+}
+
+TEST_F(QuillaryCommandsTest, ZoomByWholePointsWithinTheBounds) {
+    AppSettings& settings = folder.settings();
+    settings.setFontSize(27.4);
+    run(u"Vista"_s, u"Ingrandisci testo"_s);
+    EXPECT_EQ(settings.fontSize(), 28);
+    run(u"Vista"_s, u"Ingrandisci testo"_s);
+    EXPECT_EQ(settings.fontSize(), 28);
+    run(u"Vista"_s, u"Dimensione predefinita"_s);
+    EXPECT_EQ(settings.fontSize(), 13);
+    settings.setFontSize(9);
+    run(u"Vista"_s, u"Riduci testo"_s);
+    EXPECT_EQ(settings.fontSize(), 9);
+}
+
+TEST_F(QuillaryCommandsTest, ChooseTheAppearanceAndMarkTheOneInUse) {
+    run(u"Aspetto"_s, u"Scuro"_s);
+    EXPECT_EQ(folder.settings().appearance(), AppAppearance::dark);
+    folder.settings().setAppearance(AppAppearance::light);
+    EXPECT_TRUE(item(menu(u"Aspetto"_s), u"Chiaro"_s)->isChecked());
+    EXPECT_FALSE(item(menu(u"Aspetto"_s), u"Scuro"_s)->isChecked());
+}
+
+TEST_F(QuillaryCommandsTest, GroupTheSelectedNotesInANewFolder) {
+    NotesStore& store = folder.store();
+    store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
+    run(u"Nota"_s, u"Raggruppa in nuova cartella"_s);
+    EXPECT_EQ(folder.note(u"a"_s)->folder(), store.folders().constFirst());
+    EXPECT_EQ(folder.note(u"b"_s)->folder(), store.folders().constFirst());
+}
+
+TEST_F(QuillaryCommandsTest, EditInTheWidgetThatHasTheKeyboard) {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    auto* const field = window.findChild<QLineEdit*>();
+    field->setFocus();
+    QTest::keyClicks(field, u"uno"_s);
+    run(u"Modifica"_s, u"Seleziona tutto"_s);
+    EXPECT_EQ(field->selectedText(), u"uno"_s);
+    run(u"Modifica"_s, u"Taglia"_s);
+    EXPECT_EQ(field->text(), QString());
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"uno"_s);
+    run(u"Modifica"_s, u"Incolla"_s);
+    run(u"Modifica"_s, u"Incolla"_s);
+    EXPECT_EQ(field->text(), u"unouno"_s);
+    run(u"Modifica"_s, u"Annulla"_s);
+    EXPECT_NE(field->text(), u"unouno"_s);
+    run(u"Modifica"_s, u"Ripristina"_s);
+    EXPECT_EQ(field->text(), u"unouno"_s);
+    EXPECT_EQ(desktop.beeps, 0);
+
+    field->clearFocus();
+    run(u"Modifica"_s, u"Incolla"_s);
+    EXPECT_EQ(desktop.beeps, 1);
+}
