@@ -1,15 +1,11 @@
 #include "Quillary/Editor/EditorFont.h"
 
-#include <QFontDatabase>
+#include "Quillary/Theme/Theme.h"
 
 namespace quillary {
 
 QFont editorFont(const EditorStyle& style) {
-    const bool isMonospaced = style.fontStyle == EditorFontStyle::monospaced;
-    QFont font = QFontDatabase::systemFont(isMonospaced ? QFontDatabase::FixedFont : QFontDatabase::GeneralFont);
-    constexpr double pointsPerPixel = 0.75;
-    font.setPointSizeF(style.size * pointsPerPixel);
-    return font;
+    return style.fontStyle == EditorFontStyle::monospaced ? Theme::monospacedFont(style.size) : Theme::font(style.size);
 }
 
 } // namespace quillary

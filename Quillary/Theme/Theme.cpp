@@ -1,6 +1,7 @@
 #include "Quillary/Theme/Theme.h"
 
 #include <QCoreApplication>
+#include <QFontDatabase>
 #include <QGuiApplication>
 
 namespace quillary::Theme {
@@ -17,17 +18,11 @@ QColor textAt(const QPalette& palette, float opacity) {
     return color;
 }
 
-const AdaptiveColor tagColor{rgb(0.40, 0.76, 0.95), rgb(0.00, 0.44, 0.58)};
-const AdaptiveColor attributeColor{rgb(0.99, 0.70, 0.36), rgb(0.55, 0.36, 0.00)};
-const AdaptiveColor keywordColor{rgb(0.99, 0.43, 0.68), rgb(0.61, 0.13, 0.58)};
-const AdaptiveColor variableColor{rgb(0.42, 0.83, 0.78), rgb(0.13, 0.44, 0.48)};
-
-/// A size is in logical pixels of a screen of 96 dpi, as the design of the lists is, and grows with the desktop's scale
-/// of texts; a point of a font is 1/72 inch.
-QFont sized(double size) {
+/// A point of a font is 1/72 inch, and a logical pixel 1/96.
+QFont sized(QFont font, double size, QFont::Weight weight) {
     constexpr double pointsPerPixel = 0.75;
-    QFont font = QGuiApplication::font();
     font.setPointSizeF(size * pointsPerPixel);
+    font.setWeight(weight);
     return font;
 }
 
@@ -40,6 +35,39 @@ const AdaptiveColor jsonString{rgb(0.56, 0.82, 0.62), rgb(0.13, 0.48, 0.30)};
 const AdaptiveColor jsonNumber{rgb(0.55, 0.73, 1.00), rgb(0.10, 0.36, 0.74)};
 const AdaptiveColor jsonLiteral{rgb(0.84, 0.62, 0.92), rgb(0.58, 0.24, 0.62)};
 const QColor accentDot = rgb(0.91, 0.36, 0.10);
+
+const AdaptiveColor& syntaxColor(SyntaxTokenKind kind) {
+    static const AdaptiveColor keyword{rgb(0.99, 0.43, 0.68), rgb(0.61, 0.13, 0.58)};
+    static const AdaptiveColor string{rgb(0.99, 0.50, 0.42), rgb(0.77, 0.16, 0.12)};
+    static const AdaptiveColor comment{rgb(0.50, 0.56, 0.53), rgb(0.45, 0.50, 0.47)};
+    static const AdaptiveColor number{rgb(0.84, 0.77, 0.52), rgb(0.11, 0.20, 0.78)};
+    static const AdaptiveColor constant{rgb(0.76, 0.62, 0.98), rgb(0.42, 0.20, 0.70)};
+    static const AdaptiveColor tag{rgb(0.40, 0.76, 0.95), rgb(0.00, 0.44, 0.58)};
+    static const AdaptiveColor attribute{rgb(0.99, 0.70, 0.36), rgb(0.55, 0.36, 0.00)};
+    static const AdaptiveColor variable{rgb(0.42, 0.83, 0.78), rgb(0.13, 0.44, 0.48)};
+    static const AdaptiveColor function{rgb(0.55, 0.72, 0.99), rgb(0.20, 0.36, 0.60)};
+    switch (kind) {
+    case SyntaxTokenKind::keyword:
+        return keyword;
+    case SyntaxTokenKind::string:
+        return string;
+    case SyntaxTokenKind::comment:
+        return comment;
+    case SyntaxTokenKind::number:
+        return number;
+    case SyntaxTokenKind::constant:
+        return constant;
+    case SyntaxTokenKind::tag:
+        return tag;
+    case SyntaxTokenKind::attribute:
+        return attribute;
+    case SyntaxTokenKind::variable:
+        return variable;
+    case SyntaxTokenKind::function:
+        return function;
+    }
+    Q_UNREACHABLE();
+}
 
 QColor separator(const QPalette& palette) {
     return textAt(palette, 0.12F);
@@ -83,13 +111,13 @@ QColor formatTint(NoteFormat format, const QPalette& palette) {
     case NoteFormat::csv:
         return jsonString.in(palette);
     case NoteFormat::html:
-        return tagColor.in(palette);
+        return syntaxColor(SyntaxTokenKind::tag).in(palette);
     case NoteFormat::css:
-        return attributeColor.in(palette);
+        return syntaxColor(SyntaxTokenKind::attribute).in(palette);
     case NoteFormat::javascript:
-        return keywordColor.in(palette);
+        return syntaxColor(SyntaxTokenKind::keyword).in(palette);
     case NoteFormat::php:
-        return variableColor.in(palette);
+        return syntaxColor(SyntaxTokenKind::variable).in(palette);
     }
     Q_UNREACHABLE();
 }
@@ -142,18 +170,24 @@ QString folderColorName(FolderColor color) {
     Q_UNREACHABLE();
 }
 
+QFont font(double size, QFont::Weight weight) {
+    return sized(QGuiApplication::font(), size, weight);
+}
+
+QFont monospacedFont(double size, QFont::Weight weight) {
+    return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), size, weight);
+}
+
 QFont sidebarTitle() {
-    QFont font = sized(12.5);
-    font.setWeight(QFont::Medium);
-    return font;
+    return font(12.5, QFont::Medium);
 }
 
 QFont sidebarDetail() {
-    return sized(11);
+    return font(11);
 }
 
 QFont caption() {
-    return sized(10.5);
+    return font(10.5);
 }
 
 } // namespace quillary::Theme

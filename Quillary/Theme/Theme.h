@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Quillary/Theme/AdaptiveColor.h"
+#include "QuillaryCore/Formats/SyntaxTokenKind.h"
 #include "QuillaryCore/Notes/FolderColor.h"
 #include "QuillaryCore/Notes/NoteFormat.h"
 
@@ -22,6 +23,9 @@ extern const AdaptiveColor jsonLiteral;
 /// The mark of unsaved changes, the same in both appearances.
 extern const QColor accentDot;
 
+/// The colour of a kind of token in source text.
+const AdaptiveColor& syntaxColor(SyntaxTokenKind kind);
+
 QColor separator(const QPalette& palette);
 QColor editorBackground(const QPalette& palette);
 QColor secondaryText(const QPalette& palette);
@@ -39,7 +43,12 @@ QColor formatTint(NoteFormat format, const QPalette& palette);
 QColor folderColor(FolderColor color, const QPalette& palette);
 QString folderColorName(FolderColor color);
 
-/// The fonts of the lists, from the application's own.
+/// The application's font, and the desktop's font of fixed width. A size is in logical pixels of a screen of 96 dpi, as
+/// all sizes of the design are, and grows with the desktop's scale of texts.
+QFont font(double size, QFont::Weight weight = QFont::Normal);
+QFont monospacedFont(double size, QFont::Weight weight = QFont::Normal);
+
+/// The fonts of the lists.
 QFont sidebarTitle();
 QFont sidebarDetail();
 QFont caption();
