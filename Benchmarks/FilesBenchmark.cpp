@@ -1,5 +1,6 @@
 #include "PeerTable.h"
 #include "QuillaryCore/Notes/NoteFileStore.h"
+#include "QuillaryCore/Notes/NoteSortOrder.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -74,10 +75,20 @@ qsizetype readAll(const std::vector<QByteArray>& paths) {
     return total;
 }
 
-void compareListing(const char* task, const NotesDirectory& notes) {
+/// Listing and bringing into an order; the peer has only the facts.
+void compareListing(const char* task, const NotesDirectory& notes, NoteSortOrder order) {
     const NoteFileStore store(notes.path());
     compareWithPeer(
-        task, "readdir and statx", 1.1, 1.5, [&] { keep(store.listNotes()->size()); },
+        task, "readdir and statx", 1.1, 1.5,
+        [&] {
+            const auto listed = store.listNotes();
+            std::vector<NoteSortKey> keys;
+            keys.reserve(std::size_t(listed->size()));
+            for (const NoteFileInfo& note : *listed) {
+                keys.push_back({note.url.title(), note.created, note.modified});
+            }
+            keep(qsizetype(sortedPositions(keys, order).size()));
+        },
         [&] { keep(statAll(notes.path())); });
 }
 
@@ -106,8 +117,11 @@ void compareReading(const char* task, const NotesDirectory& notes) {
 
 int main() {
     const NotesDirectory few(fewNotes, noteBytes);
-    compareListing("list 10,000 notes", few);
+    compareListing("list 10,000 notes, by date", few, NoteSortOrder::modified);
+    compareListing("list 10,000 notes, by title", few, NoteSortOrder::title);
     compareReading("read 10,000 notes of 4 KB", few);
-    compareListing("list 100,000 notes", NotesDirectory(manyNotes, 1));
+    const NotesDirectory many(manyNotes, 1);
+    compareListing("list 100,000 notes, by date", many, NoteSortOrder::modified);
+    compareListing("list 100,000 notes, by title", many, NoteSortOrder::title);
     return 0;
 }

@@ -4,8 +4,10 @@
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
 #include <QCoreApplication>
+#include <QtEndian>
 
 #include <algorithm>
+#include <span>
 
 namespace quillary {
 
@@ -43,6 +45,83 @@ Moment decidingDate(NoteSortOrder order, const NoteSortKey& key) {
     return distantPast;
 }
 
+/// How many bytes all keys have in common at their start.
+qsizetype commonPrefix(const CollationKeys& keys) {
+    qsizetype length = keys[0].size();
+    for (std::size_t i = 1; i < keys.size(); ++i) {
+        const auto [ours, theirs] = std::ranges::mismatch(keys[0].first(length), keys[i]);
+        length = ours - keys[0].begin();
+    }
+    return length;
+}
+
+/// The first eight bytes as a number of the same order; what is missing at the end counts as the least.
+quint64 leadingBytes(QByteArrayView key) {
+    char bytes[sizeof(quint64)] = {};
+    std::copy_n(key.data(), std::min(key.size(), qsizetype(sizeof bytes)), bytes);
+    return qFromBigEndian<quint64>(bytes);
+}
+
+/// A note on its way to its place.
+struct Entry {
+    Moment date;
+    qsizetype position = 0;
+    /// Which of the titles that were made ready is its own, and the eight bytes of that one that decide most often.
+    std::size_t title = 0;
+    quint64 titleLead = 0;
+};
+
+/// The runs of two or more entries of one date, which only their titles can bring into order.
+std::vector<std::span<Entry>> runsOfOneDate(std::span<Entry> entries) {
+    std::vector<std::span<Entry>> runs;
+    for (std::size_t first = 0; first < entries.size();) {
+        std::size_t last = first + 1;
+        while (last < entries.size() && entries[last].date == entries[first].date) {
+            ++last;
+        }
+        if (last - first > 1) {
+            runs.push_back(entries.subspan(first, last - first));
+        }
+        first = last;
+    }
+    return runs;
+}
+
+/// Brings each run into the order of its titles; equal titles keep theirs. Most comparisons are decided by a number
+/// that lies in what is sorted: the eight bytes behind those that all titles have in common.
+void sortByTitle(const std::vector<std::span<Entry>>& runs, const std::vector<NoteSortKey>& keys,
+                 const QString& locale) {
+    if (runs.empty()) {
+        return;
+    }
+    const auto titleOf = [&keys](const Entry& entry) -> const QString& {
+        return keys[static_cast<std::size_t>(entry.position)].title;
+    };
+    CollationKeys titles(locale);
+    for (const std::span<Entry> run : runs) {
+        for (Entry& entry : run) {
+            entry.title = titles.size();
+            titles.append(titleOf(entry));
+        }
+    }
+    const qsizetype prefix = commonPrefix(titles);
+    for (const std::span<Entry> run : runs) {
+        for (Entry& entry : run) {
+            entry.titleLead = leadingBytes(titles[entry.title].sliced(prefix));
+        }
+        std::ranges::sort(run, [&](const Entry& a, const Entry& b) {
+            if (a.titleLead != b.titleLead) {
+                return a.titleLead < b.titleLead;
+            }
+            if (const int order = titles[a.title].compare(titles[b.title])) {
+                return order < 0;
+            }
+            const int order = localizedStandardCompare(titleOf(a), titleOf(b), locale);
+            return order != 0 ? order < 0 : a.position < b.position;
+        });
+    }
+}
+
 } // namespace
 
 std::optional<NoteSortOrder> noteSortOrderFromRawValue(QStringView rawValue) {
@@ -74,32 +153,18 @@ bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteS
 
 std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order,
                                        const QString& locale) {
-    struct Entry {
-        Moment date;
-        std::size_t position;
-    };
-
     std::vector<Entry> entries;
     entries.reserve(keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        entries.push_back({decidingDate(order, keys[i]), i});
+        entries.push_back({.date = decidingDate(order, keys[i]), .position = static_cast<qsizetype>(i)});
     }
-    std::vector<std::optional<CollationKey>> titles(keys.size());
-    const auto titleOf = [&](std::size_t position) -> const CollationKey& {
-        std::optional<CollationKey>& title = titles[position];
-        if (!title) {
-            title.emplace(keys[position].title, locale);
-        }
-        return *title;
-    };
-    std::stable_sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
-        return a.date != b.date ? a.date > b.date : titleOf(a.position) < titleOf(b.position);
+    std::ranges::sort(entries, [](const Entry& a, const Entry& b) {
+        return a.date != b.date ? a.date > b.date : a.position < b.position;
     });
-    std::vector<qsizetype> positions;
-    positions.reserve(entries.size());
-    for (const Entry& entry : entries) {
-        positions.push_back(static_cast<qsizetype>(entry.position));
-    }
+    sortByTitle(runsOfOneDate(entries), keys, locale);
+
+    std::vector<qsizetype> positions(entries.size());
+    std::ranges::transform(entries, positions.begin(), &Entry::position);
     return positions;
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
-#include <compare>
+#include <cstddef>
+#include <vector>
 
 namespace quillary {
 
@@ -15,21 +16,25 @@ int localizedStandardCompare(QStringView a, QStringView b, const QString& locale
 /// The same in the locale of the interface.
 int localizedStandardCompare(QStringView a, QStringView b);
 
-/// A text made ready for many comparisons: keys of one locale are in the order of localizedStandardCompare, at the
-/// cost of comparing bytes.
-class CollationKey {
+/// Texts made ready for many comparisons: their keys, compared as bytes, are in the order of localizedStandardCompare
+/// but for its last step: where two keys are equal, localizedStandardCompare decides, which seldom is asked then.
+/// All keys lie in one block of memory.
+class CollationKeys {
 public:
-    CollationKey() = default;
-    CollationKey(QStringView text, const QString& locale);
+    explicit CollationKeys(const QString& locale);
 
-    friend bool operator==(const CollationKey&, const CollationKey&) = default;
+    /// Appends the key of a text.
+    void append(QStringView text);
 
-    friend std::strong_ordering operator<=>(const CollationKey& a, const CollationKey& b) {
-        return QByteArrayView(a.m_bytes).compare(b.m_bytes) <=> 0;
-    }
+    std::size_t size() const { return m_ends.size(); }
+
+    /// The key of the text that was appended as the `index`th; valid until the next is appended.
+    QByteArrayView operator[](std::size_t index) const;
 
 private:
-    QByteArray m_bytes;
+    QString m_locale;
+    std::vector<char> m_bytes;
+    std::vector<std::size_t> m_ends;
 };
 
 } // namespace quillary

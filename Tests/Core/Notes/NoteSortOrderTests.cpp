@@ -133,6 +133,13 @@ TEST(NoteSortOrder, SortsAsItCompares) {
     for (int i = 0; i < 300; ++i) {
         keys.push_back({u"Nota %1"_s.arg(i * 7 % 90), at(i * 11 % 13), at(i * 5 % 17)});
     }
+    // Titles that differ in nothing but the last step of the comparison, or only far behind their start, or in length.
+    for (const QString& title : {u"Nota a\u0001b"_s, u"Nota ab"_s, u"Nota 02"_s, u"Nota 2"_s, u"Nota"_s, u""_s,
+                                 u"Nota perch\u00E9"_s, u"Nota perche\u0301"_s, u"Nota perche"_s, u"nota ab"_s,
+                                 QString(QString(300, u'x') + u"2"), QString(QString(300, u'x') + u"10")}) {
+        keys.push_back({title, at(1), at(1)});
+        keys.push_back({title, at(1), at(1)});
+    }
     for (const QString& locale : {u"it"_s, u"sv"_s}) {
         for (const NoteSortOrder order : allNoteSortOrders) {
             const std::vector<qsizetype> positions = sortedPositions(keys, order, locale);
