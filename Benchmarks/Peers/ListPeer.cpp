@@ -11,7 +11,7 @@
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QDir folder(QString::fromLocal8Bit(argc > 1 ? argv[1] : "."));
-    QStringListModel names(folder.entryList(QDir::Files, QDir::Time));
+    QStringListModel names(folder.entryList(QDir::Files, QDir::Name));
     QSplitter window;
     QListView list;
     list.setUniformItemSizes(true);
