@@ -1,0 +1,84 @@
+#include "QuillaryCore/Find/TextSearch.h"
+
+#include "QuillaryCore/Find/ReplacementTemplate.h"
+
+#include <algorithm>
+
+namespace quillary {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView metacharacters("\\*?+[](){}^$|./");
+
+bool isMetacharacter(QChar unit) {
+    return metacharacters.contains(unit);
+}
+
+/// A pattern that matches the query itself.
+QString escapedPattern(const QString& query) {
+    QString pattern;
+    pattern.reserve(query.size() * 2);
+    for (const QChar unit : query) {
+        if (isMetacharacter(unit)) {
+            pattern += u'\\';
+        }
+        pattern += unit;
+    }
+    return pattern;
+}
+
+} // namespace
+
+Result<TextSearch, TextSearchError> TextSearch::make(const QString& query, SearchOptions options) {
+    if (query.isEmpty()) {
+        return TextSearchError::emptyQuery;
+    }
+    TextSearch search(options);
+    // A pattern without metacharacters matches itself too.
+    if (!options.regex || std::none_of(query.begin(), query.end(), isMetacharacter)) {
+        search.m_literal = LiteralSearch::make(query, options.caseSensitive, options.wholeWord);
+        if (search.m_literal) {
+            return search;
+        }
+    }
+    QString pattern = options.regex ? query : escapedPattern(query);
+    if (options.wholeWord) {
+        pattern = u"\\b(?:"_s % pattern % u")\\b"_s;
+    }
+    search.m_expression = RegularExpression::make(pattern, options.caseSensitive);
+    if (!search.m_expression) {
+        return TextSearchError::invalidPattern;
+    }
+    return search;
+}
+
+std::vector<SearchMatch> TextSearch::matches(QStringView text, qsizetype limit) const {
+    std::vector<SearchMatch> found;
+    const auto isEnough = [&] { return static_cast<qsizetype>(found.size()) >= limit; };
+    if (m_literal) {
+        m_literal->forEach(text, [&](TextRange range) {
+            found.push_back({range});
+            return !isEnough();
+        });
+        return found;
+    }
+    m_expression->forEach(text, timeLimit, [&](const RegularExpression::Match& match) {
+        if (!match.range().isEmpty()) {
+            SearchMatch& added = found.emplace_back(SearchMatch{match.range()});
+            for (int group = 1; group <= match.groupCount(); ++group) {
+                added.groups.push_back(match.group(group));
+            }
+            return !isEnough();
+        }
+        return true;
+    });
+    return found;
+}
+
+QString TextSearch::replacement(const SearchMatch& match, QStringView text, QStringView replacementTemplate) const {
+    return m_options.regex ? expandedTemplate(replacementTemplate, match, text) : replacementTemplate.toString();
+}
+
+} // namespace quillary
