@@ -42,6 +42,16 @@ bool canonicallyEqual(QStringView a, QStringView b) {
     return order == 0;
 }
 
+bool isCanonicalForm(QStringView text) {
+    if (isBelowCombining(text)) {
+        return true;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t composed = normalizer().spanQuickCheckYes(icu_support::readOnlyAlias(text), status);
+    icu_support::require(status, "compose characters");
+    return composed == text.size();
+}
+
 QString canonicalForm(QStringView text) {
     if (isBelowCombining(text)) {
         return text.toString();

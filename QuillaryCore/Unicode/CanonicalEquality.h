@@ -8,6 +8,10 @@ namespace quillary {
 /// Whether two texts are canonically equivalent: the same characters, however they are composed. Case matters.
 bool canonicallyEqual(QStringView a, QStringView b);
 
+/// Whether a text is surely its own canonical form, and with it all of its parts. Quick: in rare cases it is, and the
+/// answer is no.
+bool isCanonicalForm(QStringView text);
+
 /// Normalization Form C: texts are canonically equivalent when their forms are the same units. Lone surrogates stay.
 QString canonicalForm(QStringView text);
 

@@ -79,3 +79,13 @@ TEST(CanonicalEquality, AMapByNameFindsEverySpellingAndKeepsTheFirst) {
 }
 
 } // namespace quillary
+
+TEST(CanonicalEquality, TellsTextsInCanonicalForm) {
+    for (const QStringView text : {u"", u"perch\u00E9", u"\u4E2D\u03BB\u1EC7", u"\U0001F600"}) {
+        EXPECT_TRUE(isCanonicalForm(text)) << text.toUtf8().constData();
+    }
+    for (const QStringView text : {u"perche\u0301", u"\u212B", u"q\u0307\u0323"}) {
+        EXPECT_FALSE(isCanonicalForm(text)) << text.toUtf8().constData();
+        EXPECT_NE(canonicalForm(text), text);
+    }
+}
