@@ -18,6 +18,7 @@ OperationTable allOperations() {
     addNotesOperations(table);
     addJSONOperations(table);
     addCSVOperations(table);
+    addDiffOperations(table);
     addMarkdownOperations(table);
     addHighlighterOperations(table);
     addSearchOperations(table);

@@ -6,6 +6,7 @@ namespace quillary::inspect {
 
 // Each adds the operations of one section of the protocol; each stands in a source of its own.
 void addCSVOperations(OperationTable& table);
+void addDiffOperations(OperationTable& table);
 void addFilesOperations(OperationTable& table);
 void addHighlighterOperations(OperationTable& table);
 void addJSONOperations(OperationTable& table);
