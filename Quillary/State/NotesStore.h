@@ -226,6 +226,15 @@ public:
                          std::optional<NoteFormat> format = {}, bool showPreview = false,
                          const std::optional<QString>& folder = {});
 
+    /// Makes a note of the text on the clipboard: shown as a preview if its format is clear, empty if there is no text.
+    void createNoteFromClipboard();
+
+    /// Copies files that the user chooses into the directory, and selects the last one.
+    void importFiles();
+
+    /// Writes the text of the selected note to a place that the user chooses. The note stays where it is.
+    void saveSelectedAs();
+
     /// Tells which format a text is clearly of, if any; tests put their own in its place.
     std::function<std::optional<NoteFormat>(QStringView text)> detectFormatOf = &FormatDetector::detect;
 
@@ -238,6 +247,9 @@ public:
 
     /// Gives a note another format, and its file the extension of it.
     void changeFormat(NoteItem& item, NoteFormat format);
+
+    /// Writes the JSON of the selected note anew, over several lines or without any space, and makes it a JSON note.
+    void reformatJSON(bool pretty);
 
     /// Gives a note another title. Blanks around it don't count; an empty or equal one does nothing.
     void rename(NoteItem& item, const QString& title);
@@ -269,7 +281,7 @@ public:
 
     /// Makes a folder on top of the others, moves notes into it, and lets the user name it in its place. Its name; none
     /// after a failure.
-    std::optional<QString> createFolder(const QList<NoteItemPtr>& moving);
+    std::optional<QString> createFolder(const QList<NoteItemPtr>& moving = {});
 
     /// Gives a folder another name, and ends the editing of its name. It keeps its place, colour, order and notes.
     /// Blanks around the name don't count; an empty or equal one does nothing more.

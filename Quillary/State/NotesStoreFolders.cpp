@@ -1,4 +1,5 @@
 #include "Quillary/State/NotesStore.h"
+#include "QuillaryCore/Unicode/CanonicalEquality.h"
 
 #include <algorithm>
 
@@ -21,7 +22,7 @@ std::optional<QString> NotesStore::createFolder(const QList<NoteItemPtr>& moving
 void NotesStore::renameFolder(const QString& name, const QString& to) {
     setRenamingFolder({});
     const QString trimmed = to.trimmed();
-    if (trimmed.isEmpty() || trimmed == name || trimmed == FilePath::displayText(name)) {
+    if (trimmed.isEmpty() || canonicallyEqual(trimmed, name) || trimmed == FilePath::displayText(name)) {
         return;
     }
     const QList<NoteItemPtr> inside = notes(name);

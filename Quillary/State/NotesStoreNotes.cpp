@@ -4,6 +4,7 @@
 #include "Quillary/State/NotesStore.h"
 #include "QuillaryCore/Notes/NoteNaming.h"
 #include "QuillaryCore/Notes/NoteSnippet.h"
+#include "QuillaryCore/Unicode/CanonicalEquality.h"
 
 #include <QTimeZone>
 
@@ -101,7 +102,7 @@ void NotesStore::changeFormat(NoteItem& item, NoteFormat format) {
 
 void NotesStore::rename(NoteItem& item, const QString& title) {
     const QString trimmed = title.trimmed();
-    if (trimmed.isEmpty() || trimmed == item.title() || trimmed == shownTitle(item)) {
+    if (trimmed.isEmpty() || canonicallyEqual(trimmed, item.title()) || trimmed == shownTitle(item)) {
         return;
     }
     save(item);
@@ -179,14 +180,6 @@ void NotesStore::togglePreview() {
     note->setShowsPreview(!note->showsPreview());
     if (!note->showsPreview()) {
         raiseEditorFocusToken();
-    }
-}
-
-void NotesStore::copySelectedContent() {
-    const NoteItemPtr note = selectedItem();
-    Desktop* const desktop = AppActions::shared().desktop;
-    if (note && note->document() && desktop) {
-        desktop->setClipboardText(note->document()->text());
     }
 }
 

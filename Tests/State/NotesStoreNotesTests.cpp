@@ -50,11 +50,6 @@ private:
 
 class NotesStoreNotes : public NotesStoreTest {
 protected:
-    /// The first line of the failure on screen; empty if there is none.
-    QString failure() const { return store->errorMessage().value_or(QString()).section(u'\n', 0, 0); }
-
-    QByteArray layout() const { return directory.contents(u".quillary.json"_s); }
-
     QStringList order(const QString& folder = {}) const {
         return store->fileStore().loadLayout().noteOrder.value(folder);
     }
@@ -575,21 +570,6 @@ TEST_F(NotesStoreNotes, WithoutAPreviewItBeeps) {
     store->setSelectedID(std::nullopt);
     store->togglePreview();
     EXPECT_EQ(desktop.beeps, 2);
-}
-
-TEST_F(NotesStoreNotes, CopyingPutsTheWholeTextOnTheClipboard) {
-    directory.write(u"a.md"_s, "riga\r\n\xC2\xA0"
-                               "fine\xE2\x80\xA8");
-    openStore();
-    desktop.clipboard = u"vecchio"_s;
-
-    store->copySelectedContent();
-    EXPECT_EQ(desktop.clipboard, u"riga\r\n\u00A0fine\u2028");
-
-    store->setSelectedID(std::nullopt);
-    desktop.clipboard = u"altro"_s;
-    store->copySelectedContent();
-    EXPECT_EQ(desktop.clipboard, u"altro");
 }
 
 TEST_F(NotesStoreNotes, WhatIsSharedIsTheSelectionInTheEditorOrElseTheWholeText) {

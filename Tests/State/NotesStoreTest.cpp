@@ -4,6 +4,8 @@
 #include "Quillary/State/NoteDocument.h"
 #include "QuillaryCore/Text/TextStorage.h"
 
+#include "Tests/State/Waiting.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -61,6 +63,28 @@ void NotesStoreTest::type(const NoteItemPtr& item, const QString& text) const {
 
 bool NotesStoreTest::allTextsAreLoaded() const {
     return std::ranges::all_of(store->notes(), [](const NoteItemPtr& item) { return item->document() != nullptr; });
+}
+
+QString NotesStoreTest::failure() const {
+    return store->errorMessage().value_or(QString()).section(u'\n', 0, 0);
+}
+
+QByteArray NotesStoreTest::layout() const {
+    return directory.contents(u".quillary.json"_s);
+}
+
+FileStatus NotesStoreTest::layoutFile() const {
+    const auto status = fileStatus(directory.path(u".quillary.json"_s));
+    return status ? *status : FileStatus();
+}
+
+void NotesStoreTest::letTheWatcherCatchUp() const {
+    // A refresh sees all that happened before it, so the one that finds this note has seen the rest.
+    const QString title = u"sentinella"_s;
+    directory.write(title + u".md"_s);
+    ASSERT_TRUE(waitUntil([&] { return note(title) != nullptr; }));
+    directory.remove(title + u".md"_s);
+    ASSERT_TRUE(waitUntil([&] { return note(title) == nullptr; }));
 }
 
 QStringList NotesStoreTest::titles(const QList<NoteItemPtr>& items) {

@@ -2,6 +2,7 @@
 
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
+#include "QuillaryCore/Platform/FileStatus.h"
 
 #include "Tests/State/FakeDesktop.h"
 #include "Tests/State/NotesDirectory.h"
@@ -35,6 +36,18 @@ protected:
     void type(const NoteItemPtr& item, const QString& text) const;
 
     bool allTextsAreLoaded() const;
+
+    /// The first line of the failure on screen; empty if there is none.
+    QString failure() const;
+
+    /// The file of the sidebar's layout, byte by byte.
+    QByteArray layout() const;
+
+    /// What the system knows of that file: the same before and after if it was not written.
+    FileStatus layoutFile() const;
+
+    /// Waits until the store has refreshed itself after all that happened in the directory so far.
+    void letTheWatcherCatchUp() const;
 
     static QStringList titles(const QList<NoteItemPtr>& items);
 
