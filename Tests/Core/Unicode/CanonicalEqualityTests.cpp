@@ -51,7 +51,7 @@ TEST(CanonicalEquality, NotOfCaseLigaturesOrMarksInAnotherOrder) {
         SCOPED_TRACE(a.toStdString());
         EXPECT_FALSE(canonicallyEqual(a, b));
         EXPECT_FALSE(canonicallyEqual(b, a));
-        EXPECT_NE(canonicalForm(a), canonicalForm(b));
+        EXPECT_NE(quillary::canonicalForm(a), canonicalForm(b));
         EXPECT_FALSE(CanonicalName(a) == CanonicalName(b));
     }
 }
@@ -78,8 +78,6 @@ TEST(CanonicalEquality, AMapByNameFindsEverySpellingAndKeepsTheFirst) {
     EXPECT_EQ(map.cbegin().key().text(), u"caffe\u0300"_s);
 }
 
-} // namespace quillary
-
 TEST(CanonicalEquality, TellsTextsInCanonicalForm) {
     for (const QStringView text : {u"", u"perch\u00E9", u"\u4E2D\u03BB\u1EC7", u"\U0001F600"}) {
         EXPECT_TRUE(isCanonicalForm(text)) << text.toUtf8().constData();
@@ -89,3 +87,5 @@ TEST(CanonicalEquality, TellsTextsInCanonicalForm) {
         EXPECT_NE(canonicalForm(text), text);
     }
 }
+
+} // namespace quillary
