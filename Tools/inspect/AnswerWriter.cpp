@@ -1,5 +1,6 @@
 #include "Tools/inspect/AnswerWriter.h"
 
+#include <QJsonDocument>
 #include <QString>
 
 #include <charconv>
@@ -123,6 +124,11 @@ void AnswerWriter::real(double value) {
     char buffer[32];
     const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
     m_bytes.append(buffer, end - buffer);
+}
+
+void AnswerWriter::object(const QJsonObject& value) {
+    separate();
+    m_bytes += QJsonDocument(value).toJson(QJsonDocument::Compact);
 }
 
 } // namespace quillary::inspect

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QStringView>
 
 #include <concepts>
@@ -28,6 +29,9 @@ public:
     }
 
     void real(double value);
+
+    /// An object as it stands.
+    void object(const QJsonObject& value);
 
     /// A member whose value is one of the simple kinds.
     void member(QStringView name, QStringView value) {

@@ -24,6 +24,7 @@ OperationTable allOperations() {
     addSearchOperations(table);
     addSidebarLayoutOperations(table);
     addShortcutsOperations(table);
+    addSoloOperations(table);
     addFilesOperations(table);
     return table;
 }

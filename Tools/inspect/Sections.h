@@ -15,5 +15,6 @@ void addNotesOperations(OperationTable& table);
 void addSearchOperations(OperationTable& table);
 void addShortcutsOperations(OperationTable& table);
 void addSidebarLayoutOperations(OperationTable& table);
+void addSoloOperations(OperationTable& table);
 
 } // namespace quillary::inspect
