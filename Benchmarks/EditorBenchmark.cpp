@@ -1,16 +1,20 @@
 #include "PeerTable.h"
 #include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/State/NoteDocument.h"
+#include "QuillaryCore/Formats/SyntaxHighlighter.h"
 
 #include <QApplication>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QStackedWidget>
 #include <QWindow>
 
+#include <algorithm>
 #include <malloc.h>
 #include <memory>
+#include <vector>
 
 /// Opening, typing and scrolling in large notes to the painted screen, beside a QPlainTextEdit that does the same.
 
@@ -151,6 +155,122 @@ void measureMemory(const char* task, const QString& text) {
     std::printf("%-44s %9.2f bytes a unit (limit 3)%s\n", task, perUnit, perUnit > 3 ? "  OVER THE LIMIT" : "");
 }
 
+QString jsonOf(qsizetype units) {
+    QString text = u"[\n"_s;
+    text.reserve(units + 128);
+    for (int entry = 0; text.size() < units; ++entry) {
+        text +=
+            u"  {\"nome\": \"Nota numero %1\", \"valore\": %1.5, \"attiva\": true, \"altro\": null},\n"_s.arg(entry);
+    }
+    text.truncate(units);
+    return text;
+}
+
+void measureLayers(const QString& text) {
+    constexpr qsizetype colorCount = 20'000;
+    constexpr qsizetype markCount = 10'000;
+    OwnEditor own(text, true);
+    std::vector<SyntaxRanges::Span> colors;
+    for (qsizetype i = 0; i < colorCount; ++i) {
+        colors.push_back({{i * 50, 8}, SyntaxTokenKind::string});
+    }
+    std::vector<ColorRanges::Span> marks;
+    for (qsizetype i = 0; i < markCount; ++i) {
+        marks.push_back({{i * 100 + 20, 5}, 0x80FFFF00});
+    }
+    measureAlone("20,000 colours", 10, [&] {
+        own.view.textLayout().syntax().setAll(colors);
+        own.view.viewport()->repaint();
+    });
+    measureAlone("10,000 marks", 10, [&] {
+        own.view.textLayout().marks().setAll(marks);
+        own.view.viewport()->repaint();
+    });
+}
+
+void color(ZoomableTextView& view, SyntaxLanguage language, TextRange window) {
+    std::vector<SyntaxRanges::Span> spans;
+    for (const SyntaxToken& token : SyntaxHighlighter::tokens(view.storage(), language, window)) {
+        spans.push_back({token.range, token.kind});
+    }
+    view.setHighlights(language, window, std::move(spans));
+}
+
+/// As much as one colouring may take on.
+void measureColoring() {
+    struct Case {
+        const char* task;
+        SyntaxLanguage language;
+        QString text;
+    };
+
+    const QString css = u".riga { color: #1a2b3c; margin: 4px auto; }\n"_s;
+    const QString script = u"function somma(a, b) { return a + b * 2; } // commento\nconst nome = \"Anna\";\n"_s;
+    const QString html = u"<p class=\"riga\" id='x'>Testo &amp; <b>altro</b></p>\n"_s;
+    const QString php = u"<?php $nome = 'Anna'; echo strlen($nome) + 12; ?>\n"_s;
+    for (const Case& each :
+         {Case{"colouring 300,000 units of JSON", SyntaxLanguage::json, jsonOf(SyntaxHighlighter::maxLength)},
+          Case{"colouring 300,000 units of CSS", SyntaxLanguage::css, css},
+          Case{"colouring 300,000 units of JavaScript", SyntaxLanguage::javascript, script},
+          Case{"colouring 300,000 units of HTML", SyntaxLanguage::html, html},
+          Case{"colouring 300,000 units of PHP", SyntaxLanguage::php, php}}) {
+        QString text = each.text.repeated(1 + SyntaxHighlighter::maxLength / each.text.size());
+        text.truncate(SyntaxHighlighter::maxLength);
+        OwnEditor own(text, true);
+        measureAlone(each.task, 40, [&] {
+            color(own.view, each.language, {0, text.size()});
+            own.view.viewport()->repaint();
+        });
+    }
+}
+
+/// The middle one and the slowest of a hundred keys, in a text that is coloured around the caret.
+void measureColoredKeys(const char* task, const QString& text, bool wraps) {
+    constexpr int keyCount = 200;
+    OwnEditor own(text, wraps);
+    own.putCaret(0.5);
+    const qsizetype start = std::max<qsizetype>(0, own.view.selection().caret - SyntaxHighlighter::maxLength / 2);
+    color(own.view, SyntaxLanguage::json, {start, std::min(SyntaxHighlighter::maxLength, text.size() - start)});
+    own.view.viewport()->repaint();
+    std::vector<double> times;
+    for (int i = 0; i < keyCount; ++i) {
+        times.push_back(millisecondsOf([&] { type(own, 1); }));
+    }
+    std::sort(times.begin(), times.end());
+    const double median = times[keyCount / 2];
+    const double nearlyAll = times[keyCount * 99 / 100];
+    std::printf("a key in coloured %-26s %9.2f ms   99 of 100 within %.2f ms (limits 8 and 16)%s\n", task, median,
+                nearlyAll, median > 8 || nearlyAll > 16 ? "  OVER THE LIMIT" : "");
+    std::fflush(stdout);
+}
+
+/// Two notes that were both on show before, one in the place of the other.
+void measureSwitching(const QString& medium, const QString& large) {
+    QStackedWidget host;
+    NoteDocument first(medium);
+    NoteDocument second(large);
+    for (NoteDocument* document : {&first, &second}) {
+        auto* view = new ZoomableTextView(*document);
+        view->setEditorFont(fixedFont());
+        host.addWidget(view);
+    }
+    host.resize(windowSize);
+    host.show();
+    expose(host);
+    const auto show = [&](int index) {
+        host.setCurrentIndex(index);
+        host.currentWidget()->resize(host.size());
+        host.repaint();
+    };
+    show(1);
+    show(0);
+    measureAlone("to a note of 32 MB that was on show", 8, [&] { show(1); });
+    measureAlone("there and back to one of 1 MB", 16, [&] {
+        show(0);
+        show(1);
+    });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -198,21 +318,11 @@ int main(int argc, char** argv) {
         measureAlone(wraps ? "50 pages of one line of 32 MB" : "50 paints of one line of 32 MB", 50 * 16,
                      [&] { scroll(own); });
     }
-    {
-        OwnEditor own(mediumLines, true);
-        auto& syntax = own.view.textLayout().layer(TextLayout::Layer::syntax);
-        auto& marks = own.view.textLayout().layer(TextLayout::Layer::marks);
-        measureAlone("20,000 colours and 10,000 marks", 20, [&] {
-            syntax.clear();
-            marks.clear();
-            for (qsizetype i = 0; i < 20'000; ++i) {
-                syntax.add({i * 50, 8}, 0xFF0000FF);
-            }
-            for (qsizetype i = 0; i < 10'000; ++i) {
-                marks.add({i * 100 + 20, 5}, 0xFFFFFF00);
-            }
-            own.view.viewport()->repaint();
-        });
-    }
+    measureLayers(mediumLines);
+    measureColoring();
+    measureColoredKeys("1 MB of JSON", jsonOf(mediumUnits), true);
+    measureColoredKeys("32 MB of JSON", jsonOf(largeUnits), true);
+    measureColoredKeys("one line of 1 MB of JSON", jsonOf(mediumUnits).replace(u'\n', u' '), false);
+    measureSwitching(jsonOf(mediumUnits), lines);
     return 0;
 }

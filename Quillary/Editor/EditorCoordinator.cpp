@@ -10,19 +10,27 @@
 #include <QStackedWidget>
 #include <QTimer>
 
+#include <chrono>
 #include <utility>
 
 namespace quillary {
 
+using namespace std::chrono_literals;
+
 EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, QStackedWidget& host)
-    : m_store(store), m_settings(settings), m_host(host), m_placeholder(new QWidget) {
+    : m_store(store),
+      m_settings(settings),
+      m_host(host),
+      m_placeholder(new QWidget),
+      m_highlightAfterEdit(120ms, [this] { highlightNow(); }),
+      m_highlightAfterScroll(60ms, [this] { highlightNow(); }) {
     m_host.addWidget(m_placeholder);
     const auto follow = [this] { update(); };
     connect(&m_store, &NotesStore::selectedIDChanged, this, follow);
     connect(&m_store, &NotesStore::notesChanged, this, follow);
     connect(&m_store, &NotesStore::editorFocusTokenChanged, this, follow);
     connect(&m_store, &NotesStore::noteChanged, this, [this](const NoteItem* item, NoteField field) {
-        const bool concerns = field == NoteField::document || field == NoteField::revision;
+        const bool concerns = field == NoteField::document || field == NoteField::revision || field == NoteField::url;
         if (concerns && item == m_item.lock().get()) {
             update();
         }
@@ -31,6 +39,7 @@ EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, Q
     connect(&m_settings, &AppSettings::fontStyleChanged, this, follow);
     connect(&m_settings, &AppSettings::wrapLinesChanged, this, follow);
     update();
+    startWarmUp();
 }
 
 EditorCoordinator::~EditorCoordinator() = default;
@@ -58,7 +67,8 @@ void EditorCoordinator::update() {
         textView()->resetHighlightedLanguage();
     }
     if (ZoomableTextView* view = textView()) {
-        applyStyle();
+        applyStyle(*m_document, *view);
+        highlightIfNeeded(*view);
         view->setReadOnly(!m_isActive);
     }
     if (m_isActive) {
@@ -66,21 +76,30 @@ void EditorCoordinator::update() {
     }
 }
 
-void EditorCoordinator::applyStyle() {
-    ZoomableTextView* view = textView();
-    view->setWraps(m_settings.wrapLines());
+void EditorCoordinator::applyStyle(NoteDocument& document, ZoomableTextView& view) {
+    view.setWraps(m_settings.wrapLines());
     const EditorStyle style = m_settings.editorStyle();
-    view->setEditorFont(editorFont(style));
-    m_document->appliedStyle = style;
+    view.setEditorFont(editorFont(style));
+    document.appliedStyle = style;
+}
+
+/// What ends when another document comes on show.
+void EditorCoordinator::leave(ZoomableTextView& view) {
+    m_document->undoManager().breakCoalescing();
+    view.textLayout().marks().clear();
+    m_document->scrollOrigin = view.scrollOrigin();
+    if (isHighlightPending()) {
+        // What was to be coloured is coloured when it comes back; the task must not reach the next view.
+        cancelHighlight();
+        view.resetHighlightedLanguage();
+    }
 }
 
 void EditorCoordinator::swapTo(std::shared_ptr<NoteDocument> document) {
     ZoomableTextView* before = textView();
     const bool hadFocus = before && before->hasFocus();
     if (before) {
-        m_document->undoManager().breakCoalescing();
-        before->textLayout().layer(TextLayout::Layer::marks).clear();
-        m_document->scrollOrigin = before->scrollOrigin();
+        leave(*before);
     }
     // The old document may end here, and its view with it: only when the new one is on show.
     const std::shared_ptr<NoteDocument> old = std::exchange(m_document, std::move(document));
@@ -90,8 +109,13 @@ void EditorCoordinator::swapTo(std::shared_ptr<NoteDocument> document) {
         return;
     }
     ZoomableTextView& view = textViewOf(*m_document);
-    applyStyle();
+    applyStyle(*m_document, view);
+    // The host may have another size since the view was last on show.
+    view.resize(m_host.size());
     m_host.setCurrentWidget(&view);
+    if (view.scrollOrigin() != m_document->scrollOrigin) {
+        view.setScrollOrigin(m_document->scrollOrigin);
+    }
     AppActions::shared().editor = &view;
     if (hadFocus) {
         view.setFocus(Qt::OtherFocusReason);
@@ -121,6 +145,7 @@ ZoomableTextView* EditorCoordinator::makeTextView(NoteDocument& document) {
         }
         textDidChange(view);
     });
+    connect(view, &ZoomableTextView::visibleRangeChanged, this, [this, view] { scrollDidChange(view); });
     connect(&document.storage(), &QObject::destroyed, this, [this, view = QPointer(view), key = &document] {
         m_textViews.erase(key);
         delete view;
@@ -138,6 +163,7 @@ void EditorCoordinator::textDidChange(const ZoomableTextView* sender) {
         m_store.setSelectedFolder(std::nullopt);
     }
     m_store.textDidChange(*item, *m_document, detectsFormat);
+    scheduleHighlight(m_highlightAfterEdit);
 }
 
 void EditorCoordinator::takeFocusIfAsked() {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "Quillary/State/DelayedTask.h"
 #include "Quillary/State/NoteItem.h"
+#include "QuillaryCore/Formats/SyntaxLanguage.h"
+#include "QuillaryCore/Text/TextRange.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -20,7 +24,7 @@ class ZoomableTextView;
 
 /// Keeps the editor in agreement with the store and the settings: shows the selected note's document in a text view of
 /// its own, which stays for the document's whole life, gives it the font and the wrapping of the moment, carries the
-/// focus where it is asked for, and tells the store of edits.
+/// focus where it is asked for, colours source text, and tells the store of edits.
 class EditorCoordinator : public QObject {
     Q_OBJECT
 
@@ -40,12 +44,29 @@ public:
 
 private:
     void swapTo(std::shared_ptr<NoteDocument> document);
+    void leave(ZoomableTextView& view);
     ZoomableTextView& textViewOf(NoteDocument& document);
     ZoomableTextView* makeTextView(NoteDocument& document);
-    void applyStyle();
+    void applyStyle(NoteDocument& document, ZoomableTextView& view);
     void takeFocusIfAsked();
     void textDidChange(const ZoomableTextView* sender);
     void zoom(int step);
+
+    // EditorCoordinatorColoring.cpp
+    std::optional<SyntaxLanguage> language() const;
+    void highlightIfNeeded(ZoomableTextView& view);
+    void highlightSyntax(std::optional<SyntaxLanguage> language, ZoomableTextView& view);
+    void scheduleHighlight(DelayedTask& task);
+    bool isHighlightPending() const;
+    void cancelHighlight();
+    void highlightNow();
+    void scrollDidChange(ZoomableTextView* sender);
+    TextRange highlightWindow(ZoomableTextView& view) const;
+
+    // EditorCoordinatorWarmUp.cpp
+    void startWarmUp();
+    void warmUpNext();
+    void warm(NoteDocument& document);
 
     NotesStore& m_store;
     AppSettings& m_settings;
@@ -60,6 +81,10 @@ private:
     qint64 m_lastRevision = -1;
     bool m_detectFormatAfterChange = false;
     bool m_wasEmpty = false;
+    /// At most one of the two is pending: one colouring, soon after the last edit or the first scroll.
+    DelayedTask m_highlightAfterEdit;
+    DelayedTask m_highlightAfterScroll;
+    QTimer m_warmUpTimer;
 };
 
 } // namespace quillary

@@ -41,6 +41,39 @@ bool isPlainlyLeftToRight(const QString& text) {
     return std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() < firstRightToLeft; });
 }
 
+bool isJoiner(char16_t unit) {
+    return unit == 0x200C || unit == 0x200D;
+}
+
+/// Whether a unit takes no room on the screen although it says something: marks of direction, blanks of no width, soft
+/// hyphens, signs of invisible operations.
+bool isHidden(char16_t unit) {
+    return unit == 0xAD || unit == 0x61C || unit == 0x180E || (unit >= 0x200B && unit <= 0x200F) ||
+           (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF ||
+           (unit >= 0xFFF9 && unit <= 0xFFFB);
+}
+
+/// A joiner does its ordinary work between the letters of a script that joins, and between emoji.
+bool joinsItsNeighbours(const QString& text, qsizetype position) {
+    constexpr char16_t firstOfJoiningScripts = 0x590;
+    const auto isJoining = [&](qsizetype at) {
+        return at >= 0 && at < text.size() && text[at].unicode() >= firstOfJoiningScripts &&
+               !isHidden(text[at].unicode());
+    };
+    return isJoining(position - 1) && isJoining(position + 1);
+}
+
+std::vector<int> hiddenCharactersIn(const QString& text) {
+    std::vector<int> positions;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t unit = text[i].unicode();
+        if (isHidden(unit) && !(isJoiner(unit) && joinsItsNeighbours(text, i))) {
+            positions.push_back(static_cast<int>(i));
+        }
+    }
+    return positions;
+}
+
 void addSpan(std::vector<HorizontalSpan>& spans, qreal x1, qreal x2) {
     if (x1 != x2) {
         spans.push_back({std::min(x1, x2), std::max(x1, x2)});
@@ -83,6 +116,7 @@ SegmentLayout::SegmentLayout(const QString& text, const QFont& font, const QText
     m_layout.setTextOption(option);
     // Without the cache every question would shape the text again.
     m_layout.setCacheEnabled(true);
+    m_hiddenCharacters = hiddenCharactersIn(all);
     m_isLeftToRight = option.textDirection() == Qt::LeftToRight && isPlainlyLeftToRight(all);
 }
 
@@ -192,9 +226,17 @@ std::vector<HorizontalSpan> SegmentLayout::spansOf(qsizetype row, TextRange rang
 }
 
 void SegmentLayout::drawText(QPainter& painter, qsizetype row, QPointF baseline,
-                             std::span<const ColorRanges::Span> colors) const {
+                             std::span<const ColorRanges::Span> colors, const QColor& hiddenCharacters) const {
     const QTextLine line = this->line(row);
     const QPointF origin(baseline.x(), baseline.y() - line.ascent());
+    drawGlyphs(painter, line, origin, colors);
+    if (!m_hiddenCharacters.empty()) {
+        drawHiddenCharacters(painter, line, origin, hiddenCharacters);
+    }
+}
+
+void SegmentLayout::drawGlyphs(QPainter& painter, const QTextLine& line, QPointF origin,
+                               std::span<const ColorRanges::Span> colors) const {
     // The line itself draws what an input method asked for, underlines for instance.
     if (colors.empty() || m_preeditLength > 0) {
         line.draw(&painter, origin);
@@ -220,6 +262,21 @@ void SegmentLayout::drawText(QPainter& painter, qsizetype row, QPointF baseline,
         done = std::max(done, to);
     }
     drawRange(done, end);
+}
+
+/// Each is a thin upright with a head, at the place where the character stands between its neighbours: nothing moves
+/// for it, and the text keeps the order that the character gives it.
+void SegmentLayout::drawHiddenCharacters(QPainter& painter, const QTextLine& line, QPointF origin,
+                                         const QColor& color) const {
+    constexpr int headSize = 3;
+    const int end = line.textStart() + line.textLength();
+    const auto first = std::lower_bound(m_hiddenCharacters.begin(), m_hiddenCharacters.end(), line.textStart());
+    for (auto position = first; position != m_hiddenCharacters.end() && *position < end; ++position) {
+        const int x = qRound(origin.x() + line.cursorToX(*position));
+        const int top = qRound(origin.y());
+        painter.fillRect(QRect(x, top, 1, qRound(line.height())), color);
+        painter.fillRect(QRect(x - headSize / 2, top, headSize, headSize), color);
+    }
 }
 
 } // namespace quillary

@@ -2,6 +2,7 @@
 
 #include "QuillaryCore/Text/AttributeRanges.h"
 
+#include <QColor>
 #include <QRgb>
 #include <QString>
 #include <QTextLayout>
@@ -75,10 +76,15 @@ public:
     /// What a range of the row covers, from left to right; in mixed directions there are several stretches.
     std::vector<HorizontalSpan> spansOf(qsizetype row, TextRange range) const;
 
-    /// Draws the row's text with the pen's colour, but spans with their own.
-    void drawText(QPainter& painter, qsizetype row, QPointF baseline, std::span<const ColorRanges::Span> colors) const;
+    /// Draws the row's text with the pen's colour, but spans with their own. Characters without a glyph that change
+    /// what is read or copied, marks of direction for instance, show as a thin sign of their own colour.
+    void drawText(QPainter& painter, qsizetype row, QPointF baseline, std::span<const ColorRanges::Span> colors,
+                  const QColor& hiddenCharacters) const;
 
 private:
+    void drawGlyphs(QPainter& painter, const QTextLine& line, QPointF origin,
+                    std::span<const ColorRanges::Span> colors) const;
+    void drawHiddenCharacters(QPainter& painter, const QTextLine& line, QPointF origin, const QColor& color) const;
     qsizetype toLayout(qsizetype position) const;
     qsizetype fromLayout(qsizetype position) const;
 
@@ -92,6 +98,8 @@ private:
     /// Rows at the end that belong to the next segment.
     qsizetype m_unusedRows = 0;
     bool m_isLeftToRight = true;
+    /// Where the layout's text has characters without a glyph, in ascending order.
+    std::vector<int> m_hiddenCharacters;
 };
 
 } // namespace quillary

@@ -72,13 +72,11 @@ void TextLayout::reflow() {
 void TextLayout::follow(const TextChange& change) {
     m_index.apply(change);
     m_measuredTo = std::min(m_measuredTo, change.offset);
-    for (ColorRanges& layer : m_layers) {
-        layer.follow(change);
-    }
-    if (m_preedit.position >= change.offset + change.removedLength) {
-        m_preedit.position += change.insertedLength - change.removedLength;
-    } else {
-        m_preedit.position = std::min(m_preedit.position, change.offset);
+    // One by one, since what stands between two replacements stays as it is.
+    for (const TextChange& step : m_storage.steps()) {
+        m_syntax.follow(step);
+        m_marks.follow(step);
+        m_preedit.position = followed(m_preedit.position, step);
     }
     if (!m_preedit.isEmpty()) {
         renewPreeditSegment();

@@ -2,19 +2,31 @@
 
 #include "Quillary/Editor/SegmentIndex.h"
 #include "Quillary/Editor/SegmentLayout.h"
+#include "QuillaryCore/Formats/SyntaxTokenKind.h"
 
 #include <QDeadlineTimer>
 #include <QFont>
 #include <QObject>
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <unordered_map>
 
 class QPainter;
+class QPalette;
 
 namespace quillary {
+
+/// What stretches of a text are, kept beside it; the colours follow when it is drawn.
+using SyntaxRanges = AttributeRanges<SyntaxTokenKind>;
+
+/// Where a position of a text stands after a change: one that was removed, where the change begins.
+inline qsizetype followed(qsizetype position, const TextChange& change) {
+    if (position >= change.offset + change.removedLength) {
+        return position + change.insertedLength - change.removedLength;
+    }
+    return std::min(position, change.offset);
+}
 
 /// The rows of a text on the screen. It lays out the rows that it is asked for and nothing else; all others are
 /// estimates, which change as rows near them are asked for. Whoever scrolls therefore keeps a row, not a height.
@@ -25,9 +37,6 @@ class TextLayout : public QObject {
     Q_OBJECT
 
 public:
-    /// Layers of colours, lowest first: `syntax` colours the text, `marks` its background.
-    enum class Layer { syntax, marks };
-
     /// The row that a position at the border of two rows of one line belongs to.
     enum class Side { before, after };
 
@@ -103,9 +112,13 @@ public:
 
     /// Draw a row whose top left corner, x 0, stands at `origin`; what lies outside of `clip` may be left out.
     void drawMarks(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip);
-    void drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip);
+    /// Text is drawn with the pen's colour, and syntax with the colours that go with the palette.
+    void drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip, const QPalette& palette);
 
-    ColorRanges& layer(Layer layer) { return m_layers[static_cast<std::size_t>(layer)]; }
+    /// The two layers beside the text: what colours it, and colours of its background. Neither ever causes a layout.
+    SyntaxRanges& syntax() { return m_syntax; }
+
+    ColorRanges& marks() { return m_marks; }
 
     /// Shows what an input method is composing; an empty one takes it away.
     void setPreedit(const Preedit& preedit);
@@ -162,7 +175,8 @@ private:
     int m_pitch = 1;
     int m_baseline = 0;
     qreal m_blankWidth = 1;
-    std::array<ColorRanges, 2> m_layers;
+    SyntaxRanges m_syntax;
+    ColorRanges m_marks;
     Preedit m_preedit;
     /// Up to here `measureUntil` has come.
     qsizetype m_measuredTo = 0;

@@ -1,12 +1,16 @@
 #include "Quillary/Editor/TextLayout.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QPainter>
+#include <QPalette>
+
+#include <vector>
 
 namespace quillary {
 
 void TextLayout::drawMarks(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip) {
     const HorizontalSpan visible{clip.left() - origin.x(), clip.right() - origin.x()};
-    for (const ColorRanges::Span& mark : layer(Layer::marks).within(row.contents)) {
+    for (const ColorRanges::Span& mark : m_marks.within(row.contents)) {
         for (const HorizontalSpan& span : spansOf(row, mark.range, visible)) {
             painter.fillRect(QRectF(origin.x() + span.left, origin.y(), span.right - span.left, m_pitch),
                              QColor::fromRgba(mark.attribute));
@@ -14,19 +18,25 @@ void TextLayout::drawMarks(QPainter& painter, const Row& row, QPointF origin, co
     }
 }
 
-void TextLayout::drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip) {
-    const ColorRanges& syntax = layer(Layer::syntax);
+void TextLayout::drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip,
+                          const QPalette& palette) {
+    const bool isOnDark = isDark(palette);
+    const auto colorOf = [isOnDark](SyntaxTokenKind kind) {
+        const AdaptiveColor& color = Theme::syntaxColor(kind);
+        return (isOnDark ? color.dark : color.light).rgba();
+    };
     std::vector<ColorRanges::Span> colors;
     for (const Piece& piece : piecesOf(row, {clip.left() - origin.x(), clip.right() - origin.x()})) {
         colors.clear();
-        if (!syntax.isEmpty()) {
+        if (!m_syntax.isEmpty()) {
             const TextRange range = piece.layout->row(piece.row);
-            for (ColorRanges::Span span : syntax.within({piece.place.start + range.location, range.length})) {
-                span.range.location -= piece.place.start;
-                colors.push_back(span);
+            for (const SyntaxRanges::Span& span : m_syntax.within({piece.place.start + range.location, range.length})) {
+                colors.push_back(
+                    {{span.range.location - piece.place.start, span.range.length}, colorOf(span.attribute)});
             }
         }
-        piece.layout->drawText(painter, piece.row, origin + QPointF(piece.left, m_baseline), colors);
+        piece.layout->drawText(painter, piece.row, origin + QPointF(piece.left, m_baseline), colors,
+                               Theme::secondaryText(palette));
     }
 }
 

@@ -18,14 +18,6 @@ namespace {
 /// Travel of a pinch that makes one zoom step.
 constexpr double magnificationPerStep = 0.08;
 
-/// Where a position stands after a change of the text around it.
-qsizetype shifted(qsizetype position, const TextChange& change) {
-    if (position >= change.offset + change.removedLength) {
-        return position + change.insertedLength - change.removedLength;
-    }
-    return std::min(position, change.offset);
-}
-
 } // namespace
 
 ZoomableTextView::ZoomableTextView(NoteDocument& document, QWidget* parent)
@@ -66,6 +58,14 @@ void ZoomableTextView::setReadOnly(bool isReadOnly) {
     m_isReadOnly = isReadOnly;
     setAttribute(Qt::WA_InputMethodEnabled, !isReadOnly);
     restartBlinking();
+}
+
+void ZoomableTextView::setHighlights(std::optional<SyntaxLanguage> language, std::optional<TextRange> window,
+                                     std::vector<SyntaxRanges::Span> colors) {
+    m_highlightedLanguage = language;
+    m_highlightedWindow = window;
+    m_layout.syntax().setAll(std::move(colors));
+    viewport()->update();
 }
 
 void ZoomableTextView::setSelection(TextSelection selection) {
@@ -125,7 +125,13 @@ void ZoomableTextView::follow(const TextChange& change) {
     const bool replacesAll =
         change.offset == 0 && change.removedLength > 0 && change.insertedLength == m_storage.length();
     const auto follows = [&](qsizetype position) {
-        return replacesAll ? std::min(position, m_storage.length()) : shifted(position, change);
+        if (replacesAll) {
+            return std::min(position, m_storage.length());
+        }
+        for (const TextChange& step : m_storage.steps()) {
+            position = followed(position, step);
+        }
+        return position;
     };
     TextSelection selection{follows(m_selection.anchor), follows(m_selection.caret)};
     selection.anchor = m_storage.clusterBoundaryAtOrBefore(selection.anchor);
@@ -235,7 +241,7 @@ void ZoomableTextView::zoomByGesture(const QNativeGestureEvent& event) {
             }
             m_pendingMagnification -= step * magnificationPerStep;
         }
-    } else if (event.gestureType() == Qt::EndNativeGesture) {
+    } else if (event.gestureType() == Qt::BeginNativeGesture || event.gestureType() == Qt::EndNativeGesture) {
         m_pendingMagnification = 0;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "Quillary/Editor/TextLayout.h"
 #include "Quillary/State/NoteTextView.h"
+#include "QuillaryCore/Formats/SyntaxLanguage.h"
 #include "QuillaryCore/Text/UndoManager.h"
 
 #include <QAbstractScrollArea>
@@ -57,8 +58,15 @@ public:
 
     void resetHighlightedLanguage() override { m_highlightedLanguage.reset(); }
 
-    /// The raw value of the language that the text is coloured for; absent if it is not or is to be coloured anew.
-    const std::optional<QString>& highlightedLanguage() const { return m_highlightedLanguage; }
+    /// The language that the text is coloured for; absent if it is not or is to be coloured anew.
+    std::optional<SyntaxLanguage> highlightedLanguage() const { return m_highlightedLanguage; }
+
+    /// The part of the text that was coloured for it.
+    std::optional<TextRange> highlightedWindow() const { return m_highlightedWindow; }
+
+    /// Colours the text anew, all at once.
+    void setHighlights(std::optional<SyntaxLanguage> language, std::optional<TextRange> window,
+                       std::vector<SyntaxRanges::Span> colors);
 
     QString selectedText() const;
 
@@ -69,8 +77,8 @@ public:
     QPointF scrollOrigin() const;
     void setScrollOrigin(QPointF origin);
 
-    /// The text that is on the screen, or would be if the view were.
-    TextRange visibleRange();
+    /// The text that is on the screen, or would be if the view were; absent if it has no room for any.
+    std::optional<TextRange> visibleRange();
 
     /// Where the caret stands, in the viewport's coordinates.
     QRect caretRect();
@@ -98,6 +106,9 @@ Q_SIGNALS:
     void edited();
 
     void selectionChanged();
+
+    /// When another part of the text may be on show: the view scrolled, or its size changed.
+    void visibleRangeChanged();
 
 protected:
     bool event(QEvent* event) override;
@@ -207,7 +218,8 @@ private:
     /// Where vertical motion wants to go, in the text's x.
     std::optional<qreal> m_goalX;
     bool m_isReadOnly = false;
-    std::optional<QString> m_highlightedLanguage;
+    std::optional<SyntaxLanguage> m_highlightedLanguage;
+    std::optional<TextRange> m_highlightedWindow;
 
     /// The row at the top edge by the position it begins at, and how far it reaches above that edge.
     qsizetype m_topPosition = 0;
@@ -225,6 +237,7 @@ private:
     QBasicTimer m_measuringTimer;
     bool m_isCaretOn = false;
     double m_pendingMagnification = 0;
+    int m_pendingWheelAngle = 0;
 };
 
 } // namespace quillary

@@ -22,7 +22,7 @@ void ZoomableTextView::paintEvent(QPaintEvent* event) {
     }
     painter.setPen(palette().color(QPalette::Text));
     for (const VisibleRow& row : rows) {
-        m_layout.drawText(painter, row.row, QPointF(left, row.top), clip);
+        m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, palette());
     }
     if (!m_selection.isEmpty()) {
         drawSelection(painter, rows, clip);
@@ -51,7 +51,7 @@ void ZoomableTextView::drawSelection(QPainter& painter, const std::vector<Visibl
     painter.setPen(palette().color(group, QPalette::HighlightedText));
     for (const VisibleRow& row : rows) {
         if (selected.intersects(QRect(0, row.top, viewport()->width(), m_layout.pitch()))) {
-            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip);
+            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, palette());
         }
     }
     painter.restore();

@@ -15,6 +15,8 @@ namespace {
 constexpr qint64 viewportsWalked = 4;
 /// In longer notes the rows far from the viewport stay estimated.
 constexpr qsizetype mostUnitsMeasured = 1'000'000;
+/// Longer rows, which only lines that do not wrap have, are not taken to be on the screen as a whole.
+constexpr qsizetype longestRowSeenWhole = 4096;
 
 int toInt(qint64 value) {
     return static_cast<int>(
@@ -41,10 +43,20 @@ std::vector<ZoomableTextView::VisibleRow> ZoomableTextView::visibleRows() {
     return rows;
 }
 
-TextRange ZoomableTextView::visibleRange() {
+std::optional<TextRange> ZoomableTextView::visibleRange() {
     const std::vector<VisibleRow> rows = visibleRows();
-    const qsizetype start = rows.front().row.contents.location;
-    return {start, rows.back().row.next - start};
+    if (rows.empty() || viewport()->width() <= 0) {
+        return std::nullopt;
+    }
+    const Row& first = rows.front().row;
+    const Row& last = rows.back().row;
+    const int left = horizontalScrollBar()->value();
+    // Of an endless line that does not wrap only a part is on the screen.
+    const bool startsWithin = first.contents.length > longestRowSeenWhole && !first.isRightToLeft;
+    const bool endsWithin = last.contents.length > longestRowSeenWhole && !last.isRightToLeft;
+    const qsizetype start = startsWithin ? m_layout.positionAt(first, left - horizontalInset) : first.contents.location;
+    const qsizetype end = endsWithin ? m_layout.positionAt(last, left + viewport()->width()) : last.next;
+    return TextRange{start, std::max(start, end) - start};
 }
 
 qint64 ZoomableTextView::contentHeight() const {
@@ -87,6 +99,7 @@ void ZoomableTextView::settleTop() {
     }
     m_topPosition = row.contents.location;
     keepWithinText();
+    Q_EMIT visibleRangeChanged();
 }
 
 /// Leaves no empty space below the text as long as there are rows above to fill it with.
@@ -150,6 +163,7 @@ void ZoomableTextView::scrollContentsBy(int, int dy) {
     }
     viewport()->update();
     updateInputMethod();
+    Q_EMIT visibleRangeChanged();
 }
 
 /// Tells the scroll bars where the view is, now that the rows on the screen are known.
@@ -247,6 +261,7 @@ void ZoomableTextView::resizeEvent(QResizeEvent* event) {
     m_layout.setWidth(std::max(1, viewport()->width() - 2 * horizontalInset));
     settleTop();
     updateScrollBars();
+    Q_EMIT visibleRangeChanged();
 }
 
 void ZoomableTextView::showEvent(QShowEvent* event) {
@@ -256,12 +271,18 @@ void ZoomableTextView::showEvent(QShowEvent* event) {
 
 void ZoomableTextView::wheelEvent(QWheelEvent* event) {
     if (event->modifiers() == Qt::ControlModifier && event->angleDelta().y() != 0) {
-        if (onZoomStep) {
-            onZoomStep(event->angleDelta().y() > 0 ? 1 : -1);
+        m_pendingWheelAngle += event->angleDelta().y();
+        while (std::abs(m_pendingWheelAngle) >= QWheelEvent::DefaultDeltasPerStep) {
+            const int step = m_pendingWheelAngle > 0 ? 1 : -1;
+            m_pendingWheelAngle -= step * QWheelEvent::DefaultDeltasPerStep;
+            if (onZoomStep) {
+                onZoomStep(step);
+            }
         }
         event->accept();
         return;
     }
+    m_pendingWheelAngle = 0;
     QAbstractScrollArea::wheelEvent(event);
 }
 

@@ -1,5 +1,8 @@
 #include "Quillary/Editor/TextLayout.h"
 
+#include "Quillary/Theme/Palettes.h"
+#include "Quillary/Theme/Theme.h"
+
 #include "Tests/Views/Editor/HostileTexts.h"
 
 #include <QFontDatabase>
@@ -70,7 +73,7 @@ protected:
         qreal y = 0;
         for (std::optional<TextLayout::Row> row = m_layout->rowHolding(0); row; row = m_layout->rowBelow(*row)) {
             m_layout->drawMarks(painter, *row, {0, y}, image.rect());
-            m_layout->drawText(painter, *row, {0, y}, image.rect());
+            m_layout->drawText(painter, *row, {0, y}, image.rect(), lightPalette());
             y += m_layout->pitch();
         }
         return image;
@@ -325,7 +328,7 @@ TEST_F(TextLayoutTest, ARangeInMixedDirectionsCoversSeveralStretches) {
 TEST_F(TextLayoutTest, SyntaxColoursShowAndCauseNoNewLayout) {
     open(u"nero rosso"_s);
     const QImage plain = draw({300, 40});
-    m_layout->layer(TextLayout::Layer::syntax).add({5, 5}, qRgb(255, 0, 0));
+    m_layout->syntax().add({5, 5}, SyntaxTokenKind::string);
     const QImage colored = draw({300, 40});
     const int border = qRound(m_layout->xOf(m_layout->rowHolding(0), 5));
     EXPECT_EQ(colored.copy(0, 0, border, 40), plain.copy(0, 0, border, 40));
@@ -334,15 +337,72 @@ TEST_F(TextLayoutTest, SyntaxColoursShowAndCauseNoNewLayout) {
         for (int x = border; x < 300; ++x) {
             const QColor color = colored.pixelColor(x, y);
             EXPECT_GE(color.red(), color.blue());
-            hasRed = hasRed || (color.red() > 200 && color.blue() < 100);
+            hasRed = hasRed || (color.red() > 180 && color.blue() < 100);
         }
     }
     EXPECT_TRUE(hasRed);
 }
 
+TEST_F(TextLayoutTest, CharactersWithoutAGlyphShowWhereTheyStandAndMoveNothing) {
+    const QRgb sign = Theme::secondaryText(lightPalette()).rgb();
+    const auto hasSignAt = [&](int x) {
+        const QImage image = draw({300, m_layout->pitch()});
+        for (int y = 0; y < image.height(); ++y) {
+            if (image.pixel(x, y) == sign) {
+                return true;
+            }
+        }
+        return false;
+    };
+    open(u"ab"_s);
+    const int border = qRound(m_layout->xOf(m_layout->rowHolding(0), 1));
+    const qreal end = m_layout->xOf(m_layout->rowHolding(0), 2);
+    EXPECT_FALSE(hasSignAt(border));
+    for (const char16_t unit : {u'\u200B', u'\u200C', u'\u200D', u'\u200E', u'\u202D', u'\u2060', u'\uFEFF'}) {
+        open(u"a"_s + QChar(unit) + u"b"_s);
+        EXPECT_TRUE(hasSignAt(border)) << std::hex << static_cast<int>(unit);
+        EXPECT_NEAR(m_layout->xOf(m_layout->rowHolding(0), 3), end, 0.5) << std::hex << static_cast<int>(unit);
+    }
+    // An override still turns the text behind it around.
+    open(u"a\u202Ebcd"_s);
+    EXPECT_TRUE(hasSignAt(qRound(m_layout->xOf(m_layout->rowHolding(0), 1))));
+    EXPECT_LT(m_layout->xOf(m_layout->rowHolding(0), 4), m_layout->xOf(m_layout->rowHolding(0), 3));
+}
+
+TEST_F(TextLayoutTest, JoinersAtTheirOrdinaryWorkDoNotShow) {
+    const QRgb sign = Theme::secondaryText(lightPalette()).rgb();
+    for (const QString& text : {u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s, u"\u0645\u06CC\u200C\u062E"_s,
+                                u"\u0915\u094D\u200D\u0937"_s}) {
+        open(text);
+        const QImage image = draw({300, m_layout->pitch()});
+        int signs = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                signs += image.pixel(x, y) == sign;
+            }
+        }
+        EXPECT_EQ(signs, 0) << text.toStdString();
+    }
+}
+
+TEST_F(TextLayoutTest, LayersFollowEveryReplacementOfAChange) {
+    open(u"uno due tre quattro"_s);
+    m_layout->syntax().setAll({{{4, 3}, SyntaxTokenKind::keyword}, {{12, 7}, SyntaxTokenKind::string}});
+    m_layout->marks().add({8, 3}, qRgb(255, 255, 0));
+    m_storage->beginEditing();
+    m_storage->replace({0, 3}, u"1");
+    m_storage->replace({9, 1}, u"--");
+    m_storage->endEditing();
+    EXPECT_EQ(m_storage->text(), u"1 due tre--quattro"_s);
+    const TextRange whole{0, m_storage->length()};
+    EXPECT_THAT(m_layout->syntax().within(whole), ElementsAre(SyntaxRanges::Span{{2, 3}, SyntaxTokenKind::keyword},
+                                                              SyntaxRanges::Span{{11, 7}, SyntaxTokenKind::string}));
+    EXPECT_THAT(m_layout->marks().within(whole), ElementsAre(ColorRanges::Span{{6, 3}, qRgb(255, 255, 0)}));
+}
+
 TEST_F(TextLayoutTest, MarksFillThePitchWithoutStripes) {
     open(u"uno\ndue\ntre"_s);
-    m_layout->layer(TextLayout::Layer::marks).add({0, 11}, qRgb(255, 255, 0));
+    m_layout->marks().add({0, 11}, qRgb(255, 255, 0));
     const QImage image = draw({300, 3 * m_layout->pitch()});
     for (int y = 0; y < image.height(); ++y) {
         EXPECT_NE(image.pixelColor(1, y), QColor(Qt::white)) << y;
