@@ -45,20 +45,24 @@ SearchField::SearchField(NotesStore& store, QWidget* parent) : QLineEdit(parent)
 }
 
 void SearchField::keyPressEvent(QKeyEvent* event) {
+    if ((event->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Up:
-        Q_EMIT stepped(-1);
-        return;
+        m_store.selectAdjacent(-1);
+        break;
     case Qt::Key_Down:
-        Q_EMIT stepped(+1);
-        return;
+        m_store.selectAdjacent(+1);
+        break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        Q_EMIT committed();
-        return;
+        m_store.commitSearch();
+        break;
     case Qt::Key_Escape:
         m_store.cancelSearch();
-        return;
+        break;
     default:
         QLineEdit::keyPressEvent(event);
     }

@@ -1,15 +1,13 @@
 #include "Quillary/Sidebar/SidebarFooter.h"
 
+#include "Quillary/State/AppActions.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
-#include <QDesktopServices>
-#include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
-#include <QUrl>
 
 namespace quillary {
 
@@ -21,9 +19,16 @@ SidebarFooter::SidebarFooter(NotesStore& store, QWidget* parent)
     openButton->setToolTip(tr("Apri cartella delle note"));
     openButton->setAccessibleName(openButton->toolTip());
     connect(openButton, &QToolButton::clicked, this, [this] {
-        const QByteArray path = m_store.fileStore().directory().bytes();
-        QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path)));
+        if (Desktop* const desktop = AppActions::shared().desktop) {
+            desktop->open(m_store.fileStore().directory());
+        }
     });
+    auto* const newFolderButton = new QToolButton(this);
+    newFolderButton->setAutoRaise(true);
+    newFolderButton->setIcon(symbolIcon(Symbol::newFolder));
+    newFolderButton->setToolTip(tr("Nuova cartella (⌥⌘N)"));
+    newFolderButton->setAccessibleName(newFolderButton->toolTip());
+    connect(newFolderButton, &QToolButton::clicked, this, [this] { m_store.createFolder({}); });
 
     for (QLabel* const label : {m_name, m_count}) {
         label->setFont(Theme::sidebarDetail());
@@ -34,11 +39,12 @@ SidebarFooter::SidebarFooter(NotesStore& store, QWidget* parent)
     m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(10, 4, 14, 6);
+    layout->setContentsMargins(10, 4, 8, 6);
     layout->setSpacing(4);
     layout->addWidget(openButton);
     layout->addWidget(m_name, 1);
     layout->addWidget(m_count);
+    layout->addWidget(newFolderButton);
 
     connect(&store, &NotesStore::notesChanged, this, &SidebarFooter::update);
     update();
@@ -49,7 +55,7 @@ void SidebarFooter::update() {
     m_name->setText(FilePath::displayText(directory.fileName()));
     m_name->setToolTip(FilePath::displayText(directory.text()));
     const qsizetype count = m_store.notes().size();
-    m_count->setText(count == 1 ? tr("1 nota") : tr("%L1 note").arg(count));
+    m_count->setText(count == 1 ? tr("1 nota") : tr("%1 note").arg(count));
 }
 
 } // namespace quillary

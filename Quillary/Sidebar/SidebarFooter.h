@@ -8,7 +8,8 @@ class QLabel;
 
 namespace quillary {
 
-/// The line below the list: the notes directory, which a click opens in the file manager, and the count of all notes.
+/// The line below the list: the notes directory, which a click opens in the file manager, the count of all notes, shown
+/// or not, and the button for a new folder.
 class SidebarFooter : public QWidget {
     Q_OBJECT
 

@@ -12,8 +12,7 @@
 
 namespace quillary {
 
-SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent)
-    : QWidget(parent), m_search(new SearchField(store, this)), m_list(new SidebarList(store, this)) {
+SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent) : QWidget(parent) {
     auto* const newNoteButton = new QToolButton(this);
     newNoteButton->setAutoRaise(true);
     newNoteButton->setDefaultAction(newNote);
@@ -24,18 +23,15 @@ SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent)
     auto* const top = new QHBoxLayout;
     top->setContentsMargins(10, 10, 8, 8);
     top->setSpacing(6);
-    top->addWidget(m_search, 1);
+    top->addWidget(new SearchField(store, this), 1);
     top->addWidget(newNoteButton);
 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(top);
-    layout->addWidget(m_list, 1);
+    layout->addWidget(new SidebarList(store, this), 1);
     layout->addWidget(new SidebarFooter(store, this));
-
-    connect(m_search, &SearchField::stepped, m_list, &SidebarList::stepNote);
-    connect(m_search, &SearchField::committed, &store, &NotesStore::commitSearch);
 }
 
 void SidebarView::paintEvent(QPaintEvent*) {

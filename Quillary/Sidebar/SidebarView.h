@@ -8,9 +8,6 @@ class QAction;
 
 namespace quillary {
 
-class SearchField;
-class SidebarList;
-
 /// The left side of the main window: the search field with the button for a new note, the list, the footer.
 class SidebarView : public QWidget {
     Q_OBJECT
@@ -21,10 +18,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    SearchField* m_search;
-    SidebarList* m_list;
 };
 
 } // namespace quillary

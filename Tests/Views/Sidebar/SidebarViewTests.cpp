@@ -1,155 +1,120 @@
 #include "Quillary/Sidebar/SidebarView.h"
 
-#include "../NotesFolder.h"
-#include "Quillary/Sidebar/SearchField.h"
-#include "Quillary/Sidebar/SidebarList.h"
+#include "SidebarTest.h"
 
-#include <QAction>
 #include <QLabel>
 #include <QSignalSpy>
-#include <QTest>
 #include <QToolButton>
+
+#include <algorithm>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The sidebar on show, over a folder with one sub-folder.
-class SidebarViewOf : public testing::Test {
+class SidebarViewTest : public SidebarTest {
 protected:
-    SidebarViewOf() {
-        m_view.resize(260, 500);
-        m_view.show();
-        if (!QTest::qWaitForWindowExposed(&m_view)) {
-            ADD_FAILURE() << "the view is not exposed";
+    SidebarViewTest() : SidebarTest({{u"a.md"_s, u"alfa"_s}, {u"b.txt"_s, {}}, {u"Lavoro/c.md"_s, u"gamma"_s}}) {}
+
+    void awaitTexts() {
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            return std::ranges::all_of(store().notes(),
+                                       [](const NoteItemPtr& item) { return item->document() != nullptr; });
+        }));
+    }
+
+    bool hasLabel(const QString& text) {
+        return std::ranges::any_of(m_view.findChildren<QLabel*>(),
+                                   [&](const QLabel* label) { return label->text() == text; });
+    }
+
+    QToolButton* button(const QString& toolTip) {
+        for (QToolButton* const button : m_view.findChildren<QToolButton*>()) {
+            if (button->toolTip() == toolTip) {
+                return button;
+            }
         }
+        return nullptr;
     }
-
-    NotesStore& store() { return m_folder.store(); }
-
-    QString selectedTitle() {
-        const NoteItemPtr selected = store().selectedItem();
-        return selected == nullptr ? QString() : selected->title();
-    }
-
-    void clickRow(int row) {
-        const QRect place = m_list->visualRect(m_list->model()->index(row, 0));
-        QTest::mouseClick(m_list->viewport(), Qt::LeftButton, {}, place.center());
-    }
-
-    NotesFolder m_folder = NotesFolder({{u"a.md"_s, u"alfa"_s}, {u"b.txt"_s, {}}, {u"Lavoro/c.md"_s, u"gamma"_s}});
-    QAction m_newNote;
-    SidebarView m_view{m_folder.store(), &m_newNote};
-    SidebarList* m_list = m_view.findChild<SidebarList*>();
-    SearchField* m_search = m_view.findChild<SearchField*>();
 };
 
 } // namespace
 
-TEST_F(SidebarViewOf, AClickSelectsTheNoteAndAsksForTheEditor) {
-    QSignalSpy focus(&store(), &NotesStore::editorFocusTokenChanged);
-    clickRow(4);
-    EXPECT_EQ(selectedTitle(), u"b"_s);
-    EXPECT_EQ(focus.size(), 1);
-}
-
-TEST_F(SidebarViewOf, AClickOnAFolderSelectsItAndClosesIt) {
-    clickRow(0);
-    EXPECT_EQ(store().selectedFolder(), std::optional(u"Lavoro"_s));
-    EXPECT_TRUE(store().collapsedFolders().contains(u"Lavoro"_s));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_list->model()->rowCount() == 4; }));
-    clickRow(0);
-    EXPECT_FALSE(store().collapsedFolders().contains(u"Lavoro"_s));
-}
-
-TEST_F(SidebarViewOf, AClickOnAHeadingSelectsNothing) {
-    const QString before = selectedTitle();
-    clickRow(2);
-    EXPECT_EQ(selectedTitle(), before);
-}
-
-TEST_F(SidebarViewOf, FollowsASelectionFromElsewhere) {
-    store().setSelectedID(m_folder.note(u"b"_s)->id());
-    EXPECT_EQ(m_list->currentIndex().row(), 4);
-    store().setSelectedFolder(u"Lavoro"_s);
-    EXPECT_EQ(m_list->currentIndex().row(), 0);
-    store().setSelectedID(std::nullopt);
-    EXPECT_FALSE(m_list->currentIndex().isValid());
-}
-
-TEST_F(SidebarViewOf, ArrowsWalkOverNotesAndFoldersButNotHeadings) {
-    store().setSelectedID(m_folder.note(u"c"_s)->id());
-    QTest::keyClick(m_list, Qt::Key_Down);
-    EXPECT_EQ(selectedTitle(), u"a"_s);
-    QTest::keyClick(m_list, Qt::Key_Up);
-    EXPECT_EQ(selectedTitle(), u"c"_s);
-    QTest::keyClick(m_list, Qt::Key_Up);
-    EXPECT_EQ(store().selectedFolder(), std::optional(u"Lavoro"_s));
-    EXPECT_EQ(selectedTitle(), u"c"_s);
-}
-
-TEST_F(SidebarViewOf, RightAndLeftOpenAndCloseAFolder) {
-    store().setSelectedID(m_folder.note(u"c"_s)->id());
-    QTest::keyClick(m_list, Qt::Key_Left);
-    EXPECT_EQ(store().selectedFolder(), std::optional(u"Lavoro"_s));
-    QTest::keyClick(m_list, Qt::Key_Left);
-    EXPECT_TRUE(store().collapsedFolders().contains(u"Lavoro"_s));
-    QTest::keyClick(m_list, Qt::Key_Right);
-    EXPECT_FALSE(store().collapsedFolders().contains(u"Lavoro"_s));
-}
-
-TEST_F(SidebarViewOf, ReturnInTheListAsksForTheEditor) {
-    QSignalSpy focus(&store(), &NotesStore::editorFocusTokenChanged);
-    QTest::keyClick(m_list, Qt::Key_Return);
-    EXPECT_EQ(focus.size(), 1);
-}
-
-TEST_F(SidebarViewOf, TypingInTheFieldSearchesAndEscapeEndsIt) {
+TEST_F(SidebarViewTest, TypingInTheFieldSearchesAndEscapeEndsIt) {
+    m_search->setFocus();
     QTest::keyClicks(m_search, u"gam"_s);
     EXPECT_EQ(store().searchQuery(), u"gam"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_list->model()->rowCount() == 1; }));
+    const qint64 focus = store().editorFocusToken();
     QTest::keyClick(m_search, Qt::Key_Escape);
     EXPECT_EQ(store().searchQuery(), QString());
     EXPECT_EQ(m_search->text(), QString());
-
-    QSignalSpy focus(&store(), &NotesStore::editorFocusTokenChanged);
+    EXPECT_TRUE(m_search->hasFocus());
+    EXPECT_EQ(store().editorFocusToken(), focus);
     QTest::keyClick(m_search, Qt::Key_Escape);
-    EXPECT_EQ(focus.size(), 1);
+    EXPECT_EQ(store().editorFocusToken(), focus + 1);
 }
 
-TEST_F(SidebarViewOf, TheFieldStepsThroughTheListWithoutLosingTheKeyboard) {
-    store().setSelectedID(m_folder.note(u"c"_s)->id());
+TEST_F(SidebarViewTest, TheFieldShowsAQueryFromElsewhere) {
+    store().setSearchQuery(u"alfa"_s);
+    EXPECT_EQ(m_search->text(), u"alfa"_s);
+    EXPECT_EQ(m_search->placeholderText(), u"Cerca"_s);
+}
+
+TEST_F(SidebarViewTest, TheButtonInTheFieldEmptiesIt) {
+    QAction* clear = nullptr;
+    for (QAction* const action : m_search->actions()) {
+        clear = action->text() == u"Cancella"_s ? action : clear;
+    }
+    ASSERT_NE(clear, nullptr);
+    EXPECT_FALSE(clear->isVisible());
+    QTest::keyClicks(m_search, u"g"_s);
+    EXPECT_TRUE(clear->isVisible());
+    clear->trigger();
+    EXPECT_EQ(store().searchQuery(), QString());
+    EXPECT_FALSE(clear->isVisible());
+    EXPECT_TRUE(m_search->hasFocus());
+}
+
+TEST_F(SidebarViewTest, TheFieldStepsThroughTheListAndGoesOnAtTheOtherEnd) {
+    select(u"c"_s);
     m_search->setFocus();
-    QTest::keyClick(m_search, Qt::Key_Down);
-    EXPECT_EQ(selectedTitle(), u"a"_s);
-    QTest::keyClick(m_search, Qt::Key_Down);
-    EXPECT_EQ(selectedTitle(), u"b"_s);
-    QTest::keyClick(m_search, Qt::Key_Down);
-    EXPECT_EQ(selectedTitle(), u"b"_s);
+    for (const QString& title : {u"a"_s, u"b"_s, u"c"_s}) {
+        QTest::keyClick(m_search, Qt::Key_Down);
+        EXPECT_EQ(selectedTitle(), title);
+    }
     QTest::keyClick(m_search, Qt::Key_Up);
-    EXPECT_EQ(selectedTitle(), u"a"_s);
+    EXPECT_EQ(selectedTitle(), u"b"_s);
+    EXPECT_TRUE(m_search->hasFocus());
 }
 
-TEST_F(SidebarViewOf, ReturnInTheFieldTakesTheFirstNoteFound) {
-    store().setSelectedID(m_folder.note(u"a"_s)->id());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_folder.note(u"c"_s)->document() != nullptr; }));
+TEST_F(SidebarViewTest, ReturnInTheFieldTakesTheFirstNoteFound) {
+    select(u"a"_s);
+    awaitTexts();
+    const qint64 focus = store().editorFocusToken();
     QTest::keyClicks(m_search, u"gamma"_s);
     QTest::keyClick(m_search, Qt::Key_Return);
     EXPECT_EQ(selectedTitle(), u"c"_s);
     EXPECT_EQ(store().searchQuery(), QString());
+    EXPECT_EQ(store().editorFocusToken(), focus + 1);
 }
 
-TEST_F(SidebarViewOf, ReturnOnATitleThatDoesNotExistMakesIt) {
-    store().setSelectedID(m_folder.note(u"c"_s)->id());
+TEST_F(SidebarViewTest, ReturnOnATitleThatDoesNotExistMakesIt) {
+    select(u"c"_s);
     QTest::keyClicks(m_search, u"Spesa "_s);
-    QTest::keyClick(m_search, Qt::Key_Return);
+    QTest::keyClick(m_search, Qt::Key_Enter);
     EXPECT_EQ(selectedTitle(), u"Spesa"_s);
     EXPECT_EQ(store().selectedItem()->folder(), std::optional(u"Lavoro"_s));
     EXPECT_EQ(store().searchQuery(), QString());
 }
 
-TEST_F(SidebarViewOf, TheButtonAboveTheListIsTheCommandForANewNote) {
+TEST_F(SidebarViewTest, ARequestForTheSearchTakesTheKeyboard) {
+    m_list->setFocus();
+    store().raiseSearchFocusToken();
+    EXPECT_TRUE(m_search->hasFocus());
+}
+
+TEST_F(SidebarViewTest, TheButtonAboveTheListIsTheCommandForANewNote) {
     QSignalSpy triggered(&m_newNote, &QAction::triggered);
     for (QToolButton* const button : m_view.findChildren<QToolButton*>()) {
         if (button->defaultAction() == &m_newNote) {
@@ -159,32 +124,29 @@ TEST_F(SidebarViewOf, TheButtonAboveTheListIsTheCommandForANewNote) {
     EXPECT_EQ(triggered.size(), 1);
 }
 
-TEST_F(SidebarViewOf, TheFooterCountsAllNotes) {
-    const auto hasLabel = [this](const QString& text) {
-        const QList<QLabel*> labels = m_view.findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) { return label->text() == text; });
-    };
+TEST_F(SidebarViewTest, TheFooterCountsAllNotes) {
     EXPECT_TRUE(hasLabel(u"3 note"_s));
     EXPECT_TRUE(hasLabel(u"Note"_s));
     store().setSearchQuery(u"alfa"_s);
+    store().toggleCollapsed(u"Lavoro"_s);
     EXPECT_TRUE(hasLabel(u"3 note"_s));
     QFile::remove(m_folder.path(u"a.md"_s));
     QFile::remove(m_folder.path(u"b.txt"_s));
     store().refreshFromDisk();
     EXPECT_TRUE(hasLabel(u"1 nota"_s));
+    QFile::remove(m_folder.path(u"Lavoro/c.md"_s));
+    store().refreshFromDisk();
+    EXPECT_TRUE(hasLabel(u"0 note"_s));
 }
 
-TEST_F(SidebarViewOf, KeepsItsPlaceWhileRowsChangeBelow) {
-    for (int i = 0; i < 200; ++i) {
-        m_folder.write(u"nota %1.md"_s.arg(i), u"x"_s);
-    }
-    store().refreshFromDisk();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_list->model()->rowCount() == 205; }));
-    m_list->scrollTo(m_list->model()->index(120, 0), QAbstractItemView::PositionAtTop);
-    const QModelIndex top = m_list->indexAt({20, 5});
-    const QString title = top.data().toString();
-    QFile::remove(m_folder.path(u"nota 199.md"_s));
-    store().refreshFromDisk();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_list->model()->rowCount() == 204; }));
-    EXPECT_EQ(m_list->indexAt({20, 5}).data().toString(), title);
+TEST_F(SidebarViewTest, TheFootersButtonsOpenTheDirectoryAndMakeAFolder) {
+    ASSERT_NE(button(u"Apri cartella delle note"_s), nullptr);
+    QTest::mouseClick(button(u"Apri cartella delle note"_s), Qt::LeftButton);
+    EXPECT_EQ(m_desktop.opened, QStringList(store().fileStore().directory().text()));
+
+    ASSERT_NE(button(u"Nuova cartella (⌥⌘N)"_s), nullptr);
+    QTest::mouseClick(button(u"Nuova cartella (⌥⌘N)"_s), Qt::LeftButton);
+    EXPECT_EQ(store().folders().size(), 2);
+    EXPECT_EQ(store().renamingFolder(), std::optional(store().folders().constFirst()));
+    EXPECT_EQ(store().notes(std::nullopt).size(), 2);
 }
