@@ -200,7 +200,10 @@ QList<NoteItemPtr> NotesStore::manuallySorted(const QList<NoteItemPtr>& items) c
             noteOfName.insert(names.last(), item);
         }
         for (const QString& name : layout.manuallyOrdered(names, folder)) {
-            result.append(noteOfName.value(name));
+            // An order may name a note twice, as when it took the name of one that another program removed.
+            if (const NoteItemPtr item = noteOfName.take(name)) {
+                result.append(item);
+            }
         }
     }
     return result;

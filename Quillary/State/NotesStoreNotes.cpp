@@ -95,6 +95,8 @@ void NotesStore::changeFormat(NoteItem& item, NoteFormat format) {
     }
     item.setUrl(*url);
     renameInOrder(item, oldFileName);
+    // A free name may have another title.
+    resort();
     if (!supportsPreview(format)) {
         item.setShowsPreview(false);
     }
@@ -114,9 +116,7 @@ void NotesStore::rename(NoteItem& item, const QString& title) {
     }
     item.setUrl(*url);
     renameInOrder(item, oldFileName);
-    if (m_settings->sortOrder() == NoteSortOrder::title) {
-        resort();
-    }
+    resort();
 }
 
 void NotesStore::requestTrash(const std::optional<QList<NoteItemPtr>>& items) {

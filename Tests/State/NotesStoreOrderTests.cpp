@@ -267,6 +267,19 @@ TEST_F(NotesStoreOrder, ANoteThatCanNotBePlacedHoldsNoneBack) {
     EXPECT_EQ(stored(), u"a.md c.md");
 }
 
+TEST_F(NotesStoreOrder, ANoteThatTakesTheNameOfARemovedOneIsShownOnce) {
+    directory.write(u".quillary.json"_s, R"({"noteOrder": {"": ["c.md", "a.md", "b.md"]}})");
+    openNotes(NoteSortOrder::manual);
+    directory.remove(u"c.md"_s);
+    store->refreshFromDisk();
+
+    store->rename(*note(u"b"_s), u"c"_s);
+    store->resort();
+
+    EXPECT_EQ(stored(), u"c.md a.md c.md");
+    EXPECT_EQ(shown(), u"c a");
+}
+
 // Shifting.
 
 TEST_F(NotesStoreOrder, TheSelectedNoteIsShiftedInItsFolder) {
