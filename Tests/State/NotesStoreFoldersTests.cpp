@@ -290,9 +290,7 @@ TEST_F(NotesStoreFolders, ADeletedFolderGoesToTheTrashWithItsNotes) {
 
     const auto trashed = trashedFrom(directory.path(u"B"_s));
     ASSERT_TRUE(trashed);
-    QFile text(trashed->path.appending(u"uno.md"_s).text());
-    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
-    EXPECT_EQ(text.readAll(), "ultimo testo");
+    EXPECT_EQ(trashed->contents(u"uno.md"_s), "ultimo testo");
     EXPECT_EQ(QDir(trashed->path.text()).entryList(QDir::Files, QDir::Name),
               QStringList({u"altro.bin"_s, u"due.md"_s, u"uno.md"_s}));
     EXPECT_FALSE(directory.exists(u"B"_s));

@@ -6,9 +6,12 @@
 #include "QuillaryCore/Text/UndoManager.h"
 
 #include "Tests/State/NotesStoreTest.h"
+#include "Tests/State/TrashCan.h"
 #include "Tests/State/Waiting.h"
 
 #include <QTimeZone>
+
+#include <gmock/gmock.h>
 
 namespace quillary::test {
 
@@ -449,6 +452,12 @@ TEST_F(NotesStoreNotes, ATrashedNoteIsSavedFirstAndItsFileGoes) {
     store->moveToTrash({a});
 
     EXPECT_FALSE(directory.exists(u"a.md"_s));
+    const auto trashed = trashedFrom(directory.path(u"a.md"_s));
+    ASSERT_TRUE(trashed);
+    EXPECT_EQ(trashed->contents(), "dopo");
+    EXPECT_THAT(trashed->record.toStdString(),
+                testing::MatchesRegex("\\[Trash Info\\]\nPath=/[^\n]+/Note/a\\.md\n"
+                                      "DeletionDate=[0-9]+-[0-9]+-[0-9]+T[0-9]+:[0-9]+:[0-9]+\n"));
     EXPECT_EQ(titles(), QStringList(u"b"_s));
     EXPECT_EQ(a->saveTask, nullptr);
     EXPECT_FALSE(a->isDirty());

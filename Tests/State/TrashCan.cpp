@@ -7,6 +7,11 @@ namespace quillary::test {
 
 using namespace Qt::StringLiterals;
 
+QByteArray TrashedItem::contents(const QString& name) const {
+    QFile file((name.isEmpty() ? path : path.appending(name)).text());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 std::optional<TrashedItem> trashedFrom(const FilePath& path) {
     const QDir trash(qEnvironmentVariable("XDG_DATA_HOME") + u"/Trash"_s);
     const QByteArray start = "[Trash Info]\nPath=" + path.bytes().toPercentEncoding("/") + "\n";

@@ -3,6 +3,7 @@
 #include "QuillaryCore/Platform/FilePath.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <optional>
 
@@ -15,6 +16,9 @@ struct TrashedItem {
 
     /// The record beside it, byte by byte.
     QByteArray record;
+
+    /// The bytes of the file, or of one in the directory.
+    QByteArray contents(const QString& name = {}) const;
 };
 
 /// What was trashed last from a path; none if nothing was.
