@@ -1,0 +1,372 @@
+#include "Quillary/Previews/MarkdownRowLayout.h"
+
+#include "Quillary/Previews/MarkdownTableColumns.h"
+#include "Quillary/Previews/PreviewFonts.h"
+#include "Quillary/Previews/PreviewText.h"
+#include "Quillary/Theme/Theme.h"
+#include "QuillaryCore/Formats/MarkdownInline.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillary {
+
+namespace {
+
+constexpr double inlineCodeFactor = 0.9;
+constexpr double unlimitedWidth = 1e6;
+constexpr double pointsPerPixel = 0.75;
+
+/// What the marks of a text say, for a text whose font has a size.
+QList<QTextLayout::FormatRange> formatsOf(const MarkdownStyledText& styled, const QFont& font,
+                                          const QPalette& palette) {
+    QList<QTextLayout::FormatRange> formats;
+    for (const MarkdownStyledText::Run& run : styled.runs) {
+        QTextCharFormat format;
+        if (run.code) {
+            const QFont code = PreviewFonts::monospaced(font.pointSizeF() / pointsPerPixel * inlineCodeFactor);
+            format.setFontFamilies(code.families());
+            format.setFontPointSize(code.pointSizeF());
+            format.setFontFixedPitch(true);
+            format.setBackground(Theme::subtleFill(palette));
+        }
+        if (run.strong) {
+            format.setFontWeight(QFont::Bold);
+        }
+        if (run.emphasis) {
+            format.setFontItalic(true);
+        }
+        if (run.strike) {
+            format.setFontStrikeOut(true);
+        }
+        if (run.link >= 0) {
+            format.setForeground(palette.color(QPalette::Link));
+        }
+        if (!format.isEmpty()) {
+            formats.append({static_cast<int>(run.start), static_cast<int>(run.length), format});
+        }
+    }
+    return formats;
+}
+
+/// The tokens of a code block that lie in a stretch of it, as formats of the stretch.
+QList<QTextLayout::FormatRange> colorsOf(const QList<SyntaxToken>& tokens, qsizetype start, qsizetype length,
+                                         const QPalette& palette) {
+    QList<QTextLayout::FormatRange> formats;
+    auto token = std::partition_point(tokens.begin(), tokens.end(),
+                                      [start](const SyntaxToken& candidate) { return candidate.range.end() <= start; });
+    for (; token != tokens.end() && token->range.location < start + length; ++token) {
+        const qsizetype from = std::max(token->range.location, start);
+        const qsizetype to = std::min(token->range.end(), start + length);
+        QTextCharFormat format;
+        format.setForeground(Theme::syntaxColor(token->kind).in(palette));
+        formats.append({static_cast<int>(from - start), static_cast<int>(to - from), format});
+    }
+    return formats;
+}
+
+Qt::Alignment alignmentOf(MarkdownTable::Alignment alignment) {
+    switch (alignment) {
+    case MarkdownTable::Alignment::leading:
+        return Qt::AlignLeft;
+    case MarkdownTable::Alignment::center:
+        return Qt::AlignHCenter;
+    case MarkdownTable::Alignment::trailing:
+        return Qt::AlignRight;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+MarkdownRowLayout::MarkdownRowLayout(const MarkdownRow& row, const Context& context) : m_naturalWidth(context.width) {
+    switch (row.kind) {
+    case MarkdownRow::Kind::heading:
+    case MarkdownRow::Kind::paragraph:
+        layOutText(row, context);
+        break;
+    case MarkdownRow::Kind::code:
+        layOutCode(row, context);
+        break;
+    case MarkdownRow::Kind::table:
+        layOutTable(row, context);
+        break;
+    case MarkdownRow::Kind::rule:
+        m_height = 2 * context.style.ruleMargin + MarkdownStyle::hairline;
+        break;
+    case MarkdownRow::Kind::blank:
+        m_height = context.style.lineHeight;
+        m_firstBaseline = QFontMetricsF(context.style.body).ascent();
+        break;
+    }
+    m_height = std::ceil(m_height);
+}
+
+void MarkdownRowLayout::layOutText(const MarkdownRow& row, const Context& context) {
+    const MarkdownStyle& style = context.style;
+    const bool isHeading = row.kind == MarkdownRow::Kind::heading;
+    const bool hasLine = isHeading && MarkdownStyle::hasLine(row.level);
+    const double top = hasLine && row.isFirst ? style.headingMargin : 0;
+    Piece& piece = addPiece(context.rows.styledText(row), isHeading ? style.headingFont(row.level) : style.body,
+                            context, {0, top});
+    piece.right = context.width;
+    piece.isSelectable = !context.rows.mayHoldLink(row);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    m_height = top + breakLines(piece, context.width, isHeading ? 0 : style.lineSpacing, option);
+    if (!isHeading && !row.isLast) {
+        m_height += style.lineSpacing;
+    }
+    if (hasLine && row.isLast) {
+        m_height += MarkdownStyle::headingLineGap + MarkdownStyle::hairline;
+    }
+}
+
+void MarkdownRowLayout::layOutCode(const MarkdownRow& row, const Context& context) {
+    const MarkdownStyle& style = context.style;
+    const MarkdownRows::Code& code = context.rows.codes[static_cast<std::size_t>(row.source)];
+    double top = row.isFirst ? MarkdownStyle::codePadding : 0;
+    if (row.isFirst && !code.language.isEmpty()) {
+        top += style.languageHeight;
+    }
+    Piece& piece = addPiece(context.rows.styledText(row), style.code, context, {MarkdownStyle::codePadding, top});
+    if (context.tokens) {
+        piece.layout->setFormats(colorsOf(*context.tokens, row.start, row.text.size(), context.palette));
+    }
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setTabStopDistance(style.codeAdvance * 4);
+    m_height = top + breakLines(piece, unlimitedWidth, 0, option);
+    if (row.isLast) {
+        m_height += MarkdownStyle::codePadding;
+    }
+    double width = static_cast<double>(code.longestLine) * style.codeAdvance;
+    for (int i = 0; i < piece.layout->lineCount(); ++i) {
+        width = std::max(width, piece.layout->lineAt(i).naturalTextWidth());
+    }
+    piece.right = MarkdownStyle::codePadding + width;
+    m_naturalWidth = width + 2 * MarkdownStyle::codePadding;
+}
+
+void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& context) {
+    const MarkdownStyle& style = context.style;
+    const MarkdownTableColumns& columns = *context.columns;
+    const MarkdownTable& table = context.rows.tables[static_cast<std::size_t>(row.source)];
+    qsizetype first = 0;
+    qsizetype last = columns.count() - 1;
+    if (columns.areMany()) {
+        first = columns.columnAt(context.viewLeft);
+        last = columns.columnAt(context.viewLeft + context.width);
+    }
+    const QFont& font = row.start == 0 ? style.headerCell : style.cell;
+    const double top = row.piece == 0 ? MarkdownStyle::cellPaddingAlong : 0;
+    double height = QFontMetricsF(font).height();
+    for (qsizetype column = first; column <= last; ++column) {
+        if (!m_pieces.empty()) {
+            m_text += u'\t';
+        }
+        const double padding = MarkdownStyle::cellPaddingAcross;
+        MarkdownStyledText styled = context.rows.cellText(row, column);
+        if (columns.areMany() && styled.text.size() > 1000) {
+            styled = styled.sliced(0, 1000);
+        }
+        Piece& piece = addPiece(styled, font, context, {columns.left(column) + padding, top});
+        piece.left = columns.left(column);
+        piece.right = columns.left(column + 1);
+        piece.isSelectable = !MarkdownInline::containsLink(context.rows.rawCell(row, column));
+        QTextOption option(alignmentOf(table.alignment(column)));
+        option.setWrapMode(columns.areMany() ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
+        height = std::max(height, breakLines(piece, columns.width(column) - 2 * padding, 0, option));
+    }
+    m_height = top + height + MarkdownStyle::cellPaddingAlong + MarkdownStyle::hairline;
+    m_naturalWidth = columns.total();
+}
+
+MarkdownRowLayout::Piece& MarkdownRowLayout::addPiece(const MarkdownStyledText& styled, const QFont& font,
+                                                      const Context& context, QPointF origin) {
+    Piece& piece = m_pieces.emplace_back();
+    piece.layout = std::make_unique<QTextLayout>(PreviewText::shown(styled.text), font);
+    // Without the cache every question would shape the text again.
+    piece.layout->setCacheEnabled(true);
+    piece.layout->setFormats(formatsOf(styled, font, context.palette));
+    piece.origin = origin;
+    piece.start = m_text.size();
+    piece.length = styled.text.size();
+    m_text += styled.text;
+    for (const MarkdownStyledText::Run& run : styled.runs) {
+        if (run.link >= 0) {
+            const qsizetype link = m_links.size() + run.link;
+            const qsizetype start = piece.start + run.start;
+            const bool goesOn = !m_linkRuns.empty() && m_linkRuns.back().link == link &&
+                                m_linkRuns.back().start + m_linkRuns.back().length == start;
+            if (goesOn) {
+                m_linkRuns.back().length += run.length;
+            } else {
+                m_linkRuns.push_back({link, start, run.length});
+            }
+        }
+    }
+    m_links += styled.links;
+    return piece;
+}
+
+/// Gives the height of the lines.
+double MarkdownRowLayout::breakLines(Piece& piece, double width, double spacing, const QTextOption& option) {
+    QTextLayout& layout = *piece.layout;
+    layout.setTextOption(option);
+    double y = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::max(width, 1.0));
+        if (y > 0) {
+            y += spacing;
+        } else if (m_firstBaseline == 0) {
+            m_firstBaseline = piece.origin.y() + line.ascent();
+        }
+        line.setPosition({0, y});
+        y += line.height();
+    }
+    layout.endLayout();
+    return y;
+}
+
+const MarkdownRowLayout::Piece* MarkdownRowLayout::pieceHolding(qsizetype position) const {
+    const auto behind = std::upper_bound(m_pieces.begin(), m_pieces.end(), position,
+                                         [](qsizetype wanted, const Piece& piece) { return wanted < piece.start; });
+    return behind == m_pieces.begin() ? nullptr : &*(behind - 1);
+}
+
+qsizetype MarkdownRowLayout::positionAt(QPointF place) const {
+    if (m_pieces.empty()) {
+        return 0;
+    }
+    const auto behind = std::upper_bound(m_pieces.begin(), m_pieces.end(), place.x(),
+                                         [](double x, const Piece& piece) { return x < piece.left; });
+    const Piece& piece = behind == m_pieces.begin() ? m_pieces.front() : *(behind - 1);
+    const QPointF inside = place - piece.origin;
+    const QTextLayout& layout = *piece.layout;
+    if (layout.lineCount() == 0) {
+        return piece.start;
+    }
+    int low = 0;
+    int high = layout.lineCount() - 1;
+    while (low < high) {
+        const int middle = (low + high) / 2;
+        const QTextLine line = layout.lineAt(middle);
+        if (line.y() + line.height() > inside.y()) {
+            high = middle;
+        } else {
+            low = middle + 1;
+        }
+    }
+    const QTextLine line = layout.lineAt(low);
+    int position = line.xToCursor(inside.x());
+    // Behind the last character of a line that breaks is the start of the next one.
+    if (low + 1 < layout.lineCount() && position == line.textStart() + line.textLength()) {
+        position = layout.previousCursorPosition(position);
+    }
+    return piece.start + std::min<qsizetype>(position, piece.length);
+}
+
+QRectF MarkdownRowLayout::rectOf(qsizetype position) const {
+    const Piece* const piece = pieceHolding(position);
+    if (!piece || piece->layout->lineCount() == 0) {
+        return {0, 0, 1, m_height};
+    }
+    const auto inside = static_cast<int>(std::min(position - piece->start, piece->length));
+    QTextLine line = piece->layout->lineForTextPosition(inside);
+    if (!line.isValid()) {
+        line = piece->layout->lineAt(piece->layout->lineCount() - 1);
+    }
+    const double x = line.cursorToX(inside);
+    const double end = line.cursorToX(piece->layout->nextCursorPosition(inside));
+    return QRectF(std::min(x, end), line.y(), std::max(std::abs(end - x), 1.0), line.height())
+        .translated(piece->origin);
+}
+
+bool MarkdownRowLayout::isSelectableAt(qsizetype position) const {
+    const Piece* const piece = pieceHolding(position);
+    return !piece || piece->isSelectable;
+}
+
+std::vector<QRectF> MarkdownRowLayout::rectsOf(TextRange range) const {
+    std::vector<QRectF> rects;
+    const Piece* const piece = pieceHolding(range.location);
+    if (!piece) {
+        return rects;
+    }
+    const qsizetype from = range.location - piece->start;
+    const qsizetype to = range.end() - piece->start;
+    for (int i = 0; i < piece->layout->lineCount(); ++i) {
+        const QTextLine line = piece->layout->lineAt(i);
+        const qsizetype first = std::max<qsizetype>(from, line.textStart());
+        const qsizetype last = std::min<qsizetype>(to, line.textStart() + line.textLength());
+        if (first < last) {
+            const double x1 = line.cursorToX(static_cast<int>(first));
+            const double x2 = line.cursorToX(static_cast<int>(last));
+            rects.push_back(
+                QRectF(std::min(x1, x2), line.y(), std::abs(x2 - x1), line.height()).translated(piece->origin));
+        }
+    }
+    return rects;
+}
+
+std::optional<qsizetype> MarkdownRowLayout::linkAt(QPointF place) const {
+    if (m_linkRuns.empty()) {
+        return std::nullopt;
+    }
+    const qsizetype nearest = positionAt(place);
+    for (const LinkRun& run : m_linkRuns) {
+        // The place may be on the half of the character before the nearest position.
+        if (nearest < run.start || nearest > run.start + run.length) {
+            continue;
+        }
+        for (const QRectF& rect : rectsOf({run.start, run.length})) {
+            if (rect.contains(place)) {
+                return run.link;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<QRectF> MarkdownRowLayout::rectsOfLink(qsizetype link) const {
+    std::vector<QRectF> rects;
+    for (const LinkRun& run : m_linkRuns) {
+        if (run.link == link) {
+            const std::vector<QRectF> more = rectsOf({run.start, run.length});
+            rects.insert(rects.end(), more.begin(), more.end());
+        }
+    }
+    return rects;
+}
+
+qsizetype MarkdownRowLayout::startOfLink(qsizetype link) const {
+    const auto run = std::find_if(m_linkRuns.begin(), m_linkRuns.end(),
+                                  [link](const LinkRun& candidate) { return candidate.link == link; });
+    return run == m_linkRuns.end() ? 0 : run->start;
+}
+
+void MarkdownRowLayout::draw(QPainter& painter, QPointF origin, const QRectF& clip, TextRange selection,
+                             const QPalette& palette) const {
+    for (const Piece& piece : m_pieces) {
+        const QPointF place = origin + piece.origin;
+        if (place.x() > clip.right() || origin.x() + piece.right < clip.left()) {
+            continue;
+        }
+        QList<QTextLayout::FormatRange> selections;
+        const qsizetype from = std::max(selection.location, piece.start);
+        const qsizetype to = std::min(selection.end(), piece.start + piece.length);
+        if (from < to) {
+            QTextCharFormat format;
+            format.setBackground(palette.color(QPalette::Highlight));
+            selections.append({static_cast<int>(from - piece.start), static_cast<int>(to - from), format});
+        }
+        piece.layout->draw(&painter, place, selections, clip);
+    }
+}
+
+} // namespace quillary

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Quillary/Previews/MarkdownRow.h"
+#include "Quillary/Previews/MarkdownStyledText.h"
+#include "QuillaryCore/Formats/MarkdownBlock.h"
+#include "QuillaryCore/Formats/MarkdownTable.h"
+
+#include <QHash>
+#include <QMap>
+#include <QString>
+
+#include <map>
+#include <tuple>
+#include <vector>
+
+namespace quillary {
+
+/// A Markdown text as one column of rows, made by going through its block tree once without recursion.
+struct MarkdownRows {
+    /// A block of code.
+    struct Code {
+        QStringView text;
+        QString language;
+        /// The length of its longest line, no more than a row takes.
+        qsizetype longestLine = 0;
+    };
+
+    /// So many frames are shown within each other; what lies deeper stands where the last of them stands.
+    static constexpr int shownDepth = 24;
+
+    /// Texts above this length are read at once and shown in pieces of about half of it.
+    static constexpr qsizetype longText = 12'000;
+
+    /// Reads a text.
+    static MarkdownRows of(const QString& text);
+
+    /// The text of a row, or of one cell of a row of a table, as it is shown and copied.
+    MarkdownStyledText styledText(const MarkdownRow& row) const;
+    MarkdownStyledText cellText(const MarkdownRow& row, qsizetype column) const;
+
+    /// Whether a text of the row may hold a link, so that it can't be selected by itself.
+    bool mayHoldLink(const MarkdownRow& row) const;
+
+    /// The raw text of a cell.
+    QStringView rawCell(const MarkdownRow& row, qsizetype column) const;
+
+    /// Whether two rows, each of its own text, say the same.
+    static bool saySame(const MarkdownRows& a, const MarkdownRow& x, const MarkdownRows& b, const MarkdownRow& y);
+
+    /// Keeps the texts of the rows.
+    MarkdownBlocks blocks;
+    std::vector<MarkdownRow> rows;
+    std::vector<MarkdownFrame> frames;
+    std::vector<Code> codes;
+    std::vector<MarkdownTable> tables;
+    std::vector<MarkdownStyledText> longTexts;
+    /// The long texts of cells, by table, line and column.
+    std::map<std::tuple<qint32, qint32, qint32>, qint32> longCells;
+    /// The slug of each heading at top level, by its index among the blocks.
+    QMap<qsizetype, QString> anchors;
+    /// The row of each slug; of two equal ones the first.
+    QHash<QString, qint32> anchorRows;
+};
+
+} // namespace quillary

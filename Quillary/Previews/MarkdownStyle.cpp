@@ -1,0 +1,83 @@
+#include "Quillary/Previews/MarkdownStyle.h"
+
+#include "Quillary/Previews/MarkdownRows.h"
+#include "Quillary/Previews/PreviewFonts.h"
+
+#include <QFontMetricsF>
+
+#include <algorithm>
+
+namespace quillary {
+
+namespace {
+
+constexpr std::array headingFactors = {1.7, 1.4, 1.18, 1.05, 1.0, 0.92};
+constexpr double cellFactor = 0.95;
+constexpr double codeFactor = 0.92;
+constexpr double boxFactor = 0.9;
+constexpr double languageSize = 9.5;
+
+} // namespace
+
+MarkdownStyle::MarkdownStyle(double size)
+    : baseSize(size),
+      ruleMargin(size * 0.4),
+      headingMargin(size * 0.4),
+      lineSpacing(size * 0.3),
+      boxSize(size * boxFactor),
+      body(PreviewFonts::text(size)),
+      cell(PreviewFonts::text(size * cellFactor)),
+      headerCell(PreviewFonts::text(size * cellFactor, QFont::DemiBold)),
+      code(PreviewFonts::monospaced(size * codeFactor)),
+      language(PreviewFonts::text(languageSize)) {
+    const QFontMetricsF bodyMetrics(body);
+    const QFontMetricsF codeMetrics(code);
+    lineHeight = bodyMetrics.height();
+    averageAdvance = bodyMetrics.averageCharWidth();
+    digitAdvance = bodyMetrics.horizontalAdvance(u'0');
+    codeLineHeight = codeMetrics.height();
+    codeAdvance = codeMetrics.horizontalAdvance(u'x');
+    languageHeight = QFontMetricsF(language).height() + 4;
+}
+
+double MarkdownStyle::headingSize(int level) const {
+    return baseSize * headingFactors.at(static_cast<std::size_t>(level - 1));
+}
+
+QFont MarkdownStyle::headingFont(int level) const {
+    return PreviewFonts::text(headingSize(level), level <= 2 ? QFont::DemiBold : QFont::Medium);
+}
+
+double MarkdownStyle::gap(MarkdownRow::Gap gap) const {
+    switch (gap) {
+    case MarkdownRow::Gap::none:
+        return 0;
+    case MarkdownRow::Gap::item:
+        return baseSize * 0.35;
+    case MarkdownRow::Gap::nested:
+        return baseSize * 0.5;
+    case MarkdownRow::Gap::block:
+        return baseSize * 0.85;
+    }
+    Q_UNREACHABLE();
+}
+
+double MarkdownStyle::indent(const MarkdownFrame& frame) const {
+    if (frame.isQuote()) {
+        return quoteBarWidth + quoteGap;
+    }
+    const double usual = baseSize * 1.6;
+    // The number, its dot and a blank.
+    return std::max(usual, digitAdvance * (frame.digits + 1) + baseSize * 0.5);
+}
+
+double MarkdownStyle::left(const MarkdownRows& rows, qint32 frame, double available) const {
+    double left = 0;
+    for (; frame >= 0; frame = rows.frames[static_cast<std::size_t>(frame)].parent) {
+        left += indent(rows.frames[static_cast<std::size_t>(frame)]);
+    }
+    const double forWords = std::min(baseSize * 12, available);
+    return std::min(left, available - forWords);
+}
+
+} // namespace quillary

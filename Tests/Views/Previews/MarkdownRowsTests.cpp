@@ -1,0 +1,195 @@
+#include "Quillary/Previews/MarkdownRows.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The frames of a row from outside in, each with its marker where it begins with the row: ">" a quote, "*" a bullet,
+/// "1." a number, "[ ]" and "[x]" tasks.
+QString framesOf(const MarkdownRows& rows, qsizetype index) {
+    QString told;
+    for (qint32 frame = rows.rows[static_cast<std::size_t>(index)].frame; frame >= 0;) {
+        const MarkdownFrame& around = rows.frames[static_cast<std::size_t>(frame)];
+        QString sign = u">"_s;
+        switch (around.marker) {
+        case MarkdownFrame::Marker::none:
+            break;
+        case MarkdownFrame::Marker::bullet:
+            sign = u"*"_s;
+            break;
+        case MarkdownFrame::Marker::number:
+            sign = QString::number(around.number) + u'.';
+            break;
+        case MarkdownFrame::Marker::open:
+            sign = u"[ ]"_s;
+            break;
+        case MarkdownFrame::Marker::done:
+            sign = u"[x]"_s;
+            break;
+        }
+        const bool begins = around.isQuote() || around.firstRow == index;
+        told.prepend((begins ? sign : u"-"_s) + u' ');
+        frame = around.parent;
+    }
+    return told;
+}
+
+QString toldRow(const MarkdownRows& rows, qsizetype index) {
+    const MarkdownRow& row = rows.rows[static_cast<std::size_t>(index)];
+    switch (row.kind) {
+    case MarkdownRow::Kind::heading:
+        return u"h%1 "_s.arg(row.level) + rows.styledText(row).text;
+    case MarkdownRow::Kind::paragraph:
+        return rows.styledText(row).text;
+    case MarkdownRow::Kind::code:
+        return u"`"_s + row.text + u"`"_s;
+    case MarkdownRow::Kind::table: {
+        QStringList cells;
+        const qsizetype columns = rows.tables[static_cast<std::size_t>(row.source)].columnCount();
+        for (qsizetype column = 0; column < columns; ++column) {
+            cells.append(rows.cellText(row, column).text);
+        }
+        return cells.join(u'|');
+    }
+    case MarkdownRow::Kind::rule:
+        return u"---"_s;
+    case MarkdownRow::Kind::blank:
+        return u"(blank)"_s;
+    }
+    return {};
+}
+
+QStringList told(const QString& text) {
+    const MarkdownRows rows = MarkdownRows::of(text);
+    QStringList lines;
+    for (qsizetype index = 0; index < static_cast<qsizetype>(rows.rows.size()); ++index) {
+        lines.append(framesOf(rows, index) + toldRow(rows, index));
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST(MarkdownRows, BlocksBecomeRows) {
+    struct Case {
+        QString text;
+        QStringList rows;
+    };
+
+    const QList<Case> cases = {
+        {QString(), {}},
+        {u"# Uno\n\ndue *tre*\nquattro\n\n---\n"_s, {u"h1 Uno"_s, u"due tre\nquattro"_s, u"---"_s}},
+        {u"- a\n- b\n\n  c\n"_s, {u"* a"_s, u"* b"_s, u"- c"_s}},
+        {u"3. a\n7. b\n"_s, {u"3. a"_s, u"4. b"_s}},
+        {u"- [ ] a\n- [x] b\n- [X]\n"_s, {u"[ ] a"_s, u"[x] b"_s, u"[x] (blank)"_s}},
+        {u"1. [x] a\n"_s, {u"[x] a"_s}},
+        {u"- - - a\n"_s, {u"* * * a"_s}},
+        {u"-\n- b\n"_s, {u"* (blank)"_s, u"* b"_s}},
+        {u"> a\n> > b\n> - c\n"_s, {u"> a"_s, u"> > b"_s, u"> * c"_s}},
+        {u">\n"_s, {}},
+        {u"- >\n"_s, {u"* (blank)"_s}},
+        {u"```js\nx\n\ny\n```\n"_s, {u"`x\n\ny`"_s}},
+        {u"```\n```\n"_s, {u"``"_s}},
+        {u"|a|b|\n|-|-|\n|1|**2**|\n"_s, {u"a|b"_s, u"1|2"_s}},
+        {u"<b>a</b>\n"_s, {u"<b>a</b>"_s}},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(told(each.text), each.rows) << each.text.toStdString();
+    }
+}
+
+TEST(MarkdownRows, DistancesAreThoseOfTheInnermostList) {
+    using Gap = MarkdownRow::Gap;
+    const MarkdownRows rows = MarkdownRows::of(u"a\n\n- b\n- c\n\n  d\n\n> e\n>\n> f\n"_s);
+    QList<Gap> gaps;
+    for (const MarkdownRow& row : rows.rows) {
+        gaps.append(row.gap);
+    }
+    EXPECT_EQ(gaps, (QList<Gap>{Gap::none, Gap::block, Gap::item, Gap::nested, Gap::block, Gap::nested}));
+}
+
+TEST(MarkdownRows, AnchorsAreOfTopLevelHeadingsOnly) {
+    const MarkdownRows rows = MarkdownRows::of(
+        u"# A b\n\ntesto\n\n> # In una citazione\n\n## A b\n\n- # In una lista\n\n### [testo](altra.md)\n"_s);
+    EXPECT_EQ(rows.anchors, (QMap<qsizetype, QString>{{0, u"a-b"_s}, {3, u"a-b-1"_s}, {5, u"testo"_s}}));
+    EXPECT_EQ(rows.anchorRows.value(u"a-b"_s), 0);
+    EXPECT_EQ(rows.anchorRows.value(u"a-b-1"_s), 3);
+    EXPECT_FALSE(rows.anchorRows.contains(u"in-una-citazione"_s));
+}
+
+TEST(MarkdownRows, LongTextsAreShownInPiecesThatLoseNothing) {
+    QString text;
+    for (int i = 0; text.size() < 200'000; ++i) {
+        text += u"parola%1 "_s.arg(i);
+    }
+    text.chop(1);
+    const MarkdownRows rows = MarkdownRows::of(text);
+    EXPECT_GT(rows.rows.size(), 10U);
+    QString joined;
+    for (const MarkdownRow& row : rows.rows) {
+        const QString piece = rows.styledText(row).text;
+        EXPECT_LE(piece.size(), MarkdownRows::longText);
+        joined += piece;
+    }
+    EXPECT_EQ(joined, text);
+    EXPECT_TRUE(rows.rows.front().isFirst && !rows.rows.front().isLast);
+    EXPECT_TRUE(rows.rows.back().isLast && !rows.rows.back().isFirst);
+}
+
+TEST(MarkdownRows, LongCodeIsShownInPiecesThatLoseNothing) {
+    QString code;
+    for (int i = 0; i < 300; ++i) {
+        code += QString((i % 7 == 0) ? 9000 : i, QChar(u'a' + i % 26)) + u'\n';
+    }
+    code.chop(1);
+    const MarkdownRows rows = MarkdownRows::of(u"```\n"_s % code % u"\n```\n"_s);
+    QString joined;
+    for (const MarkdownRow& row : rows.rows) {
+        EXPECT_LE(row.text.size(), 4000);
+        EXPECT_EQ(joined.size(), row.start);
+        joined += row.text;
+        if (!row.isCut && !row.isLast) {
+            joined += u'\n';
+        }
+    }
+    EXPECT_EQ(joined, code);
+}
+
+TEST(MarkdownRows, LongCellsAreShownInPiecesThatLoseNothing) {
+    const QString cell = QString(u"abcde fgh "_s).repeated(5000).trimmed();
+    const MarkdownRows rows = MarkdownRows::of(u"|x|y|\n|-|-|\n|"_s % cell % u"|b|\n|1|2|\n"_s);
+    QString joined;
+    for (const MarkdownRow& row : rows.rows) {
+        if (row.start == 1) {
+            joined += rows.cellText(row, 0).text;
+            EXPECT_EQ(rows.cellText(row, 1).text, row.piece == 0 ? u"b"_s : QString());
+        }
+    }
+    EXPECT_EQ(joined, cell);
+}
+
+TEST(MarkdownRows, NestingHasABoundAndMarkersHaveNone) {
+    const MarkdownRows quotes = MarkdownRows::of(QString(100'000, u'>') % u" a"_s);
+    ASSERT_EQ(quotes.rows.size(), 1U);
+    EXPECT_EQ(quotes.frames.size(), std::size_t(MarkdownRows::shownDepth));
+
+    const MarkdownRows lists = MarkdownRows::of(QString(u"- "_s).repeated(100'000) % u"a"_s);
+    ASSERT_EQ(lists.rows.size(), 1U);
+    EXPECT_EQ(lists.frames.size(), 100'000U);
+    EXPECT_EQ(framesOf(lists, 0).count(u'*'), MarkdownRows::shownDepth);
+}
+
+TEST(MarkdownRows, TextsWithLinksAreKnown) {
+    const MarkdownRows rows =
+        MarkdownRows::of(u"[a](b)\n\n`]( `\n\nsenza\n\n# <http://x.it>\n\n|a|b|\n|-|-|\n|1|http://x.it|\n|1|2|\n"_s);
+    QList<bool> found;
+    for (const MarkdownRow& row : rows.rows) {
+        found.append(rows.mayHoldLink(row));
+    }
+    EXPECT_EQ(found, (QList<bool>{true, true, false, true, false, true, false}));
+}
