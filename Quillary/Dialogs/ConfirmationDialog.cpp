@@ -1,0 +1,123 @@
+#include "Quillary/Dialogs/ConfirmationDialog.h"
+
+#include "Quillary/Detail/WrappingLabel.h"
+#include "Quillary/Theme/Theme.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace quillary {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The results of `QDialog::done`: 0 cancels, and what is above is an answer.
+constexpr int firstAnswer = 1;
+
+} // namespace
+
+ConfirmationDialog::ConfirmationDialog(QWidget* window)
+    : QDialog(window),
+      m_title(new WrappingLabel(this)),
+      m_message(new WrappingLabel(this)),
+      m_buttons(new QHBoxLayout),
+      m_cancel(new QPushButton(tr("Annulla"), this)) {
+    setWindowTitle(u"Quillary"_s);
+    setWindowModality(Qt::WindowModal);
+    constexpr int textWidth = 400;
+    m_title->setFont(Theme::font(14, QFont::DemiBold));
+    for (WrappingLabel* const label : {m_title, m_message}) {
+        label->setPreferredWidth(textWidth);
+        label->setMinimumWidth(textWidth);
+    }
+
+    m_buttons->setSpacing(8);
+    m_buttons->addStretch();
+    m_buttons->addWidget(m_cancel);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 18, 20, 16);
+    layout->setSpacing(8);
+    layout->addWidget(m_title);
+    layout->addWidget(m_message);
+    layout->addSpacing(8);
+    layout->addLayout(m_buttons);
+
+    connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(this, &QDialog::finished, this, [this](int result) {
+        if (result >= firstAnswer) {
+            Q_EMIT answered(result - firstAnswer);
+        } else {
+            Q_EMIT cancelled();
+        }
+    });
+}
+
+void ConfirmationDialog::setTexts(const QString& title, const QString& message) {
+    m_title->setText(title);
+    m_message->setText(message);
+    setAccessibleName(title);
+    setAccessibleDescription(message);
+    adjustHeight();
+}
+
+void ConfirmationDialog::setAnswers(const QList<Answer>& answers, int defaultAnswer) {
+    qDeleteAll(std::exchange(m_answers, {}));
+    m_destructive.clear();
+    for (const Answer& answer : answers) {
+        auto* const button = new QPushButton(answer.text, this);
+        const int result = firstAnswer + static_cast<int>(m_answers.size());
+        connect(button, &QPushButton::clicked, this, [this, result] { done(result); });
+        // After the stretch and the answers before, and before "Annulla".
+        m_buttons->insertWidget(result, button);
+        m_answers.append(button);
+        if (answer.isDestructive) {
+            m_destructive.append(button);
+        }
+    }
+    QWidget* before = nullptr;
+    for (QPushButton* const button : m_answers + QList{m_cancel}) {
+        if (before != nullptr) {
+            setTabOrder(before, button);
+        }
+        before = button;
+    }
+    m_default = defaultAnswer < 0 ? m_cancel : m_answers.at(defaultAnswer);
+    m_default->setDefault(true);
+    colourDestructive();
+    adjustHeight();
+}
+
+void ConfirmationDialog::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        colourDestructive();
+    }
+}
+
+void ConfirmationDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    m_default->setFocus(Qt::OtherFocusReason);
+}
+
+void ConfirmationDialog::colourDestructive() {
+    for (QPushButton* const button : std::as_const(m_destructive)) {
+        QPalette colours = palette();
+        colours.setColor(QPalette::ButtonText, Theme::diffRemoved.in(colours));
+        button->setPalette(colours);
+    }
+}
+
+/// Makes the dialog as wide as its buttons and as high as its texts need at that width.
+void ConfirmationDialog::adjustHeight() {
+    layout()->activate();
+    const int width = layout()->totalSizeHint().width();
+    setFixedSize(width, layout()->totalHeightForWidth(width));
+}
+
+} // namespace quillary

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Quillary/State/NotesStore.h"
+
+#include <QObject>
+
+namespace quillary {
+
+class ConfirmationDialog;
+
+/// Asks what becomes of the notes in a folder before it goes to the Trash. On screen exactly while the store has a
+/// folder that waits for that; what it offers is decided when it comes up.
+class FolderDeletionDialog : public QObject {
+    Q_OBJECT
+
+public:
+    FolderDeletionDialog(NotesStore& store, QWidget* window);
+
+private:
+    void update();
+    void remove(bool keepingNotes);
+
+    NotesStore& m_store;
+    ConfirmationDialog* m_dialog;
+    bool m_offersToKeep = false;
+};
+
+} // namespace quillary
