@@ -1,23 +1,43 @@
 #include "Quillary/Detail/DetailView.h"
 
+#include "Quillary/Detail/DetailToolbar.h"
 #include "Quillary/Detail/PlaceholderView.h"
+#include "Quillary/Detail/SelectionPanel.h"
+#include "Quillary/Detail/StatusBar.h"
 #include "Quillary/Editor/EditorView.h"
+
+#include <QStackedWidget>
+#include <QVBoxLayout>
 
 namespace quillary {
 
-using namespace Qt::StringLiterals;
-
 DetailView::DetailView(NotesStore& store, AppSettings& settings, QWidget* parent)
-    : QStackedWidget(parent),
+    : QWidget(parent),
       m_store(store),
-      m_placeholder(new PlaceholderView(this)),
-      m_editor(new EditorView(&store, &settings, this)) {
-    addWidget(m_placeholder);
-    addWidget(m_editor);
+      m_toolbar(new DetailToolbar(store, settings, this)),
+      m_panes(new QStackedWidget(this)),
+      m_placeholder(new PlaceholderView(m_panes)),
+      m_editor(new EditorView(&store, &settings, m_panes)),
+      m_selection(new SelectionPanel(store, m_panes)),
+      m_status(new StatusBar(store, settings, this)) {
+    for (QWidget* const pane : std::initializer_list<QWidget*>{m_placeholder, m_editor, m_selection}) {
+        m_panes->addWidget(pane);
+    }
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_toolbar);
+    layout->addWidget(m_panes, 1);
+    layout->addWidget(m_status);
+
     connect(&store, &NotesStore::selectedIDChanged, this, &DetailView::update);
     connect(&store, &NotesStore::notesChanged, this, &DetailView::update);
+    connect(&store, &NotesStore::multiSelectionChanged, this, &DetailView::update);
+    connect(&store, &NotesStore::isShowingDiffChanged, this, &DetailView::update);
     connect(&store, &NotesStore::noteChanged, this, [this](const NoteItem* note, NoteField field) {
-        const bool decides = field == NoteField::document || field == NoteField::loadError;
+        const bool decides = field == NoteField::document || field == NoteField::loadError ||
+                             field == NoteField::showsPreview || field == NoteField::characterCount ||
+                             field == NoteField::url;
         if (decides && note == m_store.selectedItem().get()) {
             update();
         }
@@ -25,19 +45,68 @@ DetailView::DetailView(NotesStore& store, AppSettings& settings, QWidget* parent
     update();
 }
 
+QWidget* DetailView::pane() const {
+    return m_panes->currentWidget();
+}
+
+bool DetailView::performKey(int key) {
+    return pane() == m_selection && m_selection->performKey(key);
+}
+
 void DetailView::update() {
+    const QList<NoteItemPtr> items =
+        m_store.multiSelection().size() >= 2 ? m_store.actionTargets() : QList<NoteItemPtr>();
     const NoteItemPtr note = m_store.selectedItem();
-    if (note != nullptr && note->document() != nullptr) {
-        setCurrentWidget(m_editor);
-        return;
+    if (!items.isEmpty()) {
+        showSelection(items);
+    } else if (note != nullptr && note->document() != nullptr) {
+        showNote(note);
+    } else {
+        showPlaceholder(note);
     }
+}
+
+void DetailView::showSelection(const QList<NoteItemPtr>& items) {
+    m_status->setItem(nullptr);
+    m_selection->setItems(items);
+    present(m_selection);
+    m_toolbar->follow(nullptr, m_store.isShowingDiff() ? tr("Confronto") : tr("%1 note selezionate").arg(items.size()));
+}
+
+void DetailView::showNote(const NoteItemPtr& note) {
+    m_toolbar->follow(note, std::nullopt);
+    m_status->setItem(note);
+    present(m_editor);
+}
+
+void DetailView::showPlaceholder(const NoteItemPtr& note) {
+    m_toolbar->follow(note, std::nullopt);
+    m_status->setItem(nullptr);
     if (note != nullptr && note->loadError()) {
         m_placeholder->setTexts(tr("Impossibile aprire la nota"), *note->loadError(), {});
     } else {
         m_placeholder->setTexts(m_store.notes().isEmpty() ? tr("Nessuna nota") : tr("Nessuna nota selezionata"), {},
                                 {tr("⌘N  nuova nota"), tr("⇧⌘N  dagli appunti")});
     }
-    setCurrentWidget(m_placeholder);
+    present(m_placeholder);
+}
+
+/// Brings a pane to the front. Only the editor that is on show takes edits and the focus.
+void DetailView::present(QWidget* pane) {
+    m_status->setVisible(pane == m_editor);
+    if (pane == m_panes->currentWidget()) {
+        return;
+    }
+    if (pane != m_editor) {
+        m_editor->setActive(false);
+    }
+    const bool hadFocus = m_panes->isAncestorOf(focusWidget());
+    m_panes->setCurrentWidget(pane);
+    if (pane == m_editor) {
+        m_editor->setActive(true);
+    } else if (pane == m_selection || hadFocus) {
+        pane->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 } // namespace quillary

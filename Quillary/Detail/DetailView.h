@@ -3,26 +3,47 @@
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 
-#include <QStackedWidget>
+#include <QWidget>
+
+class QStackedWidget;
 
 namespace quillary {
 
+class DetailToolbar;
 class EditorView;
 class PlaceholderView;
+class SelectionPanel;
+class StatusBar;
 
-/// The right side of the main window: the selected note in the editor, or a placeholder that says why there is none.
-class DetailView : public QStackedWidget {
+/// The right side of the main window. What it shows follows from the store: the panel of a multiple selection or its
+/// comparison, the selected note as text or preview, or a placeholder that says why there is none.
+class DetailView : public QWidget {
     Q_OBJECT
 
 public:
     DetailView(NotesStore& store, AppSettings& settings, QWidget* parent = nullptr);
 
+    /// What stands between the tool bar and the status bar.
+    QWidget* pane() const;
+
+    /// Does what Return or Escape means for the panel of a multiple selection, if that is on show. False for any other
+    /// key, and when it is not.
+    bool performKey(int key);
+
 private:
     void update();
+    void showSelection(const QList<NoteItemPtr>& items);
+    void showNote(const NoteItemPtr& note);
+    void showPlaceholder(const NoteItemPtr& note);
+    void present(QWidget* pane);
 
     NotesStore& m_store;
+    DetailToolbar* m_toolbar;
+    QStackedWidget* m_panes;
     PlaceholderView* m_placeholder;
     EditorView* m_editor;
+    SelectionPanel* m_selection;
+    StatusBar* m_status;
 };
 
 } // namespace quillary

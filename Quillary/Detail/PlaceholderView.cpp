@@ -1,5 +1,6 @@
 #include "Quillary/Detail/PlaceholderView.h"
 
+#include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QLabel>
@@ -8,7 +9,7 @@
 namespace quillary {
 
 PlaceholderView::PlaceholderView(QWidget* parent)
-    : QWidget(parent), m_title(new QLabel(this)), m_detail(new QLabel(this)), m_hints(new QLabel(this)) {
+    : QWidget(parent), m_title(new QLabel(this)), m_detail(new WrappingLabel(this)), m_hints(new QLabel(this)) {
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
 
@@ -18,18 +19,26 @@ PlaceholderView::PlaceholderView(QWidget* parent)
     m_detail->setFont(Theme::sidebarTitle());
     m_hints->setFont(Theme::sidebarDetail());
 
-    auto* const layout = new QVBoxLayout(this);
-    layout->setSpacing(8);
-    layout->addStretch(2);
-    for (QLabel* const label : {m_title, m_detail, m_hints}) {
-        label->setAlignment(Qt::AlignCenter);
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
-        layout->addWidget(label);
-    }
-    layout->addStretch(3);
+    constexpr int widestText = 460;
+    m_detail->setPreferredWidth(widestText);
+    m_detail->setMaximumWidth(widestText);
     m_detail->setForegroundRole(QPalette::PlaceholderText);
     m_hints->setForegroundRole(QPalette::PlaceholderText);
+
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 12, 24, 12);
+    layout->setSpacing(8);
+    layout->addStretch(2);
+    for (QLabel* const label : {m_title, static_cast<QLabel*>(m_detail), m_hints}) {
+        label->setAlignment(Qt::AlignCenter);
+        label->setTextFormat(Qt::PlainText);
+    }
+    layout->addWidget(m_title);
+    auto* const detailRow = new QHBoxLayout;
+    detailRow->addWidget(m_detail);
+    layout->addLayout(detailRow);
+    layout->addWidget(m_hints);
+    layout->addStretch(3);
 }
 
 void PlaceholderView::setTexts(const QString& title, const QString& detail, const QStringList& hints) {

@@ -6,6 +6,8 @@ class QLabel;
 
 namespace quillary {
 
+class WrappingLabel;
+
 /// What stands where a note would: a title, a detail and some hints, centred and quiet.
 class PlaceholderView : public QWidget {
     Q_OBJECT
@@ -18,7 +20,7 @@ public:
 
 private:
     QLabel* m_title;
-    QLabel* m_detail;
+    WrappingLabel* m_detail;
     QLabel* m_hints;
 };
 

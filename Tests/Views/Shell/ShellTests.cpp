@@ -1,11 +1,8 @@
 #include "../NotesFolder.h"
-#include "Quillary/Detail/DetailView.h"
-#include "Quillary/Detail/PlaceholderView.h"
 #include "Quillary/Shell/ErrorAlert.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/State/NoteDocument.h"
 
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -14,23 +11,6 @@
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The texts on show in a widget, from top to bottom.
-QStringList shownTexts(const QWidget& widget) {
-    QStringList texts;
-    for (const QLabel* const label : widget.findChildren<QLabel*>()) {
-        if (!label->isHidden()) {
-            texts.append(label->text());
-        }
-    }
-    return texts;
-}
-
-const QStringList hints = {u"⌘N  nuova nota\n⇧⌘N  dagli appunti"_s};
-
-} // namespace
 
 TEST(ErrorAlert, IsOnScreenExactlyWhileThereIsAMessage) {
     NotesFolder folder({});
@@ -69,33 +49,6 @@ TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
     folder.store().setErrorMessage(std::nullopt);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !box->isVisible(); }));
-}
-
-TEST(DetailView, SaysThatThereIsNoNote) {
-    NotesFolder folder({});
-    const DetailView view(folder.store(), folder.settings());
-    EXPECT_EQ(shownTexts(*view.currentWidget()), QStringList(u"Nessuna nota"_s) + hints);
-}
-
-TEST(DetailView, SaysThatNoNoteIsSelected) {
-    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
-    folder.store().setSelectedID(std::nullopt);
-    const DetailView view(folder.store(), folder.settings());
-    EXPECT_EQ(shownTexts(*view.currentWidget()), QStringList(u"Nessuna nota selezionata"_s) + hints);
-}
-
-TEST(DetailView, SaysWhyANoteCanNotBeOpened) {
-    NotesFolder folder({{u"a.md"_s, u"alfa"_s}, {u"grande.md"_s, {}}});
-    QFile large(folder.path(u"grande.md"_s));
-    ASSERT_TRUE(large.resize(33'554'433));
-    DetailView view(folder.store(), folder.settings());
-    EXPECT_EQ(qobject_cast<PlaceholderView*>(view.currentWidget()), nullptr);
-
-    folder.store().setSelectedID(folder.note(u"grande"_s)->id());
-    const QStringList texts = shownTexts(*view.currentWidget());
-    ASSERT_EQ(texts.size(), 2);
-    EXPECT_EQ(texts.at(0), u"Impossibile aprire la nota"_s);
-    EXPECT_TRUE(texts.at(1).startsWith(u"«grande.md» è troppo grande per essere aperto ("_s));
 }
 
 TEST(MainWindow, IsTitledByTheSelectedNote) {
