@@ -34,7 +34,6 @@ void AppDelegate::applicationDidFinishLaunching() {
 
     AppActions& actions = AppActions::shared();
     actions.focusEditor = [this] { store().raiseEditorFocusToken(); };
-    actions.openMainWindow = [this] { openMainWindow(); };
     actions.activateApplication = [this] {
         if (m_window != nullptr && m_window->isVisible()) {
             m_window->activateWindow();
@@ -84,11 +83,10 @@ void AppDelegate::applicationShouldTerminate() {
 
 void AppDelegate::openMainWindow() {
     if (m_window == nullptr) {
-        m_window = std::make_unique<MainWindow>(store(), settings());
+        m_window = std::make_unique<MainWindow>(store(), settings(), [this] { openMainWindow(); });
         AppActions::shared().mainWindow = m_window.get();
     }
     m_window->makeKeyAndOrderFront();
-    store().raiseEditorFocusToken();
 }
 
 void AppDelegate::endOnSignal() {

@@ -6,16 +6,20 @@
 
 #include <QWidget>
 
-class QSplitter;
+#include <functional>
 
 namespace quillary {
+
+class ContentView;
 
 /// The one window: the sidebar beside the detail pane. Closing it hides it; the application goes on.
 class MainWindow : public QWidget, public AppWindow {
     Q_OBJECT
 
 public:
-    MainWindow(NotesStore& store, AppSettings& settings, QWidget* parent = nullptr);
+    /// `openWindow` makes the window anew, for whoever finds it closed.
+    MainWindow(NotesStore& store, AppSettings& settings, std::function<void()> openWindow = {},
+               QWidget* parent = nullptr);
 
     bool isVisibleOnScreen() const override;
     bool isMiniaturized() const override;
@@ -33,11 +37,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void updateTitle();
-    void showSidebar();
-
-    NotesStore& m_store;
-    QSplitter* m_splitter;
+    ContentView* m_content;
 };
 
 } // namespace quillary

@@ -1,0 +1,73 @@
+#include "Quillary/Shell/ContentView.h"
+
+#include "Quillary/Detail/DetailView.h"
+#include "Quillary/Detail/HiddenSystemTitle.h"
+#include "Quillary/Dialogs/FolderDeletionDialog.h"
+#include "Quillary/Dialogs/NoteDeletionDialog.h"
+#include "Quillary/Shell/ErrorAlert.h"
+#include "Quillary/Sidebar/SidebarView.h"
+#include "Quillary/State/AppActions.h"
+
+#include <QKeyEvent>
+
+#include <utility>
+
+namespace quillary {
+
+namespace {
+
+constexpr int narrowestSidebar = 180;
+constexpr int narrowestDetail = 240;
+
+} // namespace
+
+ContentView::ContentView(NotesStore& store, AppSettings& settings, std::function<void()> openWindow, QAction* newNote,
+                         QWidget* parent)
+    : QSplitter(Qt::Horizontal, parent),
+      m_store(store),
+      m_openWindow(std::move(openWindow)),
+      m_sidebar(new SidebarView(store, newNote, this)),
+      m_detail(new DetailView(store, settings, this)) {
+    m_sidebar->setMinimumWidth(narrowestSidebar);
+    m_detail->setMinimumWidth(narrowestDetail);
+    setHandleWidth(1);
+    setCollapsible(1, false);
+    setStretchFactor(0, 0);
+    setStretchFactor(1, 1);
+
+    new HiddenSystemTitle(store, window());
+    new ErrorAlert(store, window());
+    new NoteDeletionDialog(store, window());
+    new FolderDeletionDialog(store, window());
+    connect(&store, &NotesStore::searchFocusTokenChanged, this, [this] { setColumnVisibility(ColumnVisibility::all); });
+}
+
+ContentView::ColumnVisibility ContentView::columnVisibility() const {
+    return sizes().constFirst() == 0 ? ColumnVisibility::detailOnly : ColumnVisibility::all;
+}
+
+void ContentView::setColumnVisibility(ColumnVisibility visibility) {
+    if (visibility == columnVisibility()) {
+        return;
+    }
+    const QList<int> widths = sizes();
+    const int sidebar = visibility == ColumnVisibility::all ? narrowestSidebar : 0;
+    setSizes({sidebar, widths.constFirst() + widths.constLast() - sidebar});
+}
+
+void ContentView::showEvent(QShowEvent* event) {
+    QSplitter::showEvent(event);
+    if (!event->spontaneous()) {
+        AppActions::shared().openMainWindow = m_openWindow;
+        m_store.raiseEditorFocusToken();
+    }
+}
+
+/// A key that nobody in the window had a use for: it may be for the default or the cancel button of the panel on show.
+void ContentView::keyPressEvent(QKeyEvent* event) {
+    if (event->modifiers() != Qt::NoModifier || !m_detail->performKey(event->key())) {
+        QSplitter::keyPressEvent(event);
+    }
+}
+
+} // namespace quillary

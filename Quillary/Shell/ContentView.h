@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Quillary/State/AppSettings.h"
+#include "Quillary/State/NotesStore.h"
+
+#include <QSplitter>
+
+#include <functional>
+
+class QAction;
+
+namespace quillary {
+
+class DetailView;
+class SidebarView;
+
+/// What is in the main window: the sidebar beside the detail pane, and the dialogs that belong to the window.
+class ContentView : public QSplitter {
+    Q_OBJECT
+
+public:
+    /// Which of the two columns are on show.
+    enum class ColumnVisibility { all, detailOnly };
+
+    /// `openWindow` makes the main window anew; it becomes `AppActions::openMainWindow` when this is first displayed.
+    /// `newNote` is the window's command, for the button above the list.
+    ContentView(NotesStore& store, AppSettings& settings, std::function<void()> openWindow, QAction* newNote,
+                QWidget* parent = nullptr);
+
+    ColumnVisibility columnVisibility() const;
+
+    void setColumnVisibility(ColumnVisibility visibility);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    NotesStore& m_store;
+    std::function<void()> m_openWindow;
+    SidebarView* m_sidebar;
+    DetailView* m_detail;
+};
+
+} // namespace quillary
