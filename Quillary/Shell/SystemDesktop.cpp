@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -83,7 +82,7 @@ void SystemDesktop::reveal(const FilePath& path) {
         QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
                                        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
     call << QStringList{QString::fromLatin1(fileURL(path).toEncoded())} << QString();
-    auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), qApp);
+    auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), qApp);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, qApp, [watcher, directory = path.parent()] {
         // Without a file manager of that kind its directory must do.
         if (watcher->isError()) {

@@ -2,6 +2,10 @@
 
 #include "Quillary/State/Desktop.h"
 
+#include <QDBusConnection>
+
+#include <utility>
+
 class QFileDialog;
 
 namespace quillary {
@@ -9,6 +13,9 @@ namespace quillary {
 /// The desktop that the user works on.
 class SystemDesktop : public Desktop {
 public:
+    /// `bus` is where the file manager is.
+    explicit SystemDesktop(QDBusConnection bus = QDBusConnection::sessionBus()) : m_bus(std::move(bus)) {}
+
     void beep() override;
     std::optional<QString> clipboardText() const override;
     void setClipboardText(const QString& text) override;
@@ -21,6 +28,8 @@ public:
 
 private:
     QList<FilePath> choose(QFileDialog& panel, const QString& name = {});
+
+    QDBusConnection m_bus;
 
     /// Where the last panel for files was left.
     QString m_lastDirectory;
