@@ -55,6 +55,8 @@ void NotesStore::renameFolder(const QString& name, const QString& to) {
     if (m_selectedFolder == name) {
         setSelectedFolder(newName);
     }
+    // There may be an order by hand of a folder that once had this name.
+    resort();
     rebuildWatchers();
     saveLayout();
 }

@@ -205,7 +205,7 @@ void NotesStoreModel::run(int steps) {
 
 TEST_P(NotesStoreModel, HoldsThroughRandomCommandsAndForeignChanges) {
     const int steps =
-        qEnvironmentVariableIsSet("QUILLARY_MODEL_STEPS") ? qEnvironmentVariableIntValue("QUILLARY_MODEL_STEPS") : 1500;
+        qEnvironmentVariableIsSet("QUILLARY_MODEL_STEPS") ? qEnvironmentVariableIntValue("QUILLARY_MODEL_STEPS") : 1000;
     run(steps);
     if (HasFailure()) {
         return;
