@@ -5,6 +5,8 @@
 #include "Quillary/Detail/SelectionPanel.h"
 #include "Quillary/Detail/StatusBar.h"
 #include "Quillary/Editor/EditorView.h"
+#include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Previews/NotePreview.h"
 
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -18,9 +20,10 @@ DetailView::DetailView(NotesStore& store, AppSettings& settings, QWidget* parent
       m_panes(new QStackedWidget(this)),
       m_placeholder(new PlaceholderView(m_panes)),
       m_editor(new EditorView(&store, &settings, m_panes)),
+      m_preview(new NotePreview(store, settings, m_panes)),
       m_selection(new SelectionPanel(store, m_panes)),
       m_status(new StatusBar(store, settings, this)) {
-    for (QWidget* const pane : std::initializer_list<QWidget*>{m_placeholder, m_editor, m_selection}) {
+    for (QWidget* const pane : std::initializer_list<QWidget*>{m_placeholder, m_editor, m_preview, m_selection}) {
         m_panes->addWidget(pane);
     }
     auto* const layout = new QVBoxLayout(this);
@@ -34,6 +37,12 @@ DetailView::DetailView(NotesStore& store, AppSettings& settings, QWidget* parent
     connect(&store, &NotesStore::notesChanged, this, &DetailView::update);
     connect(&store, &NotesStore::multiSelectionChanged, this, &DetailView::update);
     connect(&store, &NotesStore::isShowingDiffChanged, this, &DetailView::update);
+    // Whoever asks for the editor means the note: where its preview shows, its keys scroll that.
+    connect(&store, &NotesStore::editorFocusTokenChanged, m_preview, [this] {
+        if (pane() == m_preview) {
+            m_preview->setFocus(Qt::OtherFocusReason);
+        }
+    });
     connect(&store, &NotesStore::noteChanged, this, [this](const NoteItem* note, NoteField field) {
         const bool decides = field == NoteField::document || field == NoteField::loadError ||
                              field == NoteField::showsPreview || field == NoteField::characterCount ||
@@ -76,7 +85,7 @@ void DetailView::showSelection(const QList<NoteItemPtr>& items) {
 void DetailView::showNote(const NoteItemPtr& note) {
     m_toolbar->follow(note, std::nullopt);
     m_status->setItem(note);
-    present(m_editor);
+    present(note->showsPreview() && note->canPreview() ? static_cast<QWidget*>(m_preview) : m_editor);
 }
 
 void DetailView::showPlaceholder(const NoteItemPtr& note) {
@@ -91,19 +100,20 @@ void DetailView::showPlaceholder(const NoteItemPtr& note) {
     present(m_placeholder);
 }
 
-/// Brings a pane to the front. Only the editor that is on show takes edits and the focus.
+/// Brings a pane to the front. Only an editor on show takes edits. The focus goes along with what had it, and always to
+/// the panel of several notes, whose keys the user is told of.
 void DetailView::present(QWidget* pane) {
-    m_status->setVisible(pane == m_editor);
+    m_status->setVisible(pane == m_editor || pane == m_preview);
     if (pane == m_panes->currentWidget()) {
         return;
     }
-    if (pane != m_editor) {
-        m_editor->setActive(false);
-    }
-    const bool hadFocus = m_panes->isAncestorOf(focusWidget());
+    // Commands of the preview edit through the editor behind it, which nobody else reaches there.
+    m_editor->setActive(pane == m_editor || pane == m_preview);
+    const QWidget* const focused = window()->focusWidget();
+    const bool hadFocus = focused != nullptr && m_panes->isAncestorOf(focused);
     m_panes->setCurrentWidget(pane);
-    if (pane == m_editor) {
-        m_editor->setActive(true);
+    if (pane == m_editor && hadFocus) {
+        m_editor->textView()->setFocus(Qt::OtherFocusReason);
     } else if (pane == m_selection || hadFocus) {
         pane->setFocus(Qt::OtherFocusReason);
     }

@@ -11,6 +11,7 @@ namespace quillary {
 
 class DetailToolbar;
 class EditorView;
+class NotePreview;
 class PlaceholderView;
 class SelectionPanel;
 class StatusBar;
@@ -42,6 +43,7 @@ private:
     QStackedWidget* m_panes;
     PlaceholderView* m_placeholder;
     EditorView* m_editor;
+    NotePreview* m_preview;
     SelectionPanel* m_selection;
     StatusBar* m_status;
 };

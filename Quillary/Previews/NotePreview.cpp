@@ -97,6 +97,8 @@ void NotePreview::makePreview(const QString& text) {
         return;
     }
     m_layout->addWidget(m_preview);
+    // At once, so that it can take the focus.
+    m_preview->show();
     setFocusProxy(m_preview);
 }
 

@@ -4,6 +4,8 @@
 #include "Quillary/Detail/StatusBar.h"
 #include "Quillary/Editor/EditorView.h"
 #include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Previews/NotePreview.h"
+#include "Quillary/State/NoteDocument.h"
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -60,6 +62,54 @@ TEST_F(DetailViewTest, SaysWhyANoteCanNotBeOpened) {
 TEST_F(DetailViewTest, ShowsTheTextOfTheSelectedNoteWithItsStatus) {
     EXPECT_TRUE(shows<EditorView>());
     EXPECT_TRUE(showsStatus());
+}
+
+TEST_F(DetailViewTest, ThePreviewTakesThePlaceOfTheEditor) {
+    ZoomableTextView* const text = m_view.findChild<EditorView*>()->textView();
+    text->setFocus();
+    store().togglePreview();
+    EXPECT_TRUE(shows<NotePreview>());
+    EXPECT_TRUE(showsStatus());
+    ASSERT_NE(m_view.focusWidget(), nullptr);
+    EXPECT_TRUE(m_view.pane()->isAncestorOf(m_view.focusWidget()));
+
+    select(u"b"_s);
+    EXPECT_TRUE(shows<EditorView>());
+    select(u"a"_s);
+    EXPECT_TRUE(shows<NotePreview>());
+
+    store().togglePreview();
+    EXPECT_TRUE(shows<EditorView>());
+    EXPECT_TRUE(QTest::qWaitFor([text] { return text->hasFocus(); }));
+}
+
+TEST_F(DetailViewTest, APreviewTakesTheFocusOnlyFromTheEditorOrWhenItIsAskedFor) {
+    QAbstractButton* const copy = button(u"Copia il contenuto negli appunti (⌥⌘C)"_s);
+    copy->setFocus();
+    store().togglePreview();
+    EXPECT_TRUE(copy->hasFocus());
+    store().raiseEditorFocusToken();
+    ASSERT_NE(m_view.window()->focusWidget(), nullptr);
+    EXPECT_TRUE(m_view.pane()->isAncestorOf(m_view.window()->focusWidget()));
+}
+
+TEST_F(DetailViewTest, WhatAPreviewChangesCanBeUndoneInTheEditor) {
+    store().togglePreview();
+    store().replaceText(*store().selectedItem(), u"altro"_s);
+    EXPECT_EQ(store().selectedItem()->document()->text(), u"altro"_s);
+    store().togglePreview();
+    m_view.findChild<EditorView*>()->textView()->undo();
+    EXPECT_EQ(store().selectedItem()->document()->text(), u"alfa"_s);
+}
+
+TEST_F(DetailViewTest, ANoteThatOutgrowsItsPreviewShowsTheEditorAndKeepsItsFlag) {
+    store().togglePreview();
+    ASSERT_TRUE(shows<NotePreview>());
+    store().replaceText(*store().selectedItem(), QString(1'000'001, u'x'));
+    EXPECT_TRUE(shows<EditorView>());
+    EXPECT_TRUE(store().selectedItem()->showsPreview());
+    store().replaceText(*store().selectedItem(), u"corto"_s);
+    EXPECT_TRUE(shows<NotePreview>());
 }
 
 TEST_F(DetailViewTest, SeveralNotesTakeThePlaceOfTheEditor) {
