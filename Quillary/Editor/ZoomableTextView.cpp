@@ -1,5 +1,6 @@
 #include "Quillary/Editor/ZoomableTextView.h"
 
+#include "Quillary/Editor/TextViewAccessible.h"
 #include "Quillary/State/NoteDocument.h"
 
 #include <QClipboard>
@@ -30,6 +31,8 @@ ZoomableTextView::ZoomableTextView(NoteDocument& document, QWidget* parent)
     setFocusPolicy(Qt::WheelFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
     setAttribute(Qt::WA_KeyCompression);
+    TextViewAccessible::install();
+    viewport()->setAcceptDrops(true);
     viewport()->setCursor(Qt::IBeamCursor);
     viewport()->setBackgroundRole(QPalette::Base);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -76,6 +79,7 @@ void ZoomableTextView::setSelection(TextSelection selection) {
 }
 
 void ZoomableTextView::assignSelection(TextSelection selection, Side side) {
+    const TextSelection before = m_selection;
     const bool changes = selection != m_selection;
     if (changes || side != m_caretSide) {
         m_selection = selection;
@@ -85,6 +89,7 @@ void ZoomableTextView::assignSelection(TextSelection selection, Side side) {
     }
     restartBlinking();
     if (changes) {
+        announceSelection(before);
         Q_EMIT selectionChanged();
     }
 }
@@ -106,6 +111,7 @@ void ZoomableTextView::edit(TextRange range, const QString& text, EditKind kind)
         return;
     }
     clearPreedit();
+    rememberForAccessibility(range);
     Q_EMIT aboutToEdit();
     m_undoManager.replace(range, text, kind, m_selection);
     const qsizetype caret = m_storage.clusterBoundaryAtOrAfter(range.location + text.size());
@@ -133,6 +139,7 @@ void ZoomableTextView::follow(const TextChange& change) {
         }
         return position;
     };
+    announceChange(change);
     TextSelection selection{follows(m_selection.anchor), follows(m_selection.caret)};
     selection.anchor = m_storage.clusterBoundaryAtOrBefore(selection.anchor);
     selection.caret = m_storage.clusterBoundaryAtOrBefore(selection.caret);
@@ -187,8 +194,8 @@ void ZoomableTextView::paste() {
 }
 
 void ZoomableTextView::insertFromMimeData(const QMimeData* source) {
-    if (source && source->hasText()) {
-        edit(m_selection.range(), source->text(), EditKind::other);
+    if (const std::optional<QString> text = plainTextOf(source)) {
+        edit(m_selection.range(), *text, EditKind::other);
     }
 }
 

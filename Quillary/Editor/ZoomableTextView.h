@@ -83,6 +83,9 @@ public:
     /// Where the caret stands, in the viewport's coordinates.
     QRect caretRect();
 
+    /// What the cluster at a position covers of its row, in the viewport's coordinates.
+    QRect characterRect(qsizetype position);
+
     /// The position whose caret is nearest to a point of the viewport.
     qsizetype positionAt(QPoint point);
 
@@ -124,6 +127,10 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -196,6 +203,18 @@ private:
     void publishPrimarySelection();
     void showAfterUndo(const std::optional<TextSelection>& selection);
 
+    // Drag and drop
+    static std::optional<QString> plainTextOf(const QMimeData* source);
+    bool isOnSelection(QPoint point);
+    void startDrag();
+    void moveSelectionTo(qsizetype position);
+    void drawDropPlace(QPainter& painter);
+
+    // Accessibility
+    void rememberForAccessibility(TextRange removed);
+    void announceChange(const TextChange& change);
+    void announceSelection(TextSelection before);
+
     // Input methods
     TextRange surroundingRange() const;
     void clearPreedit();
@@ -205,6 +224,7 @@ private:
     // Looks
     void drawSelection(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip);
     void drawCaret(QPainter& painter);
+    QRect placeOfCaret(const Row& row, qsizetype position);
     void restartBlinking();
     void zoomByGesture(const QNativeGestureEvent& event);
     QMenu* makeContextMenu();
@@ -230,6 +250,13 @@ private:
     TextRange m_dragOrigin;
     bool m_isSelectingByMouse = false;
     QPoint m_lastMousePosition;
+    /// Where the button went down on selected text, which may be the start of a drag of the text.
+    std::optional<QPoint> m_pressOnSelection;
+    bool m_isDraggingSelection = false;
+    /// Where text that is being dragged over the view would go.
+    std::optional<Spot> m_dropSpot;
+    /// What an edit is about to remove, kept only while somebody listens.
+    QString m_removedText;
     QPoint m_doubleClickPosition;
     QElapsedTimer m_sinceDoubleClick;
     QBasicTimer m_autoscrollTimer;

@@ -83,8 +83,13 @@ void ZoomableTextView::mousePressEvent(QMouseEvent* event) {
     m_sinceDoubleClick.invalidate();
     commitPreedit();
     m_goalX.reset();
-    m_isSelectingByMouse = true;
     m_lastMousePosition = point;
+    if (!isTripleClick && event->modifiers() == Qt::NoModifier && isOnSelection(point)) {
+        m_pressOnSelection = point;
+        event->accept();
+        return;
+    }
+    m_isSelectingByMouse = true;
     if (isTripleClick) {
         m_dragUnit = Unit::line;
         m_dragOrigin = unitAround(spot.position);
@@ -103,6 +108,7 @@ void ZoomableTextView::mouseDoubleClickEvent(QMouseEvent* event) {
         event->ignore();
         return;
     }
+    m_pressOnSelection.reset();
     m_doubleClickPosition = event->position().toPoint();
     m_sinceDoubleClick.start();
     m_isSelectingByMouse = true;
@@ -115,6 +121,14 @@ void ZoomableTextView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void ZoomableTextView::mouseMoveEvent(QMouseEvent* event) {
+    if (m_pressOnSelection) {
+        const QPoint travel = event->position().toPoint() - *m_pressOnSelection;
+        if (travel.manhattanLength() >= QApplication::startDragDistance()) {
+            startDrag();
+        }
+        event->accept();
+        return;
+    }
     if (!m_isSelectingByMouse || !(event->buttons() & Qt::LeftButton)) {
         event->ignore();
         return;
@@ -144,6 +158,12 @@ void ZoomableTextView::mouseReleaseEvent(QMouseEvent* event) {
             moveCaret(spot, false);
             insertFromMimeData(source);
         }
+        event->accept();
+        return;
+    }
+    if (event->button() == Qt::LeftButton && m_pressOnSelection) {
+        m_pressOnSelection.reset();
+        moveCaret(spotAt(event->position().toPoint()), false);
         event->accept();
         return;
     }
@@ -205,7 +225,7 @@ QMenu* ZoomableTextView::makeContextMenu() {
     menu->addSeparator();
     add(tr("Taglia"), QKeySequence::Cut, !m_isReadOnly && hasSelection, &ZoomableTextView::cut);
     add(tr("Copia"), QKeySequence::Copy, hasSelection, &ZoomableTextView::copy);
-    add(tr("Incolla"), QKeySequence::Paste, !m_isReadOnly && clipboard && clipboard->hasText(),
+    add(tr("Incolla"), QKeySequence::Paste, !m_isReadOnly && plainTextOf(clipboard).has_value(),
         &ZoomableTextView::paste);
     add(tr("Elimina"), QKeySequence::UnknownKey, !m_isReadOnly && hasSelection, &ZoomableTextView::deleteSelection);
     menu->addSeparator();

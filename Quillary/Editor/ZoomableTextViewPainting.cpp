@@ -30,6 +30,7 @@ void ZoomableTextView::paintEvent(QPaintEvent* event) {
     if (m_isCaretOn) {
         drawCaret(painter);
     }
+    drawDropPlace(painter);
 }
 
 /// Selected text stands in its own colour on a fill that takes the whole pitch, cut where the fill is cut.
@@ -58,9 +59,26 @@ void ZoomableTextView::drawSelection(QPainter& painter, const std::vector<Visibl
 }
 
 QRect ZoomableTextView::caretRect() {
-    const Row row = caretRow();
+    return placeOfCaret(caretRow(), m_selection.caret);
+}
+
+QRect ZoomableTextView::characterRect(qsizetype position) {
+    const Row row = m_layout.rowHolding(position);
+    const qsizetype start = m_storage.clusterBoundaryAtOrBefore(position);
+    const qreal left = horizontalInset - horizontalScrollBar()->value();
+    const HorizontalSpan everywhere{-left - viewport()->width(), -left + 2 * viewport()->width()};
+    const std::vector<HorizontalSpan> spans =
+        m_layout.spansOf(row, {start, m_storage.nextCluster(start) - start}, everywhere);
+    if (spans.empty()) {
+        return placeOfCaret(row, position);
+    }
+    return QRectF(left + spans.front().left, topOf(row), spans.back().right - spans.front().left, m_layout.pitch())
+        .toAlignedRect();
+}
+
+QRect ZoomableTextView::placeOfCaret(const Row& row, qsizetype position) {
     const QFontMetricsF metrics(m_layout.font());
-    const int x = horizontalInset - horizontalScrollBar()->value() + qRound(m_layout.xOf(row, m_selection.caret));
+    const int x = horizontalInset - horizontalScrollBar()->value() + qRound(m_layout.xOf(row, position));
     const int top = topOf(row) + m_layout.baseline() - qRound(metrics.ascent());
     const int width = style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, this);
     return {x, top, std::max(1, width), qRound(metrics.height())};

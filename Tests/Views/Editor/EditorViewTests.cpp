@@ -38,6 +38,26 @@ TEST_F(EditorViewTest, AnEditMakesTheNoteDirtyAndReachesTheFile) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return read(u"Alfa.md"_s) == u"x# Alfa\n"_s; }));
 }
 
+TEST_F(EditorViewTest, TheFileDiffersInWhatWasTypedOnly) {
+    const auto readBytes = [this] {
+        QFile file(m_directory.filePath(u"note/Mista.txt"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const QString text = u"uno\r\ndue\rtre\nqu\u00a0attro\u2028\ufffc\ufdd0cin\u0000que\u2029 e\u0301 \u0085fine\r\n"_s;
+    write(u"Mista.txt"_s, text);
+    start();
+    select(u"Mista"_s);
+    textView().setSelection({8, 8});
+    QTest::keyClicks(&textView(), u"x"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return readBytes() == QString(text).insert(8, u'x').toUtf8(); }));
+    QTest::keyClick(&textView(), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return readBytes() == QString(text).insert(8, u"x\r"_s).toUtf8(); }));
+    while (note(u"Mista"_s)->document()->undoManager().canUndo()) {
+        QTest::keyClick(&textView(), Qt::Key_Z, Qt::ControlModifier);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return readBytes() == text.toUtf8(); }));
+}
+
 TEST_F(EditorViewTest, AnEditEndsTheSelectionOfAFolder) {
     m_store->setSelectedFolder(u"Cartella"_s);
     QTest::keyClicks(&textView(), u"x"_s);

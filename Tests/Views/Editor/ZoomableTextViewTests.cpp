@@ -1,18 +1,12 @@
-#include "Quillary/Editor/ZoomableTextView.h"
-
-#include "Quillary/State/NoteDocument.h"
-
 #include "Tests/Views/Editor/HostileTexts.h"
+#include "Tests/Views/Editor/ZoomableTextViewTest.h"
 
 #include <QApplication>
-#include <QClipboard>
-#include <QFontDatabase>
 #include <QInputMethodEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 #include <QWheelEvent>
 
 #include <gmock/gmock.h>
@@ -20,49 +14,6 @@
 namespace quillary {
 
 namespace {
-
-using namespace Qt::StringLiterals;
-
-class ZoomableTextViewTest : public testing::Test {
-protected:
-    void open(const QString& text, QSize size = {400, 300}) {
-        m_view.reset();
-        m_document = std::make_unique<NoteDocument>(text);
-        m_view = std::make_unique<ZoomableTextView>(*m_document);
-        QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        font.setPointSizeF(10);
-        m_view->setEditorFont(font);
-        m_view->resize(size);
-        m_view->show();
-        m_view->activateWindow();
-        m_view->setFocus();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
-    }
-
-    QString text() const { return m_view->storage().text(); }
-
-    void putCaret(qsizetype position) { m_view->setSelection({position, position}); }
-
-    qsizetype caret() const { return m_view->selection().caret; }
-
-    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(m_view.get(), key, modifiers);
-    }
-
-    void type(const QString& letters) { QTest::keyClicks(m_view.get(), letters); }
-
-    void paste(const QString& pasted) {
-        QGuiApplication::clipboard()->setText(pasted);
-        m_view->paste();
-    }
-
-    QImage image() { return m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32); }
-
-    int rowTop(int row) { return ZoomableTextView::verticalInset + row * m_view->textLayout().pitch(); }
-
-    std::unique_ptr<NoteDocument> m_document;
-    std::unique_ptr<ZoomableTextView> m_view;
-};
 
 // Typing
 
@@ -385,6 +336,85 @@ TEST_F(ZoomableTextViewTest, RandomEditsUndoneLeaveTheTextAsItWas) {
         m_view->redo();
     }
     EXPECT_EQ(text(), last);
+}
+
+/// The terminator that a line ends with, or the one of the line before, found by looking at each unit.
+QString terminatorFor(const QString& text, qsizetype position) {
+    const auto terminatorAt = [&](qsizetype at) {
+        const bool isPair = at + 1 < text.size() && text[at] == u'\r' && text[at + 1] == u'\n';
+        const QString unit = text.mid(at, isPair ? 2 : 1);
+        return u"\n\r\v\f\u0085\u2028\u2029"_s.contains(text[at]) ? unit : QString();
+    };
+    for (qsizetype at = position; at < text.size(); ++at) {
+        if (const QString found = terminatorAt(at); !found.isEmpty()) {
+            return found;
+        }
+    }
+    for (qsizetype at = position - 1; at >= 0; --at) {
+        const bool isBehindCarriageReturn = at > 0 && text[at] == u'\n' && text[at - 1] == u'\r';
+        if (const QString found = terminatorAt(isBehindCarriageReturn ? at - 1 : at); !found.isEmpty()) {
+            return found;
+        }
+    }
+    return u"\n"_s;
+}
+
+TEST_F(ZoomableTextViewTest, WhateverIsDoneTheTextIsThatOfAPlainString) {
+    QRandomGenerator random(2024);
+    for (const QString& terminator : {u"\r\n"_s, u"\n"_s, QString()}) {
+        QString model;
+        for (int line = 0; line < 40; ++line) {
+            model += hostileText(random, 4) + (terminator.isEmpty() ? QString() : terminator);
+        }
+        open(model, {250, 200});
+        QStringList history{model};
+        for (int i = 0; i < 150; ++i) {
+            const qint64 length = m_view->storage().length() + 1;
+            m_view->setSelection({random.bounded(length), random.bounded(2) == 0 ? random.bounded(length) : 0});
+            if (random.bounded(3) > 0) {
+                putCaret(caret());
+            }
+            const TextRange range = m_view->selection().range();
+            const auto replaceInModel = [&](const QString& by) {
+                model.replace(range.location, range.length, by);
+                history.append(model);
+            };
+            switch (random.bounded(5)) {
+            case 0: {
+                const QString pasted = hostileText(random, 3) + u"\r\nx"_s;
+                paste(pasted);
+                replaceInModel(pasted);
+                break;
+            }
+            case 1: {
+                const QString replacement = hostileText(random, 2) + u"y"_s;
+                m_view->replaceText(range, replacement);
+                replaceInModel(replacement);
+                break;
+            }
+            case 2:
+                replaceInModel(terminatorFor(model, range.location));
+                key(Qt::Key_Return);
+                break;
+            case 3:
+                if (history.size() > 1) {
+                    // What was typed is a step of its own, since the caret moved in between.
+                    history.removeLast();
+                    model = history.last();
+                    m_view->undo();
+                }
+                break;
+            default:
+                type(u"z"_s);
+                replaceInModel(u"z"_s);
+            }
+            ASSERT_EQ(text(), model) << "step " << i;
+        }
+        while (m_document->undoManager().canUndo()) {
+            m_view->undo();
+        }
+        EXPECT_EQ(text(), history.first());
+    }
 }
 
 TEST_F(ZoomableTextViewTest, AReadOnlyViewTakesNoEdits) {
