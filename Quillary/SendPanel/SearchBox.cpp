@@ -1,0 +1,24 @@
+#include "Quillary/SendPanel/SearchBox.h"
+
+#include "Quillary/Theme/Symbol.h"
+
+#include <QAction>
+
+namespace quillary {
+
+SearchBox::SearchBox(QWidget* parent) : QLineEdit(parent) {
+    addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition);
+    QAction* const clearAction = addAction(symbolIcon(Symbol::clear), QLineEdit::TrailingPosition);
+    clearAction->setText(tr("Cancella"));
+    clearAction->setVisible(false);
+    connect(clearAction, &QAction::triggered, this, &QLineEdit::clear);
+    connect(this, &QLineEdit::textChanged, clearAction,
+            [clearAction](const QString& text) { clearAction->setVisible(!text.isEmpty()); });
+}
+
+void SearchBox::setPlaceholder(const QString& placeholder) {
+    setPlaceholderText(placeholder);
+    setAccessibleName(placeholder);
+}
+
+} // namespace quillary

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Quillary/Solo/SoloController.h"
+
+#include <QDialog>
+
+class QButtonGroup;
+class QCheckBox;
+class QLabel;
+class QListWidget;
+class QListWidgetItem;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+class QToolButton;
+
+namespace quillary {
+
+class AppSettings;
+class FlowLayout;
+class ProjectPicker;
+class SearchBox;
+
+/// The sheet from which a note's text goes to Solo, as a new session's first message or into an open session.
+class SoloSendPanel : public QDialog {
+    Q_OBJECT
+
+public:
+    /// What is sent: a text with the title of its note, and whether it is only the editor's selection.
+    struct Message {
+        QString title;
+        QString text;
+        bool isSelection = false;
+    };
+
+    /// `solo` and `settings` must outlive it. It asks for what Solo offers at once.
+    SoloSendPanel(SoloController& solo, AppSettings& settings, const Message& message, QWidget* parent = nullptr);
+
+private:
+    QWidget* makeHeader();
+    QWidget* makeModePicker();
+    QWidget* makeNewSession();
+    QWidget* makeOpenSession();
+    void showMode();
+    void showTools();
+    void showProjects();
+    void showSessions();
+    void showProgress();
+    void showError();
+    void sendTo(const QListWidgetItem* row);
+
+    SoloController& m_solo;
+    AppSettings& m_settings;
+    Message m_message;
+    QToolButton* m_refresh = nullptr;
+    QButtonGroup* m_modes = nullptr;
+    QStackedWidget* m_pages = nullptr;
+    QWidget* m_chips = nullptr;
+    FlowLayout* m_chipLayout = nullptr;
+    ProjectPicker* m_projects = nullptr;
+    QPushButton* m_start = nullptr;
+    SearchBox* m_sessionQuery = nullptr;
+    QListWidget* m_sessions = nullptr;
+    QLabel* m_noSession = nullptr;
+    QCheckBox* m_submit = nullptr;
+    QCheckBox* m_bringToFront = nullptr;
+    QLabel* m_error = nullptr;
+    QProgressBar* m_progress = nullptr;
+};
+
+} // namespace quillary
