@@ -1,10 +1,10 @@
 #include "Quillary/Previews/CSVGrid.h"
 
 #include "Quillary/Previews/CSVGridModel.h"
-#include "Quillary/Previews/PreviewFonts.h"
 #include "Quillary/Previews/PreviewText.h"
 #include "Quillary/Theme/Theme.h"
 
+#include <QAbstractButton>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -79,6 +79,25 @@ public:
     }
 };
 
+/// Draws the corner between the headers like these.
+class CornerPainter : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Paint) {
+            return QObject::eventFilter(watched, event);
+        }
+        auto& corner = *static_cast<QWidget*>(watched);
+        QPainter painter(&corner);
+        painter.fillRect(corner.rect(), Theme::editorBackground(corner.palette()));
+        const QColor line = Theme::separator(corner.palette());
+        painter.fillRect(QRect(0, corner.height() - 1, corner.width(), 1), line);
+        painter.fillRect(QRect(corner.width() - 1, 0, 1, corner.height() - 1), line);
+        return true;
+    }
+};
+
 /// The header row, or the column of row numbers, as flat as the cells.
 class GridHeader : public QHeaderView {
 public:
@@ -111,6 +130,16 @@ protected:
         const QColor line = Theme::separator(palette());
         painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
         painter->fillRect(QRect(rect.right(), rect.top(), 1, rect.height() - 1), line);
+    }
+
+    void paintEvent(QPaintEvent* event) override {
+        QHeaderView::paintEvent(event);
+        // What no section has is ground, as below the cells.
+        const int end = length() - offset();
+        QPainter painter(viewport());
+        painter.fillRect(orientation() == Qt::Vertical ? viewport()->rect().adjusted(0, end, 0, 0)
+                                                       : viewport()->rect().adjusted(end, 0, 0, 0),
+                         Theme::editorBackground(palette()));
     }
 
     bool viewportEvent(QEvent* event) override {
@@ -148,6 +177,9 @@ CSVGrid::CSVGrid(CSVGridModel& model, QWidget* parent) : QTableView(parent) {
     setShowGrid(false);
     setWordWrap(false);
     setCornerButtonEnabled(false);
+    if (auto* const corner = findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+        corner->installEventFilter(new CornerPainter(this));
+    }
     setTabKeyNavigation(false);
     setEditTriggers(NoEditTriggers);
     setHorizontalScrollMode(ScrollPerPixel);
@@ -156,9 +188,9 @@ CSVGrid::CSVGrid(CSVGridModel& model, QWidget* parent) : QTableView(parent) {
 
 void CSVGrid::setMeasures(double baseSize, const QList<double>& columnWidths, qsizetype numberDigits) {
     const double size = baseSize * fontFactor;
-    setFont(PreviewFonts::text(size));
-    horizontalHeader()->setFont(PreviewFonts::text(size, QFont::DemiBold));
-    verticalHeader()->setFont(PreviewFonts::text(size));
+    setFont(Theme::font(size));
+    horizontalHeader()->setFont(Theme::font(size, QFont::DemiBold));
+    verticalHeader()->setFont(Theme::font(size));
 
     verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(baseSize * rowHeightFactor)));
     verticalHeader()->setFixedWidth(

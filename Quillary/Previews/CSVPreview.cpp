@@ -2,8 +2,8 @@
 
 #include "Quillary/Previews/CSVGrid.h"
 #include "Quillary/Previews/CSVGridModel.h"
-#include "Quillary/Previews/PreviewFonts.h"
 #include "Quillary/Previews/PreviewHeader.h"
+#include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Formats/CSVColumns.h"
 #include "QuillaryCore/Formats/CSVParser.h"
 
@@ -59,7 +59,7 @@ void CSVPreview::rebuild(const QString& text, double baseSize) {
     m_columnWidths = CSVColumns::widths(m_table, baseSize);
     m_numericColumns = CSVColumns::numeric(m_table);
 
-    m_noData->setFont(PreviewFonts::text(baseSize));
+    m_noData->setFont(Theme::font(baseSize));
     m_model->setTable(m_table, m_numericColumns);
     m_grid->setMeasures(baseSize, m_columnWidths, QString::number(m_table.rowCount()).size());
     m_grid->horizontalScrollBar()->setValue(qRound(place.x() * growth));

@@ -1,6 +1,5 @@
 #include "Quillary/Previews/InvalidJSONView.h"
 
-#include "Quillary/Previews/PreviewFonts.h"
 #include "Quillary/Previews/PreviewText.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
@@ -43,7 +42,7 @@ QString shownPart(QStringView line, qsizetype column) {
 class ContextView : public QWidget {
 public:
     ContextView(const QList<InvalidJSONView::ContextLine>& lines, qint64 faultLine, qint64 faultColumn, double baseSize)
-        : m_faultLine(faultLine), m_font(PreviewFonts::monospaced(baseSize)) {
+        : m_faultLine(faultLine), m_font(Theme::monospacedFont(baseSize)) {
         setFont(m_font);
         setFocusPolicy(Qt::NoFocus);
         m_lineHeight = static_cast<int>(std::lround(baseSize * lineHeightFactor));
@@ -102,7 +101,7 @@ InvalidJSONView::InvalidJSONView(const JSONParseError& error, const QString& sou
     message->setTextFormat(Qt::PlainText);
     message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     message->setWordWrap(true);
-    message->setFont(PreviewFonts::text(baseSize, QFont::Medium));
+    message->setFont(Theme::font(baseSize, QFont::Medium));
     auto* const head = new QHBoxLayout;
     head->setSpacing(8);
     head->addWidget(icon, 0, Qt::AlignTop);

@@ -1,7 +1,6 @@
 #include "Quillary/Previews/JSONRowView.h"
 
 #include "Quillary/Previews/JSONRowsModel.h"
-#include "Quillary/Previews/PreviewFonts.h"
 #include "Quillary/Previews/PreviewText.h"
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Formats/JSONFormatter.h"
@@ -31,7 +30,8 @@ const JSONTreeRow& rowOf(const QModelIndex& index) {
 
 /// The mark of a container: a small angle that points down if it is open.
 void drawMark(QPainter& painter, QRectF place, bool isOpen, const QColor& color) {
-    const double reach = place.height() * 0.13;
+    constexpr double greatestReach = 3.6;
+    const double reach = std::min(place.height() * 0.13, greatestReach);
     QPainterPath angle;
     angle.moveTo(-reach * 0.6, -reach);
     angle.lineTo(reach * 0.6, 0);
@@ -119,7 +119,7 @@ void JSONRowView::paint(QPainter* painter, const QStyleOptionViewItem& option, c
         drawMark(*painter, QRectF(rest.left() - markWidth, rest.top(), markWidth, rest.height()), row.isExpanded(),
                  Theme::secondaryText(palette));
     }
-    painter->setFont(PreviewFonts::text(m_baseSize * fontFactor));
+    painter->setFont(Theme::font(m_baseSize * fontFactor));
     const QFontMetrics metrics = painter->fontMetrics();
     const auto draw = [&](const QString& text, const QColor& color) {
         painter->setPen(color);
@@ -139,7 +139,7 @@ bool JSONRowView::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QS
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     }
     const JSONTreeRow& row = rowOf(index);
-    const QFontMetrics metrics(PreviewFonts::text(m_baseSize * fontFactor));
+    const QFontMetrics metrics(Theme::font(m_baseSize * fontFactor));
     const QString shown = labelText(row) + valueText(row);
     const bool isWhole = metrics.horizontalAdvance(shown) <= option.rect.width() - contentLeft(row) - padding;
     if (row.value().isContainer() || isWhole) {

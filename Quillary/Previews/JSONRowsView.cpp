@@ -10,6 +10,9 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScrollBar>
+
+#include <algorithm>
 
 namespace quillary {
 
@@ -33,7 +36,6 @@ JSONRowsView::JSONRowsView(JSONRowsModel& model, QWidget* parent)
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);
     setMouseTracking(true);
-    setViewportMargins(0, verticalPadding, 0, verticalPadding);
     connect(&model, &QAbstractItemModel::modelReset, this, &JSONRowsView::fitWidth);
     connect(&model, &QAbstractItemModel::rowsInserted, this, &JSONRowsView::fitWidth);
     connect(&model, &QAbstractItemModel::rowsRemoved, this, &JSONRowsView::fitWidth);
@@ -47,6 +49,16 @@ void JSONRowsView::setBaseSize(double baseSize) {
 void JSONRowsView::fitWidth() {
     m_rowView->setRowWidth(2 * JSONRowView::padding + static_cast<int>(m_model.greatestDepth()) * JSONRowView::indent +
                            JSONRowView::markWidth + leastContentWidth);
+}
+
+// The padding above the first row and below the last scrolls with them.
+int JSONRowsView::verticalOffset() const {
+    return QListView::verticalOffset() - verticalPadding;
+}
+
+void JSONRowsView::updateGeometries() {
+    QListView::updateGeometries();
+    verticalScrollBar()->setMaximum(std::max(contentsSize().height() + 2 * verticalPadding - viewport()->height(), 0));
 }
 
 QString JSONRowsView::pathText(int row) const {

@@ -27,6 +27,8 @@ public Q_SLOTS:
     void copyValues() const;
 
 protected:
+    int verticalOffset() const override;
+    void updateGeometries() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

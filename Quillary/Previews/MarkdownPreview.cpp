@@ -109,7 +109,7 @@ double MarkdownPreview::estimatedHeight(const MarkdownRow& row) const {
     switch (row.kind) {
     case MarkdownRow::Kind::code: {
         const auto lines = static_cast<double>(row.text.count(u'\n') + 1);
-        return gap + lines * m_style.codeLineHeight +
+        return gap + lines * (m_style.codeLineHeight + m_style.codeLineSpacing) +
                ((row.isFirst ? 1 : 0) + (row.isLast ? 1 : 0)) * MarkdownStyle::codePadding;
     }
     case MarkdownRow::Kind::table:

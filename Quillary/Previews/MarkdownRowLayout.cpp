@@ -1,7 +1,6 @@
 #include "Quillary/Previews/MarkdownRowLayout.h"
 
 #include "Quillary/Previews/MarkdownTableColumns.h"
-#include "Quillary/Previews/PreviewFonts.h"
 #include "Quillary/Previews/PreviewText.h"
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Formats/MarkdownInline.h"
@@ -27,7 +26,7 @@ QList<QTextLayout::FormatRange> formatsOf(const MarkdownStyledText& styled, cons
     for (const MarkdownStyledText::Run& run : styled.runs) {
         QTextCharFormat format;
         if (run.code) {
-            const QFont code = PreviewFonts::monospaced(font.pointSizeF() / pointsPerPixel * inlineCodeFactor);
+            const QFont code = Theme::monospacedFont(font.pointSizeF() / pointsPerPixel * inlineCodeFactor);
             format.setFontFamilies(code.families());
             format.setFontPointSize(code.pointSizeF());
             format.setFontFixedPitch(true);
@@ -139,10 +138,8 @@ void MarkdownRowLayout::layOutCode(const MarkdownRow& row, const Context& contex
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
     option.setTabStopDistance(style.codeAdvance * 4);
-    m_height = top + breakLines(piece, unlimitedWidth, 0, option);
-    if (row.isLast) {
-        m_height += MarkdownStyle::codePadding;
-    }
+    m_height = top + breakLines(piece, unlimitedWidth, style.codeLineSpacing, option);
+    m_height += row.isLast ? MarkdownStyle::codePadding : style.codeLineSpacing;
     double width = static_cast<double>(code.longestLine) * style.codeAdvance;
     for (int i = 0; i < piece.layout->lineCount(); ++i) {
         width = std::max(width, piece.layout->lineAt(i).naturalTextWidth());
@@ -217,17 +214,21 @@ MarkdownRowLayout::Piece& MarkdownRowLayout::addPiece(const MarkdownStyledText& 
 double MarkdownRowLayout::breakLines(Piece& piece, double width, double spacing, const QTextOption& option) {
     QTextLayout& layout = *piece.layout;
     layout.setTextOption(option);
+    const QFontMetricsF metrics(layout.font());
     double y = 0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(std::max(width, 1.0));
         if (y > 0) {
             y += spacing;
-        } else if (m_firstBaseline == 0) {
-            m_firstBaseline = piece.origin.y() + line.ascent();
         }
-        line.setPosition({0, y});
-        y += line.height();
+        // A line of nothing but small code stands on the same baseline as its neighbours.
+        const double ascent = std::max(line.ascent(), metrics.ascent());
+        if (y == 0 && m_firstBaseline == 0) {
+            m_firstBaseline = piece.origin.y() + ascent;
+        }
+        line.setPosition({0, y + ascent - line.ascent()});
+        y += ascent + std::max(line.height() - line.ascent(), metrics.height() - metrics.ascent());
     }
     layout.endLayout();
     return y;
@@ -363,6 +364,7 @@ void MarkdownRowLayout::draw(QPainter& painter, QPointF origin, const QRectF& cl
         if (from < to) {
             QTextCharFormat format;
             format.setBackground(palette.color(QPalette::Highlight));
+            format.setForeground(palette.color(QPalette::HighlightedText));
             selections.append({static_cast<int>(from - piece.start), static_cast<int>(to - from), format});
         }
         piece.layout->draw(&painter, place, selections, clip);

@@ -1,7 +1,7 @@
 #include "Quillary/Previews/MarkdownStyle.h"
 
 #include "Quillary/Previews/MarkdownRows.h"
-#include "Quillary/Previews/PreviewFonts.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QFontMetricsF>
 
@@ -24,12 +24,13 @@ MarkdownStyle::MarkdownStyle(double size)
       ruleMargin(size * 0.4),
       headingMargin(size * 0.4),
       lineSpacing(size * 0.3),
+      codeLineSpacing(size * 0.2),
       boxSize(size * boxFactor),
-      body(PreviewFonts::text(size)),
-      cell(PreviewFonts::text(size * cellFactor)),
-      headerCell(PreviewFonts::text(size * cellFactor, QFont::DemiBold)),
-      code(PreviewFonts::monospaced(size * codeFactor)),
-      language(PreviewFonts::text(languageSize)) {
+      body(Theme::font(size)),
+      cell(Theme::font(size * cellFactor)),
+      headerCell(Theme::font(size * cellFactor, QFont::DemiBold)),
+      code(Theme::monospacedFont(size * codeFactor)),
+      language(Theme::font(languageSize)) {
     const QFontMetricsF bodyMetrics(body);
     const QFontMetricsF codeMetrics(code);
     lineHeight = bodyMetrics.height();
@@ -45,7 +46,7 @@ double MarkdownStyle::headingSize(int level) const {
 }
 
 QFont MarkdownStyle::headingFont(int level) const {
-    return PreviewFonts::text(headingSize(level), level <= 2 ? QFont::DemiBold : QFont::Medium);
+    return Theme::font(headingSize(level), level <= 2 ? QFont::DemiBold : QFont::Medium);
 }
 
 double MarkdownStyle::gap(MarkdownRow::Gap gap) const {

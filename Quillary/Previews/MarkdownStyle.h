@@ -47,6 +47,7 @@ struct MarkdownStyle {
     double ruleMargin;
     double headingMargin;
     double lineSpacing;
+    double codeLineSpacing;
     double boxSize;
     QFont body;
     QFont cell;
