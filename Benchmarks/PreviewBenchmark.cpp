@@ -1,0 +1,260 @@
+#include "PeerTable.h"
+#include "Quillary/Previews/CSVPreview.h"
+#include "Quillary/Previews/JSONPreview.h"
+#include "Quillary/Previews/JSONRowsView.h"
+#include "Quillary/Previews/MarkdownPreview.h"
+#include "Quillary/Theme/Style.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextBrowser>
+#include <QWindow>
+
+#include <algorithm>
+#include <cstdio>
+#include <malloc.h>
+#include <memory>
+
+/// Notes at the limit of 1,000,000 units as previews: from the text to the painted screen, a page further, and their
+/// memory; Markdown beside a QTextBrowser that does the same.
+
+namespace {
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+constexpr qsizetype units = 1'000'000;
+constexpr double baseSize = 13;
+constexpr QSize windowSize(800, 700);
+constexpr int pages = 50;
+
+QString filled(const QString& part) {
+    return part.repeated(units / part.size() + 1).first(units);
+}
+
+QString richMarkdown() {
+    return filled(
+        u"## Titolo di una parte\n\nUn capoverso con **grassetto**, *corsivo*, `codice` e un [link](altra.md), "
+        "lungo come tanti e quindi su più righe.\n\n- voce\n- [x] fatta\n  - dentro\n\n> citazione\n\n"
+        "| a | b |\n|---|--:|\n| uno | 1 |\n| due | 2 |\n\n```js\nconst a = 1; // nota\nreturn a + \"b\";\n```\n\n"_s);
+}
+
+QString recordsOfJSON() {
+    QString text = u"["_s;
+    while (text.size() < units - 100) {
+        text += u"{\"id\":%1,\"nome\":\"Nome di qualcuno\",\"attivo\":true,\"tags\":[\"a\",\"b\"]},"_s.arg(text.size());
+    }
+    return text + u"null]"_s;
+}
+
+QString numbersOfJSON() {
+    return u'[' + QString(u"1,"_s).repeated(units / 2 - 2) + u"1]";
+}
+
+QString recordsOfCSV() {
+    QString text = u"id,nome,città,importo\n"_s;
+    while (text.size() < units - 60) {
+        text += u"%1,Nome di qualcuno,\"Città, provincia\",1234.50\n"_s.arg(text.size());
+    }
+    return text;
+}
+
+double allocatedBytes() {
+    const auto information = mallinfo2();
+    return static_cast<double>(information.uordblks) + static_cast<double>(information.hblkhd);
+}
+
+/// Before its window is exposed a widget paints nothing.
+void expose(QWidget& view) {
+    view.resize(windowSize);
+    view.show();
+    do {
+        QApplication::processEvents();
+    } while (!view.windowHandle()->isExposed());
+    view.repaint();
+}
+
+/// A window as the detail pane is one, into which previews are put.
+struct Window : QWidget {
+    Window() { expose(*this); }
+
+    template <typename View>
+    void put(View& view) {
+        view.setParent(this);
+        view.setGeometry(rect());
+        view.show();
+        QApplication::sendPostedEvents();
+        view.repaint();
+    }
+};
+
+template <typename Work>
+void measure(const char* task, double limit, Work&& work) {
+    double best = std::numeric_limits<double>::infinity();
+    constexpr int rounds = 7;
+    for (int round = 0; round < rounds; ++round) {
+        best = std::min(best, work());
+    }
+    std::printf("%-52s %9.2f ms   (limit %.0f)%s\n", task, best, limit, best > limit ? "  ABOVE THE LIMIT" : "");
+    std::fflush(stdout);
+}
+
+template <typename View, typename... Arguments>
+void measurePreview(const char* name, Window& window, const QString& text, Arguments... arguments) {
+    const QByteArray toggle = QByteArray(name) + ", from text to screen";
+    measure(toggle.constData(), 150, [&] {
+        std::unique_ptr<View> view;
+        const double time = millisecondsOf([&] {
+            view = std::make_unique<View>(text, baseSize, arguments...);
+            window.put(*view);
+        });
+        return time;
+    });
+    const double before = allocatedBytes();
+    auto view = std::make_unique<View>(text, baseSize, arguments...);
+    window.put(*view);
+    const double share = (allocatedBytes() - before) / static_cast<double>(text.size()) / sizeof(QChar);
+    std::printf("%-52s %9.2f times the text (limit 10)%s\n", (QByteArray(name) + ", memory").constData(), share,
+                share > 10 ? "  ABOVE THE LIMIT" : "");
+}
+
+/// The slowest of several pages, each scrolled to and painted.
+double slowestPage(QAbstractScrollArea& view, int first) {
+    QScrollBar& bar = *view.verticalScrollBar();
+    bar.setValue(first);
+    view.viewport()->repaint();
+    double slowest = 0;
+    for (int i = 0; i < pages; ++i) {
+        slowest = std::max(slowest, millisecondsOf([&] {
+                               bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+                               view.viewport()->repaint();
+                           }));
+    }
+    return slowest;
+}
+
+template <typename View>
+void measureScrolling(const char* name, Window& window, std::unique_ptr<View> view, QAbstractScrollArea& area) {
+    window.put(*view);
+    measure((QByteArray(name) + ", slowest of 50 pages").constData(), 8, [&] {
+        // Another place each time, so that nothing is laid out before.
+        static int round = 0;
+        return slowestPage(area, area.verticalScrollBar()->maximum() / 9 * (++round % 8));
+    });
+}
+
+void measureMarkdown(Window& window) {
+    struct Case {
+        const char* name;
+        QString text;
+    };
+
+    const QList<Case> cases = {
+        {"Markdown of all blocks", richMarkdown()},
+        {"Markdown, a list of 50,000 items", filled(u"- voce come tante\n"_s)},
+        {"Markdown, a table of 20,000 rows", u"|nome|cognome|città|note|\n|-|-|-|-|\n"_s +
+                                                 filled(u"|Ada|Lovelace|Londra|prima programmatrice e altro|\n"_s)},
+        {"Markdown, quotes 100,000 deep", QString(100'000, u'>') + u" a"},
+        {"Markdown, one paragraph", filled(u"parola "_s)},
+        {"Markdown, one word", QString(units, u'x')},
+        {"Markdown, one block of JavaScript",
+         u"```js\n"_s + filled(u"const somma = (a, b) => a + b; // commento\n"_s).first(280'000)},
+        {"Markdown, marks without end", filled(u"*a_[b`"_s)},
+    };
+    for (const Case& each : cases) {
+        measurePreview<MarkdownPreview>(each.name, window, each.text, MarkdownPreview::OpenLink());
+        auto view = std::make_unique<MarkdownPreview>(each.text, baseSize, MarkdownPreview::OpenLink());
+        MarkdownPreview& area = *view;
+        measureScrolling(each.name, window, std::move(view), area);
+    }
+}
+
+void measureJSON(Window& window) {
+    const std::function<void(const QString&)> ignore = [](const QString&) {};
+    for (const auto& [name, text] :
+         {std::pair("JSON, records", recordsOfJSON()), std::pair("JSON, half a million numbers", numbersOfJSON())}) {
+        measurePreview<JSONPreview>(name, window, text, ignore);
+        JSONPreview view(text, baseSize, ignore);
+        window.put(view);
+        const QList<QPushButton*> buttons = view.findChildren<QPushButton*>();
+        measure((QByteArray(name) + ", \"Comprimi\" and \"Espandi tutto\"").constData(), 100, [&] {
+            return millisecondsOf([&] {
+                buttons.at(2)->click();
+                QApplication::sendPostedEvents();
+                view.repaint();
+                buttons.at(1)->click();
+                QApplication::sendPostedEvents();
+                view.findChild<JSONRowsView*>()->viewport()->repaint();
+            });
+        });
+        measure((QByteArray(name) + ", slowest of 50 pages").constData(), 8,
+                [&] { return slowestPage(*view.findChild<JSONRowsView*>(), 1000); });
+    }
+}
+
+void measureCSV(Window& window) {
+    for (const auto& [name, text] :
+         {std::pair("CSV, records", recordsOfCSV()), std::pair("CSV, one cell a row", filled(u"x\n"_s)),
+          std::pair("CSV, one row", filled(u"abcdefgh,"_s))}) {
+        measurePreview<CSVPreview>(name, window, text);
+        CSVPreview view(text, baseSize);
+        window.put(view);
+        measure((QByteArray(name) + ", slowest of 50 pages").constData(), 8,
+                [&] { return slowestPage(*view.findChild<QAbstractScrollArea*>(), 1000); });
+    }
+}
+
+void compareMarkdown(Window& window) {
+    // The peer takes more than a minute for a whole million units.
+    const QString text = richMarkdown().first(units / 5);
+    compareWithPeer(
+        "Markdown of 200,000 units, from text to screen", "QTextBrowser::setMarkdown", 0.02, 0.2,
+        [&] {
+            MarkdownPreview view(text, baseSize, {});
+            window.put(view);
+        },
+        [&] {
+            QTextBrowser view;
+            view.setMarkdown(text);
+            window.put(view);
+        });
+    MarkdownPreview own(text, baseSize, {});
+    QTextBrowser peer;
+    peer.setMarkdown(text);
+    window.put(own);
+    window.put(peer);
+    compareWithPeer(
+        "Markdown of 200,000 units, 50 pages", "QTextBrowser", 1, 2, [&] { keep(slowestPage(own, 0)); },
+        [&] { keep(slowestPage(peer, 0)); });
+    compareWithPeer(
+        "Markdown of 200,000 units, another width", "QTextBrowser", 0.02, 0.2,
+        [&] {
+            own.resize(500, 700);
+            own.viewport()->repaint();
+            own.resize(windowSize);
+            own.viewport()->repaint();
+        },
+        [&] {
+            peer.resize(500, 700);
+            peer.viewport()->repaint();
+            peer.resize(windowSize);
+            peer.viewport()->repaint();
+        });
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    QApplication::setStyle(new Style);
+    Window window;
+    measureMarkdown(window);
+    measureJSON(window);
+    measureCSV(window);
+    compareMarkdown(window);
+    return 0;
+}
