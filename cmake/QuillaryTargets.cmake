@@ -6,13 +6,16 @@ function(quillary_add_layer name)
 endfunction()
 
 # quillary_add_tests(NAME SOURCES... LINK targets...): one test program of Google Test, one entry in ctest.
-# LABELS desktop keeps a program out of the runs that have no display.
+# LABELS desktop keeps a program out of the runs that have no display; the thread sanitizer runs those with LABELS threads.
 function(quillary_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "SOURCES;LINK;LABELS;ENVIRONMENT")
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINK} QuillaryTestSupport GTest::gmock GTest::gtest)
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
   target_precompile_headers(${name} REUSE_FROM QuillaryTestSupport)
+  if("threads" IN_LIST ARG_LABELS)
+    add_dependencies(thread-tests ${name})
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 600)
