@@ -65,9 +65,11 @@ void NotesStore::deleteFolder(const QString& name, bool keepingNotes) {
     setPendingFolderDeletion({});
     const QList<NoteItemPtr> inside = notes(name);
     const NoteItemPtr selected = selectedItem();
-    if (keepingNotes) {
-        // A selected note of the folder stays selected wherever it goes.
-        moveNotes(inside, {}, inside.contains(selected) ? selected : nullptr);
+    if (keepingNotes && inside.contains(selected)) {
+        // It stays selected wherever it goes.
+        moveNotes(inside, {}, selected);
+    } else if (keepingNotes) {
+        move(inside, {});
     } else {
         for (const NoteItemPtr& note : inside) {
             save(*note);

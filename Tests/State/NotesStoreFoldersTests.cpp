@@ -321,6 +321,15 @@ TEST_F(NotesStoreFolders, ADeletedFolderCanLeaveItsNotesAtTheTopLevel) {
     EXPECT_EQ(titles(), QStringList({u"due"_s, u"libera"_s, u"uno"_s, u"uno 2"_s}));
 }
 
+TEST_F(NotesStoreFolders, KeptNotesOfAFolderWithoutTheSelectedOneAreSelectedAsMovedOnesAre) {
+    openThreeFolders();
+    select(u"libera"_s);
+
+    store->deleteFolder(u"B"_s, true);
+
+    EXPECT_EQ(store->selectedItem()->title(), u"due");
+}
+
 TEST_F(NotesStoreFolders, ANoteThatCouldNotBeKeptGoesWithItsFolder) {
     openThreeFolders();
     const NoteItemPtr one = note(u"uno"_s);
