@@ -1,0 +1,123 @@
+"""The commands on notes and folders, by keys in the running program: what they leave on disk, in the trash and in the
+list."""
+
+import glob
+import os
+import unittest
+import urllib.parse
+
+from desktop import DesktopTest, wait_for
+
+
+class Commands(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.preferences["sortOrder"] = "title"
+
+    def start_with(self, *names):
+        for name in names:
+            self.write(name, "testo di " + name)
+        program = self.start()
+        program.expect_rows([os.path.splitext(name)[0] for name in names])
+        return program
+
+    def select(self, program, title):
+        program.click_row(title)
+        wait_for("the title " + title, lambda: program.title() == title)
+        wait_for("the focus", program.is_active)
+
+    @staticmethod
+    def choose(program, *path):
+        """Chooses a command in the menus, for keys that window managers take for themselves."""
+        from gi.repository import Atspi
+        for name in path:
+            node = wait_for("the item " + name, lambda: program.find("menu item", name))
+            place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
+            program.click(place.x + 20, place.y + place.height // 2)
+
+    def files(self):
+        return sorted(os.path.relpath(path, self.notes) for path in
+                      glob.glob(self.notes + "/**/*", recursive=True) if os.path.isfile(path))
+
+    def expect_files(self, *expected):
+        try:
+            wait_for("the files", lambda: self.files() == sorted(expected))
+        except AssertionError:
+            raise AssertionError(f"the files are {self.files()}, expected {expected}") from None
+
+    # The trash, as a file manager reads it.
+
+    def trashed(self):
+        """The paths of what lies in the trash, by the paths that it had."""
+        trash = self.home + "/data/Trash"
+        found = {}
+        for record in glob.glob(trash + "/info/*.trashinfo"):
+            with open(record, encoding="utf-8") as file:
+                lines = dict(line.rstrip("\n").split("=", 1) for line in file if "=" in line)
+            name = os.path.basename(record).removesuffix(".trashinfo")
+            found[urllib.parse.unquote(lines["Path"])] = (f"{trash}/files/{name}", record)
+        return found
+
+    def restore(self, path):
+        file, record = self.trashed()[path]
+        os.rename(file, path)
+        os.remove(record)
+
+    def test_makes_and_renames_a_note(self):
+        program = self.start_with("a.md")
+        program.keys("ctrl+n")
+        wait_for("a second file", lambda: len(self.files()) == 2)
+        program.type("di getto")
+        program.keys("ctrl+r")
+        wait_for("the field", lambda: program.find("text", "Titolo della nota"))
+        program.type("Lista")
+        program.keys("Return")
+        wait_for("the title", lambda: program.title() == "Lista")
+        self.expect_files("Lista.md", "a.md")
+        self.assertEqual(self.read("Lista.md"), "di getto")
+        program.expect_rows(["a", "Lista"])
+
+        # The text is the same one as before, with what can be undone of it.
+        program.type("!")
+        wait_for("the saved text", lambda: self.read("Lista.md") == "di getto!")
+
+    def test_groups_a_note_in_a_new_folder_and_places_it_by_hand(self):
+        program = self.start_with("a.md", "b.md", "c.md")
+        self.select(program, "b")
+        self.choose(program, "Nota", "Sposta nota in su")
+        program.expect_rows(["b", "a", "c"])
+        self.choose(program, "Nota", "Sposta nota in giù")
+        program.expect_rows(["a", "b", "c"])
+        program.keys("ctrl+g")
+        self.expect_files("Nuova cartella/b.md", "a.md", "c.md")
+        wait_for("the field of its name", lambda: program.find("text", "Nuova cartella") or program.find("text"))
+        program.type("Casa")
+        program.keys("Return")
+        self.expect_files("Casa/b.md", "a.md", "c.md")
+        program.expect_rows(["Casa", "b", "Note", "a", "c"])
+
+    def test_moves_a_note_to_the_trash_from_where_it_can_be_restored(self):
+        program = self.start_with("a.md", "b è qui.md", "c.md")
+        self.select(program, "b è qui")
+        program.keys("ctrl+End")
+        program.type(" e altro")
+        program.keys("ctrl+shift+BackSpace")
+        wait_for("the question", lambda: program.find("push button", "Sposta nel Cestino"))
+        program.keys("Escape")
+        wait_for("the end of the question", lambda: not program.find("push button", "Sposta nel Cestino"))
+        self.assertEqual(self.trashed(), {})
+
+        program.keys("ctrl+shift+BackSpace")
+        wait_for("the question", lambda: program.find("push button", "Sposta nel Cestino"))
+        program.keys("Return")
+        program.expect_rows(["a", "c"])
+        self.assertEqual(list(self.trashed()), [self.notes + "/b è qui.md"])
+        wait_for("the next note", lambda: program.title() == "c")
+
+        self.restore(self.notes + "/b è qui.md")
+        program.expect_rows(["a", "b è qui", "c"])
+        self.assertEqual(self.read("b è qui.md"), "testo di b è qui.md e altro")
+
+
+if __name__ == "__main__":
+    unittest.main()
