@@ -85,7 +85,8 @@ QRect ZoomableTextView::placeOfCaret(const Row& row, qsizetype position) {
 }
 
 void ZoomableTextView::drawCaret(QPainter& painter) {
-    painter.fillRect(caretRect(), palette().brush(QPalette::Active, QPalette::Highlight));
+    // The accent colour; that of selections is too pale for a line.
+    painter.fillRect(caretRect(), palette().brush(QPalette::Active, QPalette::Link));
 }
 
 } // namespace quillary

@@ -1,3 +1,5 @@
+#include "Quillary/Theme/Palettes.h"
+
 #include "Tests/Views/Editor/HostileTexts.h"
 #include "Tests/Views/Editor/ZoomableTextViewTest.h"
 
@@ -7,6 +9,7 @@
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyleHints>
 #include <QWheelEvent>
 
 #include <gmock/gmock.h>
@@ -656,6 +659,34 @@ TEST_F(ZoomableTextViewTest, RowsStandAtThePitch) {
     EXPECT_EQ(shown.copy(first), shown.copy(first.translated(0, pitch)));
     EXPECT_EQ(shown.copy(first), shown.copy(first.translated(0, 2 * pitch)));
     EXPECT_NE(shown.copy(first), shown.copy(first.translated(0, 3 * pitch)));
+}
+
+TEST_F(ZoomableTextViewTest, TheCaretStandsOutInTheAccentColour) {
+    open(u"ab"_s);
+    putCaret(1);
+    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+        m_view->setPalette(palette);
+        const QPoint middle = m_view->caretRect().center();
+        EXPECT_EQ(image().pixelColor(middle.x(), middle.y() - 1).rgb(), palette.color(QPalette::Link).rgb());
+    }
+}
+
+TEST_F(ZoomableTextViewTest, TheCaretBlinksAtTheRateOfTheDesktop) {
+    open(u"ab"_s);
+    QStyleHints& hints = *QGuiApplication::styleHints();
+    const int before = hints.cursorFlashTime();
+    const auto isOn = [&] {
+        const QPoint middle = m_view->caretRect().center();
+        return image().pixelColor(middle.x(), middle.y() - 1).rgb() == m_view->palette().color(QPalette::Link).rgb();
+    };
+    hints.setCursorFlashTime(60);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isOn(); }));
+    EXPECT_TRUE(QTest::qWaitFor(isOn));
+    hints.setCursorFlashTime(0);
+    EXPECT_TRUE(isOn()) << "a rate of nothing is a caret that stays";
+    QTest::qWait(100);
+    EXPECT_TRUE(isOn());
+    hints.setCursorFlashTime(before);
 }
 
 TEST_F(ZoomableTextViewTest, FollowsThePalette) {
