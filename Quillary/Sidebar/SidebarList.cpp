@@ -38,7 +38,6 @@ SidebarList::SidebarList(NotesStore& store, QWidget* parent)
     runDrag = [](QDrag& drag) { return drag.exec(Qt::MoveAction); };
     follow();
     layOut();
-    scrollToRow(currentRow());
     showRenameField();
 }
 
@@ -130,6 +129,11 @@ void SidebarList::changeEvent(QEvent* event) {
     }
 }
 
+void SidebarList::showEvent(QShowEvent* event) {
+    QAbstractScrollArea::showEvent(event);
+    scrollToCurrent();
+}
+
 void SidebarList::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     updateScrollBar();
@@ -178,6 +182,9 @@ void SidebarList::rowsUpdated() {
     const bool modeChanged = std::exchange(m_wasSearching, isSearching) != isSearching;
     if (std::exchange(m_rowsChanged, false)) {
         layOut();
+    } else if (m_queryChanged && m_places.count() == 0) {
+        // What an empty list says names the query.
+        viewport()->update();
     }
     if (isSearching && (modeChanged || m_queryChanged)) {
         verticalScrollBar()->setValue(0);
@@ -192,9 +199,7 @@ void SidebarList::rowsUpdated() {
     }
     m_queryChanged = false;
     showRenameField();
-    if (std::exchange(m_scrollsToCurrent, false)) {
-        scrollToRow(currentRow());
-    }
+    scrollToCurrent();
     if (m_dropDelegate) {
         updateDropTarget(m_dropPlace);
     }
@@ -209,11 +214,17 @@ void SidebarList::rowsChanged(const QModelIndex& first, const QModelIndex& last)
 
 void SidebarList::currentChanged() {
     viewport()->update();
-    if (!m_model.isPending() && std::exchange(m_scrollsToCurrent, false)) {
-        scrollToRow(currentRow());
-    }
+    scrollToCurrent();
     Q_EMIT currentRowChanged();
     Q_EMIT highlightChanged();
+}
+
+/// Shows the cursor's row if it was asked for, as soon as the rows are up to date and the list has its size.
+void SidebarList::scrollToCurrent() {
+    if (m_scrollsToCurrent && !m_model.isPending() && isVisible()) {
+        m_scrollsToCurrent = false;
+        scrollToRow(currentRow());
+    }
 }
 
 /// Shows the field for the name of the folder that is being renamed, as soon as that folder has a row.

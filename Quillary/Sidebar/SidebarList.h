@@ -78,6 +78,7 @@ Q_SIGNALS:
 protected:
     bool viewportEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void paintEvent(QPaintEvent* event) override;
@@ -110,6 +111,7 @@ private:
     void rowsUpdated();
     void rowsChanged(const QModelIndex& first, const QModelIndex& last);
     void currentChanged();
+    void scrollToCurrent();
     void showRenameField();
     void placeRenameField();
     void removeRenameField();
@@ -141,7 +143,7 @@ private:
     /// The rows in view before the rows change, kept until the places are computed anew.
     std::vector<Anchor> m_anchors;
     bool m_rowsChanged = false;
-    bool m_scrollsToCurrent = false;
+    bool m_scrollsToCurrent = true;
     bool m_wasSearching;
     bool m_queryChanged = false;
 

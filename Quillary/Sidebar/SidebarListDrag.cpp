@@ -10,7 +10,6 @@
 #include <QTimerEvent>
 
 #include <algorithm>
-#include <cmath>
 
 namespace quillary {
 
@@ -41,12 +40,15 @@ QPixmap SidebarList::dragPicture(int row, qsizetype count) const {
     const SidebarLook look = this->look();
     constexpr int widest = 220;
     constexpr int inset = 10;
+    constexpr int gap = 8;
     const QString title = SidebarModel::shownTitle(m_model.row(row));
     const QString number = count > 1 ? QString::number(count) : QString();
     const QFontMetrics metrics(m_metrics.title);
-    const int numberWidth = number.isEmpty() ? 0 : std::max(metrics.horizontalAdvance(number) + 10, 18);
-    const int width = std::min(metrics.horizontalAdvance(title) + 2 * inset + numberWidth, widest);
-    const QSize size(width, m_metrics.titleHeight + inset);
+    const int numberWidth =
+        number.isEmpty() ? 0 : std::max(metrics.horizontalAdvance(number) + inset, m_metrics.titleHeight);
+    // One pixel more, for an advance is rounded.
+    const int width = metrics.horizontalAdvance(title) + 1 + 2 * inset + (number.isEmpty() ? 0 : gap + numberWidth - 4);
+    const QSize size(std::min(width, widest), m_metrics.titleHeight + inset);
 
     QPixmap picture(size * devicePixelRatioF());
     picture.setDevicePixelRatio(devicePixelRatioF());
@@ -59,12 +61,12 @@ QPixmap SidebarList::dragPicture(int row, qsizetype count) const {
     QRect rest = QRect(QPoint(), size).adjusted(inset, 0, -inset, 0);
     if (!number.isEmpty()) {
         const int height = m_metrics.titleHeight;
-        const QRect badge(rest.right() + inset / 2 - numberWidth, (size.height() - height) / 2, numberWidth, height);
+        const QRect badge(rest.right() + 5 - numberWidth, (size.height() - height) / 2, numberWidth, height);
         painter.setPen(Qt::NoPen);
         painter.setBrush(look.accent());
         painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
         look.drawLine(painter, badge, number, m_metrics.title, palette().color(QPalette::Base), Qt::AlignHCenter);
-        rest.setRight(badge.left() - inset / 2);
+        rest.setRight(badge.left() - gap);
     }
     look.drawLine(painter, rest, title, m_metrics.title, palette().color(QPalette::Text));
     return picture;

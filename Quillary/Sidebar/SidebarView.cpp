@@ -13,6 +13,8 @@
 namespace quillary {
 
 SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent) : QWidget(parent) {
+    // In the order in which Tab goes through them.
+    auto* const search = new SearchField(store, this);
     auto* const newNoteButton = new QToolButton(this);
     newNoteButton->setAutoRaise(true);
     newNoteButton->setDefaultAction(newNote);
@@ -23,7 +25,7 @@ SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent) :
     auto* const top = new QHBoxLayout;
     top->setContentsMargins(10, 10, 8, 8);
     top->setSpacing(6);
-    top->addWidget(new SearchField(store, this), 1);
+    top->addWidget(search, 1);
     top->addWidget(newNoteButton);
 
     auto* const layout = new QVBoxLayout(this);

@@ -252,6 +252,27 @@ TEST_F(SidebarListTest, AnEmptyListSaysWhatToDo) {
     EXPECT_FALSE(m_list->grab().isNull());
 }
 
+TEST_F(SidebarListTest, AnEmptyListNamesThePresentQuery) {
+    class PaintCounter : public QObject {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override {
+            count += event->type() == QEvent::Paint ? 1 : 0;
+            return false;
+        }
+
+        int count = 0;
+    };
+
+    store().setSearchQuery(u"intro"_s);
+    rows();
+    QCoreApplication::processEvents();
+    PaintCounter paints;
+    m_list->viewport()->installEventFilter(&paints);
+    store().setSearchQuery(u"introvabile"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return paints.count > 0; }));
+    m_list->viewport()->removeEventFilter(&paints);
+}
+
 TEST_F(SidebarListTest, ATipShowsTheNameOfTheFile) {
     QHelpEvent help(QEvent::ToolTip, placeOf(u"b"_s), m_list->viewport()->mapToGlobal(placeOf(u"b"_s)));
     QCoreApplication::sendEvent(m_list->viewport(), &help);
@@ -351,6 +372,20 @@ TEST_F(LongSidebarListTest, ScrollsToTheSelectedNoteAndFolder) {
     EXPECT_EQ(bar().value(), place);
     store().setSelectedFolder(u"Cartella"_s);
     EXPECT_TRUE(isShownWhole(rowOf(u"Cartella"_s)));
+}
+
+TEST_F(LongSidebarListTest, ComesOnScreenWithTheSelectedNoteInView) {
+    select(u"Nota 003"_s);
+    SidebarView second(store(), &m_newNote);
+    second.resize(260, 500);
+    second.show();
+    const SidebarList& list = *second.findChild<SidebarList*>();
+    EXPECT_EQ(list.verticalScrollBar()->value(), 0);
+    select(u"Nota 150"_s);
+    second.hide();
+    select(u"Nota 003"_s);
+    second.show();
+    EXPECT_TRUE(list.viewport()->rect().contains(list.rowRect(list.currentRow())));
 }
 
 TEST_F(LongSidebarListTest, ScrollsToANoteThatHasJustCome) {
