@@ -32,8 +32,8 @@ struct SidebarRow {
 
         friend bool operator==(const Key&, const Key&) = default;
 
-        friend size_t qHash(const Key& key, size_t seed = 0) {
-            return qHashMulti(seed, static_cast<int>(key.kind), key.number, key.text);
+        friend size_t qHash(const Key& self, size_t seed = 0) {
+            return qHashMulti(seed, static_cast<int>(self.kind), self.number, self.text);
         }
     };
 

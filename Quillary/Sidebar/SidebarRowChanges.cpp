@@ -121,7 +121,9 @@ void forEachRun(int count, const IsIn& isIn, const Run& run) {
 std::vector<SidebarRowChange> sidebarRowChanges(const std::vector<SidebarRow>& before,
                                                 const std::vector<SidebarRow>& after) {
     const Stretch stretch = differingStretch(before, after);
-    const auto [first, beforeCount, afterCount] = stretch;
+    const int first = stretch.first;
+    const int beforeCount = stretch.beforeCount;
+    const int afterCount = stretch.afterCount;
     std::vector<Change> changes;
 
     QHash<SidebarRow::Key, int> places;
