@@ -48,12 +48,9 @@ void NotesStore::setMultiSelection(const QList<NoteID>& ids) {
 }
 
 void NotesStore::toggleInSelection(const NoteItem& item) {
-    QList<NoteID> ids = m_multiSelection;
-    if (ids.size() < 2) {
-        ids.clear();
-        if (const NoteItemPtr selected = selectedItem()) {
-            ids.append(selected->id());
-        }
+    QList<NoteID> ids;
+    for (const NoteItemPtr& note : actionTargets()) {
+        ids.append(note->id());
     }
     if (!ids.removeOne(item.id())) {
         ids.append(item.id());

@@ -211,6 +211,20 @@ TEST_F(NotesStoreSelection, TogglingStartsGrowsAndEndsAMultipleSelection) {
     EXPECT_EQ(store->selectedItem()->title(), u"c");
 }
 
+TEST_F(NotesStoreSelection, TogglingDropsNotesThatHaveGone) {
+    const NoteItemPtr selected = store->selectedItem();
+    const NoteItemPtr gone = store->notes().at(1);
+    const NoteItemPtr other = store->notes().at(2);
+    store->setMultiSelection({gone->id(), other->id()});
+    directory.remove(gone->fileName());
+    store->refreshFromDisk();
+
+    store->toggleInSelection(*other);
+
+    EXPECT_TRUE(store->multiSelection().isEmpty());
+    EXPECT_EQ(store->selectedItem(), selected);
+}
+
 TEST_F(NotesStoreSelection, TogglingTheOnlyNoteLeavesItSelected) {
     store->toggleInSelection(*note(u"a"_s));
 
