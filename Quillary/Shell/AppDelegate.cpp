@@ -27,6 +27,20 @@ NotesStore& AppDelegate::store() {
     return *m_store;
 }
 
+FindController& AppDelegate::find() {
+    if (m_find == nullptr) {
+        m_find = std::make_unique<FindController>(store());
+    }
+    return *m_find;
+}
+
+KeyboardController& AppDelegate::keyboard() {
+    if (m_keyboard == nullptr) {
+        m_keyboard = std::make_unique<KeyboardController>(&store(), &settings(), &find());
+    }
+    return *m_keyboard;
+}
+
 void AppDelegate::applicationDidFinishLaunching() {
     m_appearance = std::make_unique<Appearance>();
     settings().onApplyAppearance = [this](AppAppearance appearance) { m_appearance->apply(appearance); };
@@ -45,6 +59,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     };
     actions.isApplicationActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
     actions.desktop = &m_desktop;
+
+    m_keyMonitor = std::make_unique<KeyMonitor>(&keyboard());
+    keyboard().start();
 
     m_signals = std::make_unique<TerminationSignals>();
     connect(m_signals.get(), &TerminationSignals::received, this, &AppDelegate::endOnSignal);
@@ -83,7 +100,7 @@ void AppDelegate::applicationShouldTerminate() {
 
 void AppDelegate::openMainWindow() {
     if (m_window == nullptr) {
-        m_window = std::make_unique<MainWindow>(store(), settings(), [this] { openMainWindow(); });
+        m_window = std::make_unique<MainWindow>(store(), settings(), keyboard(), [this] { openMainWindow(); });
         AppActions::shared().mainWindow = m_window.get();
     }
     m_window->makeKeyAndOrderFront();

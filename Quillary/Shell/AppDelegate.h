@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Quillary/Find/FindController.h"
+#include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/Platform/TerminationSignals.h"
+#include "Quillary/Shell/KeyMonitor.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Shell/SystemDesktop.h"
 #include "Quillary/State/AppSettings.h"
@@ -24,6 +27,8 @@ public:
 
     AppSettings& settings();
     NotesStore& store();
+    FindController& find();
+    KeyboardController& keyboard();
 
     /// Called once, before the event loop: appearance, window, signals of the session.
     void applicationDidFinishLaunching();
@@ -40,6 +45,9 @@ private:
     SystemDesktop m_desktop;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<NotesStore> m_store;
+    std::unique_ptr<FindController> m_find;
+    std::unique_ptr<KeyboardController> m_keyboard;
+    std::unique_ptr<KeyMonitor> m_keyMonitor;
     std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<TerminationSignals> m_signals;
     std::unique_ptr<MainWindow> m_window;

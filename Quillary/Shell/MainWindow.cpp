@@ -11,14 +11,15 @@
 
 namespace quillary {
 
-MainWindow::MainWindow(NotesStore& store, AppSettings& settings, std::function<void()> openWindow, QWidget* parent)
+MainWindow::MainWindow(NotesStore& store, AppSettings& settings, KeyboardController& keyboard,
+                       std::function<void()> openWindow, QWidget* parent)
     : QWidget(parent, Qt::Window) {
     constexpr QSize defaultSize(940, 620);
     constexpr int sidebarWidth = 270;
     resize(defaultSize);
     setMinimumSize(480, 320);
 
-    auto* const commands = new QuillaryCommands(&store, &settings, this);
+    auto* const commands = new QuillaryCommands(&store, &settings, &keyboard, this);
     m_content = new ContentView(store, settings, std::move(openWindow), commands->newNote(), this);
     m_content->setSizes({sidebarWidth, defaultSize.width() - sidebarWidth});
 

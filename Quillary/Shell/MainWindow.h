@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
@@ -18,8 +19,8 @@ class MainWindow : public QWidget, public AppWindow {
 
 public:
     /// `openWindow` makes the window anew, for whoever finds it closed.
-    MainWindow(NotesStore& store, AppSettings& settings, std::function<void()> openWindow = {},
-               QWidget* parent = nullptr);
+    MainWindow(NotesStore& store, AppSettings& settings, KeyboardController& keyboard,
+               std::function<void()> openWindow = {}, QWidget* parent = nullptr);
 
     bool isVisibleOnScreen() const override;
     bool isMiniaturized() const override;

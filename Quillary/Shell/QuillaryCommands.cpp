@@ -1,5 +1,6 @@
 #include "Quillary/Shell/QuillaryCommands.h"
 
+#include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/Keyboard/MenuShortcut.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Shell/StandardEditing.h"
@@ -14,8 +15,14 @@
 
 namespace quillary {
 
-QuillaryCommands::QuillaryCommands(NotesStore* store, AppSettings* settings, MainWindow* window)
-    : QObject(window), m_store(*store), m_settings(*settings), m_window(*window), m_menuBar(new QMenuBar(window)) {
+QuillaryCommands::QuillaryCommands(NotesStore* store, AppSettings* settings, KeyboardController* keyboard,
+                                   MainWindow* window)
+    : QObject(window),
+      m_store(*store),
+      m_settings(*settings),
+      m_keyboard(*keyboard),
+      m_window(*window),
+      m_menuBar(new QMenuBar(window)) {
     addFileMenu();
     addEditMenu();
     addViewMenu();
@@ -40,8 +47,8 @@ void QuillaryCommands::addStandard(QMenu& menu, const QString& text, QKeySequenc
     add(menu, text, key, [key] { StandardEditing::perform(key); });
 }
 
-void QuillaryCommands::addCustom(QMenu& menu, ShortcutAction action, const Command& command) {
-    m_customActions.insert(action, add(menu, displayName(action), {}, command));
+void QuillaryCommands::addCustom(QMenu& menu, ShortcutAction action) {
+    m_customActions.insert(action, add(menu, displayName(action), {}, [this, action] { m_keyboard.perform(action); }));
 }
 
 void QuillaryCommands::addFileMenu() {
@@ -50,10 +57,14 @@ void QuillaryCommands::addFileMenu() {
     m_newNote->setToolTip(tr("Nuova nota (⌘N)"));
     m_newNote->setIcon(symbolIcon(Symbol::newNote));
     m_newNote->setIconVisibleInMenu(false);
+    add(menu, tr("Nuova nota dagli appunti"), Qt::SHIFT | Qt::CTRL | Qt::Key_N,
+        [this] { m_store.createNoteFromClipboard(); });
     add(menu, tr("Nuova cartella"), Qt::ALT | Qt::CTRL | Qt::Key_N, [this] { m_store.createFolder({}); });
+    add(menu, tr("Importa file…"), Qt::CTRL | Qt::Key_O, [this] { m_store.importFiles(); });
     menu.addSeparator();
     add(menu, tr("Salva"), Qt::CTRL | Qt::Key_S,
         [this] { withSelectedNote([this](NoteItem& note) { m_store.save(note); }); });
+    add(menu, tr("Salva come…"), Qt::SHIFT | Qt::CTRL | Qt::Key_S, [this] { m_store.saveSelectedAs(); });
     add(menu, tr("Rinomina…"), Qt::CTRL | Qt::Key_R, [this] { m_store.raiseTitleRenameToken(); });
     add(menu, tr("Mostra nel Finder"), Qt::SHIFT | Qt::CTRL | Qt::Key_R, [this] {
         withSelectedNote([](const NoteItem& note) {
@@ -112,12 +123,14 @@ void QuillaryCommands::addAppearances(QMenu& menu) {
 
 void QuillaryCommands::addNoteMenu() {
     QMenu& menu = addMenu(tr("&Nota"));
-    addCustom(menu, ShortcutAction::nextNote, [this] { m_store.selectAdjacent(1); });
-    addCustom(menu, ShortcutAction::previousNote, [this] { m_store.selectAdjacent(-1); });
-    addCustom(menu, ShortcutAction::search, [this] { m_store.raiseSearchFocusToken(); });
+    addCustom(menu, ShortcutAction::nextNote);
+    addCustom(menu, ShortcutAction::previousNote);
+    addCustom(menu, ShortcutAction::search);
+    addCustom(menu, ShortcutAction::togglePreview);
     menu.addSeparator();
-    addCustom(menu, ShortcutAction::togglePreview, [this] { m_store.togglePreview(); });
     addFormats(*menu.addMenu(tr("Formato")));
+    add(menu, tr("Formatta JSON"), Qt::ALT | Qt::SHIFT | Qt::CTRL | Qt::Key_F, [this] { m_store.reformatJSON(true); });
+    add(menu, tr("Compatta JSON"), {}, [this] { m_store.reformatJSON(false); });
     menu.addSeparator();
     add(menu, tr("Confronta note selezionate"), Qt::SHIFT | Qt::CTRL | Qt::Key_D, [this] { m_store.showDiff(); });
     add(menu, tr("Raggruppa in nuova cartella"), Qt::CTRL | Qt::Key_G,

@@ -15,6 +15,7 @@ class QMenuBar;
 
 namespace quillary {
 
+class KeyboardController;
 class MainWindow;
 
 /// The menu bar of the main window. It decides nothing: each item calls a command, and the commands guard themselves. A
@@ -24,7 +25,7 @@ class QuillaryCommands : public QObject {
 
 public:
     /// All must outlive it; the window becomes its parent.
-    QuillaryCommands(NotesStore* store, AppSettings* settings, MainWindow* window);
+    QuillaryCommands(NotesStore* store, AppSettings* settings, KeyboardController* keyboard, MainWindow* window);
 
     QMenuBar* menuBar() const { return m_menuBar; }
 
@@ -37,7 +38,7 @@ private:
     QMenu& addMenu(const QString& title);
     QAction* add(QMenu& menu, const QString& text, const QKeySequence& keys, const Command& command);
     void addStandard(QMenu& menu, const QString& text, QKeySequence::StandardKey key);
-    void addCustom(QMenu& menu, ShortcutAction action, const Command& command);
+    void addCustom(QMenu& menu, ShortcutAction action);
 
     void addFileMenu();
     void addEditMenu();
@@ -54,6 +55,7 @@ private:
 
     NotesStore& m_store;
     AppSettings& m_settings;
+    KeyboardController& m_keyboard;
     MainWindow& m_window;
     QMenuBar* m_menuBar;
     QAction* m_newNote = nullptr;

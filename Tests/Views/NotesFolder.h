@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillary/Find/FindController.h"
+#include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 
@@ -26,11 +28,18 @@ public:
         m_settings->setNotesDirectory(FilePath::fromText(m_directory.filePath(u"Note"_s)));
         m_settings->setSortOrder(order);
         m_store = std::make_unique<NotesStore>(m_settings.get());
+        m_find = std::make_unique<FindController>(*m_store);
+        m_keyboard = std::make_unique<KeyboardController>(m_store.get(), m_settings.get(), m_find.get(), nullptr);
     }
 
     NotesStore& store() { return *m_store; }
 
     AppSettings& settings() { return *m_settings; }
+
+    FindController& find() { return *m_find; }
+
+    /// The dispatcher of keys, without a hot key.
+    KeyboardController& keyboard() { return *m_keyboard; }
 
     QString path(const QString& name) const {
         using namespace Qt::StringLiterals;
@@ -58,6 +67,8 @@ private:
     QTemporaryDir m_directory;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<NotesStore> m_store;
+    std::unique_ptr<FindController> m_find;
+    std::unique_ptr<KeyboardController> m_keyboard;
 };
 
 } // namespace quillary

@@ -1,6 +1,8 @@
 #include "../NotesFolder.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/State/NoteDocument.h"
+#include "QuillaryCore/Text/TextStorage.h"
 
 #include "Tests/State/FakeDesktop.h"
 
@@ -62,7 +64,7 @@ protected:
 
     test::FakeDesktop desktop;
     NotesFolder folder{{{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"Lavoro/c.md"_s, u"gamma"_s}}};
-    MainWindow window{folder.store(), folder.settings()};
+    MainWindow window{folder.store(), folder.settings(), folder.keyboard()};
 };
 
 } // namespace
@@ -74,10 +76,11 @@ TEST_F(QuillaryCommandsTest, StandInTheirOrderWithTheirKeys) {
     }
     EXPECT_EQ(titles, (QStringList{u"File"_s, u"Modifica"_s, u"Vista"_s, u"Nota"_s, u"Finestra"_s}));
     EXPECT_EQ(items(menu(u"File"_s)),
-              (QStringList{u"Nuova nota  Ctrl+N"_s, u"Nuova cartella  Ctrl+Alt+N"_s, u"-"_s, u"Salva  Ctrl+S"_s,
-                           u"Rinomina…  Ctrl+R"_s, u"Mostra nel Finder  Ctrl+Shift+R"_s, u"Apri cartella delle note"_s,
-                           u"Sposta nel Cestino…  Ctrl+Shift+Backspace"_s, u"-"_s, u"Chiudi finestra  Ctrl+W"_s,
-                           u"Esci da Quillary  Ctrl+Q"_s}));
+              (QStringList{u"Nuova nota  Ctrl+N"_s, u"Nuova nota dagli appunti  Ctrl+Shift+N"_s,
+                           u"Nuova cartella  Ctrl+Alt+N"_s, u"Importa file…  Ctrl+O"_s, u"-"_s, u"Salva  Ctrl+S"_s,
+                           u"Salva come…  Ctrl+Shift+S"_s, u"Rinomina…  Ctrl+R"_s, u"Mostra nel Finder  Ctrl+Shift+R"_s,
+                           u"Apri cartella delle note"_s, u"Sposta nel Cestino…  Ctrl+Shift+Backspace"_s, u"-"_s,
+                           u"Chiudi finestra  Ctrl+W"_s, u"Esci da Quillary  Ctrl+Q"_s}));
     EXPECT_EQ(
         items(menu(u"Modifica"_s)),
         (QStringList{u"Annulla  Ctrl+Z"_s,
@@ -88,7 +91,8 @@ TEST_F(QuillaryCommandsTest, StandInTheirOrderWithTheirKeys) {
                            u"Riduci testo  Ctrl+-"_s, u"Dimensione predefinita  Ctrl+0"_s, u"-"_s, u"Aspetto ▸"_s}));
     EXPECT_EQ(items(menu(u"Nota"_s)),
               (QStringList{u"Nota successiva  Ctrl+Down"_s, u"Nota precedente  Ctrl+Up"_s, u"Cerca note  Ctrl+K"_s,
-                           u"-"_s, u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"Formato ▸"_s, u"-"_s,
+                           u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"-"_s, u"Formato ▸"_s,
+                           u"Formatta JSON  Ctrl+Alt+Shift+F"_s, u"Compatta JSON"_s, u"-"_s,
                            u"Confronta note selezionate  Ctrl+Shift+D"_s, u"Raggruppa in nuova cartella  Ctrl+G"_s,
                            u"Sposta nota in su  Ctrl+Alt+Up"_s, u"Sposta nota in giù  Ctrl+Alt+Down"_s, u"-"_s,
                            u"Copia contenuto della nota  Ctrl+Alt+C"_s}));
@@ -145,6 +149,35 @@ TEST_F(QuillaryCommandsTest, ActOnTheSelectedNoteAndDoNothingWithoutOne) {
     run(u"Formato"_s, u"CSS"_s);
     EXPECT_EQ(desktop.revealed.size(), 1);
     EXPECT_EQ(store.errorMessage(), std::nullopt);
+}
+
+TEST_F(QuillaryCommandsTest, ReachTheCommandsOnFiles) {
+    NotesStore& store = folder.store();
+    desktop.clipboard = u"{\"a\":1}"_s;
+    run(u"File"_s, u"Nuova nota dagli appunti"_s);
+    ASSERT_EQ(store.selectedItem()->format(), NoteFormat::json);
+    const TextStorage& text = store.selectedItem()->document()->storage();
+    run(u"Nota"_s, u"Formatta JSON"_s);
+    EXPECT_EQ(text.text(), u"{\n  \"a\": 1\n}"_s);
+    run(u"Nota"_s, u"Compatta JSON"_s);
+    EXPECT_EQ(text.text(), u"{\"a\":1}"_s);
+    run(u"File"_s, u"Importa file…"_s);
+    run(u"File"_s, u"Salva come…"_s);
+    EXPECT_EQ(desktop.panels.size(), 2);
+}
+
+TEST_F(QuillaryCommandsTest, PerformTheUsersActions) {
+    NotesStore& store = folder.store();
+    store.setSelectedID(folder.note(u"a"_s)->id());
+    run(u"Nota"_s, u"Nota successiva"_s);
+    EXPECT_EQ(store.selectedItem(), folder.note(u"b"_s));
+    run(u"Nota"_s, u"Nota precedente"_s);
+    EXPECT_EQ(store.selectedItem(), folder.note(u"a"_s));
+    run(u"Nota"_s, u"Mostra / nascondi anteprima"_s);
+    EXPECT_TRUE(store.selectedItem()->showsPreview());
+    const QSignalSpy searches(&store, &NotesStore::searchFocusTokenChanged);
+    run(u"Nota"_s, u"Cerca note"_s);
+    EXPECT_EQ(searches.count(), 1);
 }
 
 TEST_F(QuillaryCommandsTest, ZoomByWholePointsWithinTheBounds) {

@@ -1,0 +1,267 @@
+#include "Quillary/Shell/KeyMonitor.h"
+
+#include "../NotesFolder.h"
+#include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Shell/MainWindow.h"
+#include "Quillary/Sidebar/SidebarList.h"
+#include "Quillary/State/AppActions.h"
+#include "Quillary/State/NoteDocument.h"
+#include "QuillaryCore/Text/TextStorage.h"
+
+#include "Tests/State/FakeDesktop.h"
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <vector>
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Focus { editor, list, field };
+
+/// What is set up before a key.
+enum Setup : unsigned {
+    nothing = 0,
+    twoNotes = 1,
+    folderSelected = 2,
+    noNote = 8,
+    fieldFilled = 16,
+};
+
+struct KeyRow {
+    const char* name;
+    QList<Focus> focuses;
+    unsigned setup;
+    QKeyCombination key;
+
+    /// What is different afterwards, as `differences` tells it.
+    QStringList expected;
+};
+
+const QList<Focus> everywhere{Focus::editor, Focus::list, Focus::field};
+
+const KeyRow keyRows[] = {
+    {"Delete asks about several notes", everywhere, twoNotes, Qt::Key_Delete, {u"asks about 2 notes"_s}},
+    {"Backspace asks about several notes", everywhere, twoNotes, Qt::Key_Backspace, {u"asks about 2 notes"_s}},
+    {"Backspace asks about several notes before a folder",
+     everywhere,
+     twoNotes | folderSelected,
+     Qt::Key_Backspace,
+     {u"asks about 2 notes"_s}},
+    {"Backspace edits the text", {Focus::editor}, nothing, Qt::Key_Backspace, {u"text: «alf»"_s}},
+    {"Backspace edits the field", {Focus::field}, fieldFilled, Qt::Key_Backspace, {u"field: «»"_s}},
+    {"Backspace asks about a folder", {Focus::list}, folderSelected, Qt::Key_Backspace, {u"asks about a folder"_s}},
+    {"Delete asks about a folder", {Focus::list}, folderSelected, Qt::Key_Delete, {u"asks about a folder"_s}},
+    {"Escape leaves a folder", {Focus::list}, folderSelected, Qt::Key_Escape, {u"no folder"_s}},
+    {"Escape leaves a folder first", {Focus::list}, folderSelected | twoNotes, Qt::Key_Escape, {u"no folder"_s}},
+    {"Escape ends a multiple selection", everywhere, twoNotes, Qt::Key_Escape, {u"one note"_s}},
+    {"Escape in a text ends a multiple selection before a folder",
+     {Focus::field},
+     twoNotes | folderSelected,
+     Qt::Key_Escape,
+     {u"one note"_s}},
+    {"⌘G groups several", everywhere, twoNotes, Qt::CTRL | Qt::Key_G, {u"one note"_s, u"2 folders"_s}},
+    {"⌘G beeps with nothing to group", {Focus::list, Focus::field}, noNote, Qt::CTRL | Qt::Key_G, {u"beep"_s}},
+    {"⌘↓ selects the next note", everywhere, nothing, Qt::CTRL | Qt::Key_Down, {u"note b"_s}},
+    {"⌘↑ selects the previous note", everywhere, nothing, Qt::CTRL | Qt::Key_Up, {u"note c"_s}},
+    {"⌘K asks for the search field", everywhere, nothing, Qt::CTRL | Qt::Key_K, {u"search"_s}},
+    {"⇧⌘P shows the preview", everywhere, nothing, Qt::SHIFT | Qt::CTRL | Qt::Key_P, {u"preview"_s}},
+    {"⌘3 selects by place", everywhere, nothing, Qt::CTRL | Qt::Key_3, {u"note b"_s}},
+    {"⌘= zooms in", everywhere, nothing, Qt::CTRL | Qt::Key_Equal, {u"14 pt"_s}},
+    {"⌘+ is the menu's", everywhere, nothing, Qt::CTRL | Qt::Key_Plus, {u"14 pt"_s}},
+    {"⌃⌥N is the hot key's", {Focus::list}, nothing, Qt::META | Qt::ALT | Qt::Key_N, {}},
+};
+
+class KeyMonitorTest : public testing::Test {
+protected:
+    KeyMonitorTest() {
+        AppActions& actions = AppActions::shared();
+        actions.desktop = &desktop;
+        actions.mainWindow = &window;
+        folder.keyboard().start();
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    ~KeyMonitorTest() override { AppActions::shared() = {}; }
+
+    /// The text view on show; other notes have views of their own.
+    static ZoomableTextView* editor() {
+        NoteTextView* const shown = AppActions::shared().editor;
+        return dynamic_cast<ZoomableTextView*>(shown);
+    }
+
+    QLineEdit* field() { return window.findChild<QLineEdit*>(); }
+
+    SidebarList* list() { return window.findChild<SidebarList*>(); }
+
+    QWidget* widget(Focus focus) {
+        switch (focus) {
+        case Focus::editor:
+            return editor();
+        case Focus::list:
+            return list();
+        case Focus::field:
+            break;
+        }
+        return field();
+    }
+
+    void setUp(const KeyRow& row, Focus focus) {
+        NotesStore& store = folder.store();
+        store.setSelectedID(folder.note(u"a"_s)->id());
+        if ((row.setup & fieldFilled) != 0) {
+            field()->setText(u"a"_s);
+        }
+        if ((row.setup & twoNotes) != 0) {
+            store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
+        }
+        if ((row.setup & folderSelected) != 0) {
+            store.setSelectedFolder(u"Lavoro"_s);
+        }
+        if ((row.setup & noNote) != 0) {
+            store.setSelectedID(std::nullopt);
+        }
+        if (editor() != nullptr) {
+            editor()->setSelection({4, 4});
+        }
+        QCoreApplication::processEvents();
+        widget(focus)->setFocus();
+        before = state();
+    }
+
+    /// All that a key may change, each part by a name.
+    QMap<QString, QString> state() {
+        NotesStore& store = folder.store();
+        const NoteItemPtr note = folder.note(u"a"_s);
+        const auto yes = [](bool is, const QString& text) { return is ? text : QString(); };
+        return {
+            {u"01"_s, yes(!store.pendingNoteDeletion().isEmpty(),
+                          u"asks about %1 notes"_s.arg(store.pendingNoteDeletion().size()))},
+            {u"02"_s, yes(store.pendingFolderDeletion().has_value(), u"asks about a folder"_s)},
+            {u"03"_s, yes(!store.selectedFolder(), u"no folder"_s)},
+            {u"04"_s, yes(store.multiSelection().isEmpty(), u"one note"_s)},
+            {u"05"_s, u"%1 folders"_s.arg(store.folders().size())},
+            {u"07"_s, store.selectedItem() == nullptr ? u"no note"_s : u"note "_s + store.selectedItem()->title()},
+            {u"08"_s, yes(store.searchFocusToken() > 0, u"search"_s)},
+            {u"09"_s, yes(note->showsPreview(), u"preview"_s)},
+            {u"10"_s, u"%1 pt"_s.arg(folder.settings().fontSize())},
+            {u"11"_s, u"text: «%1»"_s.arg(note->document()->storage().text())},
+            {u"12"_s, u"field: «%1»"_s.arg(field()->text())},
+            {u"13"_s, yes(desktop.beeps > 0, u"beep"_s)},
+        };
+    }
+
+    QStringList differences() {
+        const QMap<QString, QString> after = state();
+        QStringList texts;
+        for (auto each = after.cbegin(); each != after.cend(); ++each) {
+            if (before.value(each.key()) != each.value()) {
+                texts.append(each.value());
+            }
+        }
+        return texts;
+    }
+
+    test::FakeDesktop desktop;
+    NotesFolder folder{{{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"Lavoro/c.md"_s, u"gamma"_s}}};
+    KeyMonitor monitor{&folder.keyboard()};
+    MainWindow window{folder.store(), folder.settings(), folder.keyboard()};
+    QMap<QString, QString> before;
+};
+
+/// Presses a key as the window system does, which looks for a shortcut first.
+void press(QWidget& window, QKeyCombination key) {
+    QTest::keyClick(window.windowHandle(), key.key(), key.keyboardModifiers());
+    QCoreApplication::processEvents();
+}
+
+/// One row with one place of the focus.
+struct KeyCase {
+    const KeyRow* row;
+    Focus focus;
+
+    friend void PrintTo(const KeyCase& each, std::ostream* stream) {
+        *stream << each.row->name
+                << (each.focus == Focus::editor ? " in the editor"
+                    : each.focus == Focus::list ? " in the list"
+                                                : " in the field");
+    }
+};
+
+std::vector<KeyCase> keyCases() {
+    std::vector<KeyCase> cases;
+    for (const KeyRow& row : keyRows) {
+        for (const Focus focus : row.focuses) {
+            cases.push_back({&row, focus});
+        }
+    }
+    return cases;
+}
+
+class KeyMonitorRowTest : public KeyMonitorTest, public testing::WithParamInterface<KeyCase> {};
+
+} // namespace
+
+TEST_P(KeyMonitorRowTest, DoesWhatTheFirstRuleSaysAndNothingElse) {
+    const auto& [row, focus] = GetParam();
+    setUp(*row, focus);
+    ASSERT_TRUE(widget(focus)->hasFocus());
+    press(window, row->key);
+    EXPECT_EQ(differences().join(u", "_s).toStdString(), row->expected.join(u", "_s).toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rules, KeyMonitorRowTest, testing::ValuesIn(keyCases()));
+
+TEST_F(KeyMonitorTest, AnOpenMenuHasItsKeysForItself) {
+    NotesStore& store = folder.store();
+    store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
+    QMenu* const menu = window.findChild<QMenuBar*>()->actions().constFirst()->menu();
+    menu->popup({});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }));
+    press(window, Qt::Key_Escape);
+    EXPECT_FALSE(menu->isVisible());
+    EXPECT_EQ(store.multiSelection().size(), 2);
+}
+
+TEST_F(KeyMonitorTest, OtherWindowsKeepTheirKeysUnlessAShortcutIsRecorded) {
+    folder.store().setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
+    QLineEdit other(u"testo"_s);
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    press(other, Qt::Key_Backspace);
+    EXPECT_EQ(other.text(), u"test"_s);
+    EXPECT_TRUE(folder.store().pendingNoteDeletion().isEmpty());
+
+    folder.keyboard().toggleRecording(ShortcutAction::search);
+    press(other, Qt::Key_A);
+    press(other, Qt::Key_Control);
+    EXPECT_EQ(folder.keyboard().recordingMessage(), u"Usa almeno uno tra ⌘ ⌥ ⌃"_s);
+    press(other, Qt::CTRL | Qt::Key_A);
+    EXPECT_EQ(folder.keyboard().recordingAction(), std::nullopt);
+    EXPECT_EQ(folder.settings().shortcut(ShortcutAction::search)->displayString(), u"⌘A"_s);
+    EXPECT_EQ(other.text(), u"test"_s);
+    EXPECT_FALSE(other.hasSelectedText());
+}
+
+TEST_F(KeyMonitorTest, RecordingTakesKeysThatAreShortcutsOfMenus) {
+    folder.keyboard().toggleRecording(ShortcutAction::togglePreview);
+    press(window, Qt::CTRL | Qt::Key_N);
+    EXPECT_EQ(folder.store().notes().size(), 3);
+    EXPECT_EQ(folder.settings().shortcut(ShortcutAction::togglePreview)->displayString(), u"⌘N"_s);
+    // From then on the dispatcher has them before the menu.
+    press(window, Qt::CTRL | Qt::Key_N);
+    EXPECT_EQ(folder.store().notes().size(), 3);
+    EXPECT_TRUE(folder.store().selectedItem()->showsPreview());
+}
