@@ -1,0 +1,148 @@
+"""Previews in the whole program: links that are clicked, and JSON that is formatted and unformatted."""
+
+import os
+import unittest
+
+from desktop import DesktopTest, wait_for
+
+# Stands for the program with which the desktop opens files and addresses.
+OPENER = """#!/bin/sh
+printf '%s\\n' "$@" >> "$QUILLARY_OPENED"
+"""
+
+
+class Previews(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        programs = os.path.join(self.home, "bin")
+        os.mkdir(programs)
+        opener = os.path.join(programs, "xdg-open")
+        with open(opener, "w", encoding="utf-8") as file:
+            file.write(OPENER)
+        os.chmod(opener, 0o755)
+        self.opened_file = os.path.join(self.home, "opened")
+        before = dict(os.environ)
+        self.addCleanup(os.environ.update, before)
+        os.environ["PATH"] = programs + os.pathsep + os.environ["PATH"]
+        os.environ["QUILLARY_OPENED"] = self.opened_file
+        self.preferences["sortOrder"] = "title"
+
+    def opened(self):
+        try:
+            with open(self.opened_file, encoding="utf-8") as file:
+                return file.read().splitlines()
+        except FileNotFoundError:
+            return []
+
+    def open_note(self, title):
+        program = self.start()
+        wait_for("the row", lambda: title in program.rows())
+        program.click_row(title)
+        wait_for("the title", lambda: program.title() == title)
+        return program
+
+    def find_named(self, program, name):
+        """The first node on show of a name."""
+        from gi.repository import Atspi
+        nodes = [program.application()]
+        while nodes:
+            node = nodes.pop(0)
+            try:
+                if node.get_name() == name and node.get_state_set().contains(Atspi.StateType.SHOWING):
+                    return node
+                if node.get_role_name() not in ("list", "table"):
+                    nodes.extend(filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count()))))
+            except Exception:  # a node that ended between two questions
+                continue
+        return None
+
+    def click_node(self, program, name):
+        from gi.repository import Atspi
+        node = wait_for(name, lambda: self.find_named(program, name))
+        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
+        program.click(place.x + place.width // 2, place.y + place.height // 2)
+
+    def page(self, program):
+        """The text of the Markdown preview; nothing while it is not on show."""
+        from gi.repository import Atspi
+        page = self.find_named(program, "Anteprima Markdown")
+        return Atspi.Text.get_text(page, 0, -1) if page else ""
+
+    def show_preview(self, program):
+        self.click_node(program, "Anteprima formattata (⇧⌘P)")
+
+    def show_editor(self, program):
+        self.click_node(program, "Torna all'editor (⇧⌘P)")
+
+    def click_text(self, program, text):
+        """Clicks in the middle of a text of the Markdown preview."""
+        from gi.repository import Atspi
+        page = wait_for("the page", lambda: self.find_named(program, "Anteprima Markdown"))
+        offset = wait_for(text, lambda: Atspi.Text.get_text(page, 0, -1).find(text) + 1) - 1
+        place = Atspi.Text.get_character_extents(page, offset + len(text) // 2, Atspi.CoordType.SCREEN)
+        program.click(place.x + place.width // 2, place.y + place.height // 2)
+
+    def top_of(self, program, text):
+        from gi.repository import Atspi
+        page = self.find_named(program, "Anteprima Markdown")
+        offset = Atspi.Text.get_text(page, 0, -1).find(text)
+        place = Atspi.Text.get_character_extents(page, offset, Atspi.CoordType.SCREEN)
+        return place.y - Atspi.Component.get_extents(page, Atspi.CoordType.SCREEN).y
+
+    def test_links_lead_to_places_notes_files_and_the_web(self):
+        body = "Un capoverso qualunque.\n\n" * 80
+        self.write("Indice.md", "# Indice\n\n[giù](#la-meta)\n\n[nota](Altra.md)\n\n[manca](Assente.md)\n\n"
+                                "[immagine](foto.png)\n\n[rete](https://esempio.it/a?b=c)\n\n" + body
+                   + "## La meta\n\n" + body)
+        self.write("Altra.md", "# Altra nota\n\n[indietro](Indice.md)\n")
+        self.write("foto.png", "x")
+        program = self.open_note("Indice")
+        self.show_preview(program)
+        wait_for("the page", lambda: self.page(program).startswith("Indice\n\ngiù"))
+
+        self.click_text(program, "rete")
+        wait_for("the opened address", lambda: self.opened() == ["https://esempio.it/a?b=c"])
+
+        self.click_text(program, "immagine")
+        wait_for("the opened file", lambda: len(self.opened()) == 2)
+        self.assertTrue(self.opened()[1].endswith(self.notes + "/foto.png"), self.opened())
+
+        self.click_text(program, "manca")
+        self.click_text(program, "nota")
+        wait_for("the other note", lambda: program.title() == "Altra")
+        wait_for("its page", lambda: self.page(program).startswith("Altra nota"))
+        self.assertEqual(len(self.opened()), 2)
+
+        self.click_text(program, "indietro")
+        wait_for("the first note", lambda: program.title() == "Indice")
+        wait_for("its page", lambda: self.page(program).startswith("Indice"))
+        self.click_text(program, "giù")
+        wait_for("the place", lambda: abs(self.top_of(program, "La meta")) < 12)
+
+    def test_formats_json_in_the_preview_and_undoes_it_in_the_editor(self):
+        self.write("Dati.json", '{"b":[1,2],"a":{}}')
+        program = self.open_note("Dati")
+        self.show_preview(program)
+        wait_for("the summary", lambda: self.find_named(program, "Oggetto · 2 chiavi"))
+        self.click_node(program, "Formatta testo")
+        formatted = '{\n  "b": [\n    1,\n    2\n  ],\n  "a": {}\n}'
+        wait_for("the formatted file", lambda: self.read("Dati.json") == formatted)
+
+        self.show_editor(program)
+        wait_for("the editor", lambda: not self.find_named(program, "Formatta testo"))
+        program.keys("ctrl+z")
+        wait_for("the file as it was", lambda: self.read("Dati.json") == '{"b":[1,2],"a":{}}')
+
+    def test_follows_another_program(self):
+        self.write("Tabella.csv", "nome,anni\nAda,36\n")
+        program = self.open_note("Tabella")
+        self.show_preview(program)
+        wait_for("the summary", lambda: self.find_named(program, "1 righe · 2 colonne · separatore «,»"))
+        self.write("Tabella.csv", "nome,anni\nAda,36\nAlan,41\n")
+        wait_for("the new summary", lambda: self.find_named(program, "2 righe · 2 colonne · separatore «,»"))
+        self.click_node(program, "Prima riga come intestazione")
+        wait_for("the row more", lambda: self.find_named(program, "3 righe · 2 colonne · separatore «,»"))
+
+
+if __name__ == "__main__":
+    unittest.main()
