@@ -90,20 +90,21 @@ struct Window : QWidget {
 };
 
 template <typename Work>
-void measure(const char* task, double limit, Work&& work) {
+void measure(const QByteArray& task, double limit, Work&& work) {
     double best = std::numeric_limits<double>::infinity();
     constexpr int rounds = 7;
     for (int round = 0; round < rounds; ++round) {
         best = std::min(best, work());
     }
-    std::printf("%-52s %9.2f ms   (limit %.0f)%s\n", task, best, limit, best > limit ? "  ABOVE THE LIMIT" : "");
+    std::printf("%-52s %9.2f ms   (limit %.0f)%s\n", task.constData(), best, limit,
+                best > limit ? "  ABOVE THE LIMIT" : "");
     std::fflush(stdout);
 }
 
 template <typename View, typename... Arguments>
 void measurePreview(const char* name, Window& window, const QString& text, Arguments... arguments) {
-    const QByteArray toggle = QByteArray(name) + ", from text to screen";
-    measure(toggle.constData(), 150, [&] {
+    const QByteArray toggle = QByteArray(name).append(", from text to screen");
+    measure(toggle, 150, [&] {
         std::unique_ptr<View> view;
         const double time = millisecondsOf([&] {
             view = std::make_unique<View>(text, baseSize, arguments...);
@@ -115,7 +116,7 @@ void measurePreview(const char* name, Window& window, const QString& text, Argum
     auto view = std::make_unique<View>(text, baseSize, arguments...);
     window.put(*view);
     const double share = (allocatedBytes() - before) / static_cast<double>(text.size()) / sizeof(QChar);
-    std::printf("%-52s %9.2f times the text (limit 10)%s\n", (QByteArray(name) + ", memory").constData(), share,
+    std::printf("%-52s %9.2f times the text (limit 10)%s\n", QByteArray(name).append(", memory").constData(), share,
                 share > 10 ? "  ABOVE THE LIMIT" : "");
 }
 
@@ -137,7 +138,7 @@ double slowestPage(QAbstractScrollArea& view, int first) {
 template <typename View>
 void measureScrolling(const char* name, Window& window, std::unique_ptr<View> view, QAbstractScrollArea& area) {
     window.put(*view);
-    measure((QByteArray(name) + ", slowest of 50 pages").constData(), 8, [&] {
+    measure(QByteArray(name).append(", slowest of 50 pages"), 8, [&] {
         // Another place each time, so that nothing is laid out before.
         static int round = 0;
         return slowestPage(area, area.verticalScrollBar()->maximum() / 9 * (++round % 8));
@@ -178,7 +179,7 @@ void measureJSON(Window& window) {
         JSONPreview view(text, baseSize, ignore);
         window.put(view);
         const QList<QPushButton*> buttons = view.findChildren<QPushButton*>();
-        measure((QByteArray(name) + ", \"Comprimi\" and \"Espandi tutto\"").constData(), 100, [&] {
+        measure(QByteArray(name).append(", \"Comprimi\" and \"Espandi tutto\""), 100, [&] {
             return millisecondsOf([&] {
                 buttons.at(2)->click();
                 QApplication::sendPostedEvents();
@@ -188,7 +189,7 @@ void measureJSON(Window& window) {
                 view.findChild<JSONRowsView*>()->viewport()->repaint();
             });
         });
-        measure((QByteArray(name) + ", slowest of 50 pages").constData(), 8,
+        measure(QByteArray(name).append(", slowest of 50 pages"), 8,
                 [&] { return slowestPage(*view.findChild<JSONRowsView*>(), 1000); });
     }
 }
@@ -200,7 +201,7 @@ void measureCSV(Window& window) {
         measurePreview<CSVPreview>(name, window, text);
         CSVPreview view(text, baseSize);
         window.put(view);
-        measure((QByteArray(name) + ", slowest of 50 pages").constData(), 8,
+        measure(QByteArray(name).append(", slowest of 50 pages"), 8,
                 [&] { return slowestPage(*view.findChild<QAbstractScrollArea*>(), 1000); });
     }
 }
