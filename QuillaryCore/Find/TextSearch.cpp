@@ -43,6 +43,12 @@ Result<TextSearch, TextSearchError> TextSearch::make(const QString& query, Searc
             return search;
         }
     }
+    if (options.regex) {
+        search.m_words = WordPattern::make(query, options.caseSensitive, options.wholeWord);
+        if (search.m_words) {
+            return search;
+        }
+    }
     QString pattern = options.regex ? query : escapedPattern(query);
     if (options.wholeWord) {
         pattern = u"\\b(?:"_s % pattern % u")\\b"_s;
@@ -57,11 +63,16 @@ Result<TextSearch, TextSearchError> TextSearch::make(const QString& query, Searc
 std::vector<SearchMatch> TextSearch::matches(QStringView text, qsizetype limit) const {
     std::vector<SearchMatch> found;
     const auto isEnough = [&] { return static_cast<qsizetype>(found.size()) >= limit; };
+    const auto add = [&](TextRange range) {
+        found.push_back({range});
+        return !isEnough();
+    };
     if (m_literal) {
-        m_literal->forEach(text, [&](TextRange range) {
-            found.push_back({range});
-            return !isEnough();
-        });
+        m_literal->forEach(text, add);
+        return found;
+    }
+    if (m_words) {
+        m_words->forEach(text, add);
         return found;
     }
     m_expression->forEach(text, timeLimit, [&](const RegularExpression::Match& match) {

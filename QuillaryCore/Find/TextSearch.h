@@ -4,6 +4,7 @@
 #include "QuillaryCore/Find/SearchMatch.h"
 #include "QuillaryCore/Find/SearchOptions.h"
 #include "QuillaryCore/Find/TextSearchError.h"
+#include "QuillaryCore/Find/WordPattern.h"
 #include "QuillaryCore/Result.h"
 #include "QuillaryCore/Unicode/RegularExpression.h"
 
@@ -16,8 +17,8 @@
 namespace quillary {
 
 /// What the user looks for, ready to be looked for in texts. A query and its options are a regular expression in ICU's
-/// syntax, whose anchors match at every line and whose dot stops at line ends; literal queries are found without its
-/// engine, in the same places. Immutable.
+/// syntax, whose anchors match at every line and whose dot stops at line ends. Literal queries, and patterns of plain
+/// words, are found without its engine, in the same places. Immutable.
 class TextSearch {
 public:
     /// The greatest number of matches that a caller asks for by default.
@@ -46,6 +47,7 @@ private:
     SearchOptions m_options;
     // One of them.
     std::optional<LiteralSearch> m_literal;
+    std::optional<WordPattern> m_words;
     std::optional<RegularExpression> m_expression;
 };
 
