@@ -1,5 +1,6 @@
 #include "Quillary/Detail/DetailView.h"
 
+#include "Quillary/Comparison/DiffView.h"
 #include "Quillary/Detail/DetailToolbar.h"
 #include "Quillary/Detail/PlaceholderView.h"
 #include "Quillary/Detail/SelectionPanel.h"
@@ -22,8 +23,10 @@ DetailView::DetailView(NotesStore& store, AppSettings& settings, QWidget* parent
       m_editor(new EditorView(&store, &settings, m_panes)),
       m_preview(new NotePreview(store, settings, m_panes)),
       m_selection(new SelectionPanel(store, m_panes)),
+      m_comparison(new DiffView(store, settings, m_panes)),
       m_status(new StatusBar(store, settings, this)) {
-    for (QWidget* const pane : std::initializer_list<QWidget*>{m_placeholder, m_editor, m_preview, m_selection}) {
+    for (QWidget* const pane :
+         std::initializer_list<QWidget*>{m_placeholder, m_editor, m_preview, m_selection, m_comparison}) {
         m_panes->addWidget(pane);
     }
     auto* const layout = new QVBoxLayout(this);
@@ -77,8 +80,11 @@ void DetailView::update() {
 
 void DetailView::showSelection(const QList<NoteItemPtr>& items) {
     m_status->setItem(nullptr);
-    m_selection->setItems(items);
-    present(m_selection);
+    const bool isComparison = m_store.isShowingDiff() && items.size() == 2;
+    if (!isComparison) {
+        m_selection->setItems(items);
+    }
+    present(isComparison ? static_cast<QWidget*>(m_comparison) : m_selection);
     m_toolbar->follow(nullptr, m_store.isShowingDiff() ? tr("Confronto") : tr("%1 note selezionate").arg(items.size()));
 }
 
@@ -114,7 +120,7 @@ void DetailView::present(QWidget* pane) {
     m_panes->setCurrentWidget(pane);
     if (pane == m_editor && hadFocus) {
         m_editor->textView()->setFocus(Qt::OtherFocusReason);
-    } else if (pane == m_selection || hadFocus) {
+    } else if (pane == m_selection || pane == m_comparison || hadFocus) {
         pane->setFocus(Qt::OtherFocusReason);
     }
 }

@@ -10,6 +10,7 @@ class QStackedWidget;
 namespace quillary {
 
 class DetailToolbar;
+class DiffView;
 class EditorView;
 class NotePreview;
 class PlaceholderView;
@@ -45,6 +46,7 @@ private:
     EditorView* m_editor;
     NotePreview* m_preview;
     SelectionPanel* m_selection;
+    DiffView* m_comparison;
     StatusBar* m_status;
 };
 
