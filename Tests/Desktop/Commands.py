@@ -118,6 +118,34 @@ class Commands(DesktopTest):
         program.expect_rows(["a", "b è qui", "c"])
         self.assertEqual(self.read("b è qui.md"), "testo di b è qui.md e altro")
 
+    def test_imports_a_file(self):
+        program = self.start_with("a.md")
+        outside = self.home + "/foto.JPG"
+        with open(outside, "w", encoding="utf-8") as file:
+            file.write("di un altro")
+        program.keys("ctrl+o")
+        wait_for("the panel", lambda: program.find("push button", "Importa"))
+        program.type(outside)
+        program.keys("Return")
+        program.expect_rows(["a", "foto"])
+        wait_for("the imported note", lambda: program.title() == "foto")
+        self.assertEqual(self.read("foto.txt"), "di un altro")
+        self.assertTrue(os.path.exists(outside))
+
+    def test_saves_a_note_elsewhere(self):
+        program = self.start_with("a.md", "b.md")
+        self.select(program, "b")
+        program.keys("ctrl+shift+s")
+        wait_for("the panel", lambda: program.find("file chooser") or program.find("dialog"))
+        program.keys("ctrl+a")
+        program.type(self.home + "/copia.txt")
+        program.keys("Return")
+        wait_for("the copy", lambda: os.path.exists(self.home + "/copia.txt"))
+        with open(self.home + "/copia.txt", encoding="utf-8") as file:
+            self.assertEqual(file.read(), "testo di b.md")
+        self.assertEqual(self.files(), ["a.md", "b.md"])
+        self.assertEqual(program.title(), "b")
+
 
 if __name__ == "__main__":
     unittest.main()
