@@ -48,6 +48,11 @@ void FormatMenuButton::setItem(const NoteItemPtr& item) {
     setAccessibleDescription(item == nullptr ? QString() : displayName(item->format()));
 }
 
+QSize FormatMenuButton::sizeHint() const {
+    // The style would leave a gap of two blanks before the arrow.
+    return QToolButton::sizeHint() - QSize(fontMetrics().horizontalAdvance(u' ') * 2, 0);
+}
+
 void FormatMenuButton::markPresentFormat() {
     for (QAction* const action : menu()->actions()) {
         action->setChecked(m_item != nullptr && action->data().toInt() == static_cast<int>(m_item->format()));

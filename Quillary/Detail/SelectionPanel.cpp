@@ -2,6 +2,7 @@
 
 #include "Quillary/Detail/CardPile.h"
 #include "Quillary/Detail/NoteCard.h"
+#include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Sidebar/MoveToFolderMenuItems.h"
 #include "Quillary/Sidebar/ShownName.h"
@@ -25,7 +26,7 @@ constexpr qsizetype mostTitles = 6;
 constexpr int widestText = 560;
 
 QPushButton* makeButton(const QString& text, QWidget* parent) {
-    auto* const button = new QPushButton(text, parent);
+    auto* const button = new PaddedButton(text, parent);
     button->setAutoDefault(true);
     return button;
 }

@@ -1,5 +1,6 @@
 #include "Quillary/Dialogs/ConfirmationDialog.h"
 
+#include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Theme/Theme.h"
 
@@ -27,7 +28,7 @@ ConfirmationDialog::ConfirmationDialog(QWidget* window)
       m_title(new WrappingLabel(this)),
       m_message(new WrappingLabel(this)),
       m_buttons(new QHBoxLayout),
-      m_cancel(new QPushButton(tr("Annulla"), this)) {
+      m_cancel(new PaddedButton(tr("Annulla"), this)) {
     setWindowTitle(u"Quillary"_s);
     setWindowModality(Qt::WindowModal);
     constexpr int textWidth = 400;
@@ -70,7 +71,7 @@ void ConfirmationDialog::setAnswers(const QList<Answer>& answers, int defaultAns
     qDeleteAll(std::exchange(m_answers, {}));
     m_destructive.clear();
     for (const Answer& answer : answers) {
-        auto* const button = new QPushButton(answer.text, this);
+        auto* const button = new PaddedButton(answer.text, this);
         const int result = firstAnswer + static_cast<int>(m_answers.size());
         connect(button, &QPushButton::clicked, this, [this, result] { done(result); });
         // After the stretch and the answers before, and before "Annulla".

@@ -1,0 +1,10 @@
+#include "Quillary/Detail/PaddedButton.h"
+
+namespace quillary {
+
+QSize PaddedButton::sizeHint() const {
+    constexpr QSize padding(14, 4);
+    return QPushButton::sizeHint() + padding;
+}
+
+} // namespace quillary
