@@ -4,6 +4,7 @@
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPainter>
 #include <QScrollArea>

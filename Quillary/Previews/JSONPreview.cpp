@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <utility>
 #include <vector>
 
 namespace quillary {

@@ -44,7 +44,6 @@ public:
 private:
     void showValue(const JSONValue& value);
     void showError(const JSONParseError& error);
-    void expandAll();
     void changeRows(void (JSONRowsModel::*change)());
 
     QString m_source;

@@ -5,7 +5,7 @@
 #include "QuillaryCore/Formats/SyntaxHighlighter.h"
 
 #include <QEasingCurve>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QScrollBar>
 
 #include <algorithm>

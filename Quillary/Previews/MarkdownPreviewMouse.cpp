@@ -1,6 +1,5 @@
 #include "Quillary/Previews/MarkdownPreview.h"
 #include "Quillary/Previews/PreviewText.h"
-#include "QuillaryCore/Formats/MarkdownInline.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -10,7 +9,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QStyleHints>
 #include <QTimerEvent>
 #include <QToolTip>
 

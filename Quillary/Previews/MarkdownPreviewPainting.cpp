@@ -54,7 +54,6 @@ void MarkdownPreview::paintEvent(QPaintEvent* event) {
     if (rowCount() == 0) {
         return;
     }
-    // The row above may end below its place by a marker or a box, never by more than its own height.
     double top = -m_anchor.offset;
     for (qsizetype index = m_anchor.row; index < rowCount() && top < clip.bottom(); ++index) {
         const double height = heightOf(index);

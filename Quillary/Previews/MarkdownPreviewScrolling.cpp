@@ -1,6 +1,5 @@
 #include "Quillary/Previews/MarkdownPreview.h"
 
-#include <QGuiApplication>
 #include <QScrollBar>
 #include <QWheelEvent>
 

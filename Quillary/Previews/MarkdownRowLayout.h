@@ -39,13 +39,6 @@ public:
         const QList<SyntaxToken>* tokens = nullptr;
     };
 
-    /// A stretch of the row's text that is part of a link.
-    struct LinkRun {
-        qsizetype link = 0;
-        qsizetype start = 0;
-        qsizetype length = 0;
-    };
-
     MarkdownRowLayout(const MarkdownRow& row, const Context& context);
 
     /// Of the content, without the gap above.
@@ -85,6 +78,13 @@ public:
               const QPalette& palette) const;
 
 private:
+    /// A stretch of the row's text that is part of a link.
+    struct LinkRun {
+        qsizetype link = 0;
+        qsizetype start = 0;
+        qsizetype length = 0;
+    };
+
     /// A text with its place: all of the row, or a cell.
     struct Piece {
         std::unique_ptr<QTextLayout> layout;
@@ -95,12 +95,6 @@ private:
         double left = 0;
         double right = 0;
         bool isSelectable = true;
-    };
-
-    struct Line {
-        double width = 0;
-        double spacing = 0;
-        QTextOption option;
     };
 
     void layOutText(const MarkdownRow& row, const Context& context);

@@ -5,6 +5,7 @@
 #include "Quillary/Previews/MarkdownPreview.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/State/AppSettings.h"
+#include "Quillary/State/Desktop.h"
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/State/NotesStore.h"
 #include "QuillaryCore/Text/TextStorage.h"
