@@ -107,12 +107,12 @@ public:
 
     double gnuDiff() const {
         const QByteArray command =
-            "diff -d " + path(u"old"_s).toUtf8() + ' ' + path(u"new"_s).toUtf8() + " > /dev/null";
+            "exec diff -d " + path(u"old"_s).toUtf8() + ' ' + path(u"new"_s).toUtf8() + " > /dev/null";
         return bestOfSeven([&command] {
             const double start = childrenMilliseconds();
             const pid_t child = fork();
             if (child == 0) {
-                execl("/bin/sh", "sh", "-c", ("exec " + command).constData(), nullptr);
+                execl("/bin/sh", "sh", "-c", command.constData(), nullptr);
                 _exit(127);
             }
             int status = 0;
