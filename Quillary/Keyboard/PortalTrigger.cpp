@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Modifiers = KeyShortcut::Modifiers;
+using TriggerModifiers = KeyShortcut::Modifiers;
 
 QString symbolName(const KeyShortcut& shortcut) {
     static const QHash<quint16, QString> names{
@@ -45,11 +45,11 @@ QString symbolName(const KeyShortcut& shortcut) {
 } // namespace
 
 QString portalTrigger(const KeyShortcut& shortcut) {
-    constexpr std::array<std::pair<Modifiers, QLatin1StringView>, 4> modifierNames{{
-        {Modifiers::command, "CTRL"_L1},
-        {Modifiers::option, "ALT"_L1},
-        {Modifiers::shift, "SHIFT"_L1},
-        {Modifiers::control, "LOGO"_L1},
+    constexpr std::array<std::pair<TriggerModifiers, QLatin1StringView>, 4> modifierNames{{
+        {TriggerModifiers::command, "CTRL"_L1},
+        {TriggerModifiers::option, "ALT"_L1},
+        {TriggerModifiers::shift, "SHIFT"_L1},
+        {TriggerModifiers::control, "LOGO"_L1},
     }};
     const QString symbol = symbolName(shortcut);
     if (symbol.isEmpty()) {
