@@ -56,6 +56,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     actions.hideApplication = [this] {
         m_window->rememberPlace();
         m_window->hide();
+        if (m_settingsView != nullptr) {
+            m_settingsView->hide();
+        }
     };
     actions.isApplicationActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
     actions.desktop = &m_desktop;
@@ -101,9 +104,17 @@ void AppDelegate::applicationShouldTerminate() {
 void AppDelegate::openMainWindow() {
     if (m_window == nullptr) {
         m_window = std::make_unique<MainWindow>(store(), settings(), keyboard(), [this] { openMainWindow(); });
+        connect(m_window.get(), &MainWindow::settingsRequested, this, &AppDelegate::openSettings);
         AppActions::shared().mainWindow = m_window.get();
     }
     m_window->makeKeyAndOrderFront();
+}
+
+void AppDelegate::openSettings() {
+    if (m_settingsView == nullptr) {
+        m_settingsView = std::make_unique<SettingsView>(&settings(), &store(), &keyboard());
+    }
+    m_settingsView->present();
 }
 
 void AppDelegate::endOnSignal() {

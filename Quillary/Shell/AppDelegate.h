@@ -3,6 +3,7 @@
 #include "Quillary/Find/FindController.h"
 #include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/Platform/TerminationSignals.h"
+#include "Quillary/Settings/SettingsView.h"
 #include "Quillary/Shell/KeyMonitor.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Shell/SystemDesktop.h"
@@ -40,6 +41,7 @@ private:
     void applicationStateChanged(Qt::ApplicationState state);
     void applicationShouldTerminate();
     void openMainWindow();
+    void openSettings();
     void endOnSignal();
 
     SystemDesktop m_desktop;
@@ -51,6 +53,7 @@ private:
     std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<TerminationSignals> m_signals;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<SettingsView> m_settingsView;
 };
 
 } // namespace quillary

@@ -20,6 +20,7 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, KeyboardControl
     setMinimumSize(480, 320);
 
     auto* const commands = new QuillaryCommands(&store, &settings, &keyboard, this);
+    connect(commands, &QuillaryCommands::settingsRequested, this, &MainWindow::settingsRequested);
     m_content = new ContentView(store, settings, std::move(openWindow), commands->newNote(), this);
     m_content->setSizes({sidebarWidth, defaultSize.width() - sidebarWidth});
 

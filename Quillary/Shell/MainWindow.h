@@ -34,6 +34,10 @@ public:
     /// Keeps where the window stands for the next start.
     void rememberPlace() const;
 
+Q_SIGNALS:
+    /// The user asked for the window of the settings.
+    void settingsRequested();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 

@@ -4,6 +4,8 @@
 #include "Quillary/Keyboard/MenuShortcut.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Shell/StandardEditing.h"
+#include "Quillary/Sidebar/FolderMenuItems.h"
+#include "Quillary/Sidebar/MoveToFolderMenuItems.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/Theme/Symbol.h"
 
@@ -93,6 +95,8 @@ void QuillaryCommands::addEditMenu() {
     addStandard(menu, tr("Copia"), QKeySequence::Copy);
     addStandard(menu, tr("Incolla"), QKeySequence::Paste);
     addStandard(menu, tr("Seleziona tutto"), QKeySequence::SelectAll);
+    menu.addSeparator();
+    add(menu, tr("Impostazioni…"), Qt::CTRL | Qt::Key_Comma, [this] { Q_EMIT settingsRequested(); });
 }
 
 void QuillaryCommands::addViewMenu() {
@@ -135,11 +139,14 @@ void QuillaryCommands::addNoteMenu() {
     add(menu, tr("Confronta note selezionate"), Qt::SHIFT | Qt::CTRL | Qt::Key_D, [this] { m_store.showDiff(); });
     add(menu, tr("Raggruppa in nuova cartella"), Qt::CTRL | Qt::Key_G,
         [this] { m_store.createFolder(m_store.actionTargets()); });
+    addMoveItems(*menu.addMenu(tr("Sposta in")));
     add(menu, tr("Sposta nota in su"), Qt::ALT | Qt::CTRL | Qt::Key_Up, [this] { m_store.shiftSelectedNote(-1); });
     add(menu, tr("Sposta nota in giù"), Qt::ALT | Qt::CTRL | Qt::Key_Down, [this] { m_store.shiftSelectedNote(1); });
     menu.addSeparator();
     add(menu, tr("Copia contenuto della nota"), Qt::ALT | Qt::CTRL | Qt::Key_C,
         [this] { m_store.copySelectedContent(); });
+    menu.addSeparator();
+    addFolderItems(*menu.addMenu(tr("Cartella")));
 }
 
 void QuillaryCommands::addFormats(QMenu& menu) {
@@ -149,6 +156,25 @@ void QuillaryCommands::addFormats(QMenu& menu) {
             withSelectedNote([this, format](NoteItem& note) { m_store.changeFormat(note, format); });
         });
     }
+}
+
+void QuillaryCommands::addMoveItems(QMenu& menu) {
+    connect(&menu, &QMenu::aboutToShow, this, [this, &menu] {
+        menu.clear();
+        MoveToFolderMenuItems{m_store, m_store.actionTargets()}.addTo(menu);
+    });
+}
+
+void QuillaryCommands::addFolderItems(QMenu& menu) {
+    connect(&menu, &QMenu::aboutToShow, this, [this, &menu] {
+        menu.clear();
+        if (m_store.selectedFolder()) {
+            FolderMenuItems{m_store, *m_store.selectedFolder()}.addTo(menu);
+        }
+    });
+    const auto update = [this, &menu] { menu.menuAction()->setEnabled(m_store.selectedFolder().has_value()); };
+    connect(&m_store, &NotesStore::selectedFolderChanged, &menu, update);
+    update();
 }
 
 void QuillaryCommands::addWindowMenu() {

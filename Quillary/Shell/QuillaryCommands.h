@@ -32,6 +32,9 @@ public:
     /// "Nuova nota", which has a button as well.
     QAction* newNote() const { return m_newNote; }
 
+Q_SIGNALS:
+    void settingsRequested();
+
 private:
     using Command = std::function<void()>;
 
@@ -46,6 +49,8 @@ private:
     void addAppearances(QMenu& menu);
     void addNoteMenu();
     void addFormats(QMenu& menu);
+    void addMoveItems(QMenu& menu);
+    void addFolderItems(QMenu& menu);
     void addWindowMenu();
 
     void withSelectedNote(const std::function<void(NoteItem&)>& command) const;

@@ -81,21 +81,22 @@ TEST_F(QuillaryCommandsTest, StandInTheirOrderWithTheirKeys) {
                            u"Salva come…  Ctrl+Shift+S"_s, u"Rinomina…  Ctrl+R"_s, u"Mostra nel Finder  Ctrl+Shift+R"_s,
                            u"Apri cartella delle note"_s, u"Sposta nel Cestino…  Ctrl+Shift+Backspace"_s, u"-"_s,
                            u"Chiudi finestra  Ctrl+W"_s, u"Esci da Quillary  Ctrl+Q"_s}));
-    EXPECT_EQ(
-        items(menu(u"Modifica"_s)),
-        (QStringList{u"Annulla  Ctrl+Z"_s,
-                     u"Ripristina  "_s + QKeySequence(QKeySequence::Redo).toString(QKeySequence::PortableText), u"-"_s,
-                     u"Taglia  Ctrl+X"_s, u"Copia  Ctrl+C"_s, u"Incolla  Ctrl+V"_s, u"Seleziona tutto  Ctrl+A"_s}));
+    EXPECT_EQ(items(menu(u"Modifica"_s)),
+              (QStringList{u"Annulla  Ctrl+Z"_s,
+                           u"Ripristina  "_s + QKeySequence(QKeySequence::Redo).toString(QKeySequence::PortableText),
+                           u"-"_s, u"Taglia  Ctrl+X"_s, u"Copia  Ctrl+C"_s, u"Incolla  Ctrl+V"_s,
+                           u"Seleziona tutto  Ctrl+A"_s, u"-"_s, u"Impostazioni…  Ctrl+,"_s}));
     EXPECT_EQ(items(menu(u"Vista"_s)),
               (QStringList{u"Mostra / nascondi barra laterale  Meta+Ctrl+S"_s, u"-"_s, u"Ingrandisci testo  Ctrl++"_s,
                            u"Riduci testo  Ctrl+-"_s, u"Dimensione predefinita  Ctrl+0"_s, u"-"_s, u"Aspetto ▸"_s}));
-    EXPECT_EQ(items(menu(u"Nota"_s)),
-              (QStringList{u"Nota successiva  Ctrl+Down"_s, u"Nota precedente  Ctrl+Up"_s, u"Cerca note  Ctrl+K"_s,
-                           u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"-"_s, u"Formato ▸"_s,
-                           u"Formatta JSON  Ctrl+Alt+Shift+F"_s, u"Compatta JSON"_s, u"-"_s,
-                           u"Confronta note selezionate  Ctrl+Shift+D"_s, u"Raggruppa in nuova cartella  Ctrl+G"_s,
-                           u"Sposta nota in su  Ctrl+Alt+Up"_s, u"Sposta nota in giù  Ctrl+Alt+Down"_s, u"-"_s,
-                           u"Copia contenuto della nota  Ctrl+Alt+C"_s}));
+    EXPECT_EQ(
+        items(menu(u"Nota"_s)),
+        (QStringList{u"Nota successiva  Ctrl+Down"_s, u"Nota precedente  Ctrl+Up"_s, u"Cerca note  Ctrl+K"_s,
+                     u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"-"_s, u"Formato ▸"_s,
+                     u"Formatta JSON  Ctrl+Alt+Shift+F"_s, u"Compatta JSON"_s, u"-"_s,
+                     u"Confronta note selezionate  Ctrl+Shift+D"_s, u"Raggruppa in nuova cartella  Ctrl+G"_s,
+                     u"Sposta in ▸"_s, u"Sposta nota in su  Ctrl+Alt+Up"_s, u"Sposta nota in giù  Ctrl+Alt+Down"_s,
+                     u"-"_s, u"Copia contenuto della nota  Ctrl+Alt+C"_s, u"-"_s, u"Cartella ▸"_s}));
     EXPECT_EQ(items(menu(u"Formato"_s)),
               (QStringList{u"Testo  Meta+Ctrl+1"_s, u"Markdown  Meta+Ctrl+2"_s, u"JSON  Meta+Ctrl+3"_s,
                            u"CSV  Meta+Ctrl+4"_s, u"HTML  Meta+Ctrl+5"_s, u"CSS  Meta+Ctrl+6"_s,
@@ -208,6 +209,34 @@ TEST_F(QuillaryCommandsTest, GroupTheSelectedNotesInANewFolder) {
     run(u"Nota"_s, u"Raggruppa in nuova cartella"_s);
     EXPECT_EQ(folder.note(u"a"_s)->folder(), store.folders().constFirst());
     EXPECT_EQ(folder.note(u"b"_s)->folder(), store.folders().constFirst());
+}
+
+TEST_F(QuillaryCommandsTest, MoveTheActionTargetsToAFolder) {
+    NotesStore& store = folder.store();
+    store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
+    Q_EMIT menu(u"Sposta in"_s)->aboutToShow();
+    run(u"Sposta in"_s, u"Lavoro"_s);
+    EXPECT_EQ(folder.note(u"a"_s)->folder(), u"Lavoro"_s);
+    EXPECT_EQ(folder.note(u"b"_s)->folder(), u"Lavoro"_s);
+}
+
+TEST_F(QuillaryCommandsTest, ActOnTheSelectedFolderWhileThereIsOne) {
+    NotesStore& store = folder.store();
+    const QMenu* const items = menu(u"Cartella"_s);
+    EXPECT_FALSE(items->menuAction()->isEnabled());
+    store.setSelectedFolder(u"Lavoro"_s);
+    EXPECT_TRUE(items->menuAction()->isEnabled());
+    Q_EMIT menu(u"Cartella"_s)->aboutToShow();
+    run(u"Cartella"_s, u"Rinomina"_s);
+    EXPECT_EQ(store.renamingFolder(), u"Lavoro"_s);
+    store.setSelectedFolder(std::nullopt);
+    EXPECT_FALSE(items->menuAction()->isEnabled());
+}
+
+TEST_F(QuillaryCommandsTest, AskForTheSettings) {
+    const QSignalSpy requests(&window, &MainWindow::settingsRequested);
+    run(u"Modifica"_s, u"Impostazioni…"_s);
+    EXPECT_EQ(requests.count(), 1);
 }
 
 TEST_F(QuillaryCommandsTest, EditInTheWidgetThatHasTheKeyboard) {

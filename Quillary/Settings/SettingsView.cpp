@@ -1,0 +1,57 @@
+#include "Quillary/Settings/SettingsView.h"
+
+#include "Quillary/Settings/EditorSettingsView.h"
+#include "Quillary/Settings/GeneralSettingsView.h"
+#include "Quillary/Settings/ShortcutSettingsView.h"
+#include "Quillary/Theme/Symbol.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QKeySequence>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace quillary {
+
+SettingsView::SettingsView(AppSettings* settings, NotesStore* store, KeyboardController* keyboard, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_keyboard(*keyboard) {
+    setWindowTitle(tr("Impostazioni"));
+    auto* const tabs = new QTabWidget(this);
+    tabs->setDocumentMode(true);
+    tabs->setAccessibleName(tr("Impostazioni"));
+    tabs->addTab(new GeneralSettingsView(settings, store, tabs), symbolIcon(Symbol::settings), tr("Generale"));
+    tabs->addTab(new EditorSettingsView(settings, tabs), symbolIcon(Symbol::fontSize), tr("Editor"));
+    tabs->addTab(new ShortcutSettingsView(settings, keyboard, tabs), symbolIcon(Symbol::keyboard), tr("Scorciatoie"));
+    connect(tabs, &QTabWidget::currentChanged, keyboard, &KeyboardController::cancelRecording);
+
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 6, 0, 0);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(tabs);
+
+    auto* const closing = new QAction(this);
+    closing->setShortcuts({Qt::CTRL | Qt::Key_W, Qt::Key_Escape});
+    connect(closing, &QAction::triggered, this, &QWidget::close);
+    addAction(closing);
+}
+
+void SettingsView::present() {
+    show();
+    raise();
+    activateWindow();
+}
+
+void SettingsView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Nobody is there to press the keys any more.
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+        m_keyboard.cancelRecording();
+    }
+}
+
+void SettingsView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    m_keyboard.cancelRecording();
+}
+
+} // namespace quillary
