@@ -6,6 +6,12 @@ namespace quillary {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+using Modifiers = KeyShortcut::Modifiers;
+
+} // namespace
+
 QString rawValue(ShortcutAction action) {
     switch (action) {
     case ShortcutAction::nextNote:
@@ -48,7 +54,6 @@ QString displayName(ShortcutAction action) {
 }
 
 KeyShortcut defaultShortcut(ShortcutAction action) {
-    using Modifiers = KeyShortcut::Modifiers;
     switch (action) {
     case ShortcutAction::nextNote:
         return {KeyCode::downArrow, Modifiers::command, u"↓"_s};

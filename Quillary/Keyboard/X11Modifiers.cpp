@@ -9,6 +9,8 @@ namespace quillary {
 
 namespace {
 
+using Modifiers = KeyShortcut::Modifiers;
+
 // Numbers of <X11/keysymdef.h>.
 constexpr xcb_keysym_t altLeft = 0xffe9;
 constexpr xcb_keysym_t altRight = 0xffea;
@@ -85,7 +87,6 @@ X11Modifiers X11Modifiers::read(xcb_connection_t* connection) {
 }
 
 quint16 X11Modifiers::mask(KeyShortcut::Modifiers modifiers) const {
-    using Modifiers = KeyShortcut::Modifiers;
     quint16 mask = 0;
     const auto add = [&](Modifiers modifier, quint16 bits) {
         if (modifiers.contains(modifier)) {
