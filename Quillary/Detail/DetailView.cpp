@@ -14,13 +14,13 @@
 
 namespace quillary {
 
-DetailView::DetailView(NotesStore& store, AppSettings& settings, QWidget* parent)
+DetailView::DetailView(NotesStore& store, AppSettings& settings, FindController& find, QWidget* parent)
     : QWidget(parent),
       m_store(store),
       m_toolbar(new DetailToolbar(store, settings, this)),
       m_panes(new QStackedWidget(this)),
       m_placeholder(new PlaceholderView(m_panes)),
-      m_editor(new EditorView(&store, &settings, m_panes)),
+      m_editor(new EditorView(&store, &settings, &find, m_panes)),
       m_preview(new NotePreview(store, settings, m_panes)),
       m_selection(new SelectionPanel(store, m_panes)),
       m_comparison(new DiffView(store, settings, m_panes)),

@@ -12,6 +12,7 @@ namespace quillary {
 class DetailToolbar;
 class DiffView;
 class EditorView;
+class FindController;
 class NotePreview;
 class PlaceholderView;
 class SelectionPanel;
@@ -23,7 +24,7 @@ class DetailView : public QWidget {
     Q_OBJECT
 
 public:
-    DetailView(NotesStore& store, AppSettings& settings, QWidget* parent = nullptr);
+    DetailView(NotesStore& store, AppSettings& settings, FindController& find, QWidget* parent = nullptr);
 
     /// What stands between the tool bar and the status bar.
     QWidget* pane() const;

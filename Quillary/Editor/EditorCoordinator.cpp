@@ -2,6 +2,7 @@
 
 #include "Quillary/Editor/EditorFont.h"
 #include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Find/FindController.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NoteDocument.h"
@@ -17,9 +18,11 @@ namespace quillary {
 
 using namespace std::chrono_literals;
 
-EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, QStackedWidget& host)
+EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, FindController& find,
+                                     QStackedWidget& host)
     : m_store(store),
       m_settings(settings),
+      m_find(find),
       m_host(host),
       m_placeholder(new QWidget),
       m_highlightAfterEdit(120ms, [this] { highlightNow(); }),
@@ -61,10 +64,13 @@ void EditorCoordinator::update() {
     if (document != m_document) {
         swapTo(document);
         m_lastRevision = revision;
+        m_find.setAnchorLocation(0);
+        searchAnew();
     } else if (revision != m_lastRevision && document) {
         m_lastRevision = revision;
         textView()->setSelection(textView()->selection());
         textView()->resetHighlightedLanguage();
+        searchAnew();
     }
     if (ZoomableTextView* view = textView()) {
         applyStyle(*m_document, *view);
@@ -86,7 +92,7 @@ void EditorCoordinator::applyStyle(NoteDocument& document, ZoomableTextView& vie
 /// What ends when another document comes on show.
 void EditorCoordinator::leave(ZoomableTextView& view) {
     m_document->undoManager().breakCoalescing();
-    view.textLayout().marks().clear();
+    view.clearFindHighlights();
     m_document->scrollOrigin = view.scrollOrigin();
     if (isHighlightPending()) {
         // What was to be coloured is coloured when it comes back; the task must not reach the next view.
@@ -163,7 +169,15 @@ void EditorCoordinator::textDidChange(const ZoomableTextView* sender) {
         m_store.setSelectedFolder(std::nullopt);
     }
     m_store.textDidChange(*item, *m_document, detectsFormat);
+    searchAnew();
     scheduleHighlight(m_highlightAfterEdit);
+}
+
+/// Keeps what an open find bar shows true to the text.
+void EditorCoordinator::searchAnew() {
+    if (m_find.isVisible()) {
+        m_find.search();
+    }
 }
 
 void EditorCoordinator::takeFocusIfAsked() {

@@ -18,6 +18,7 @@ class QStackedWidget;
 namespace quillary {
 
 class AppSettings;
+class FindController;
 class NoteDocument;
 class NotesStore;
 class ZoomableTextView;
@@ -30,7 +31,7 @@ class EditorCoordinator : public QObject {
 
 public:
     /// `host` gets the text views as its pages, and owns them. All must outlive the coordinator.
-    EditorCoordinator(NotesStore& store, AppSettings& settings, QStackedWidget& host);
+    EditorCoordinator(NotesStore& store, AppSettings& settings, FindController& find, QStackedWidget& host);
     ~EditorCoordinator() override;
 
     /// The text view on show; null when no document is.
@@ -48,6 +49,7 @@ private:
     ZoomableTextView& textViewOf(NoteDocument& document);
     ZoomableTextView* makeTextView(NoteDocument& document);
     void applyStyle(NoteDocument& document, ZoomableTextView& view);
+    void searchAnew();
     void takeFocusIfAsked();
     void textDidChange(const ZoomableTextView* sender);
     void zoom(int step);
@@ -70,6 +72,7 @@ private:
 
     NotesStore& m_store;
     AppSettings& m_settings;
+    FindController& m_find;
     QStackedWidget& m_host;
     /// Shown while no document is.
     QWidget* m_placeholder;

@@ -1,24 +1,27 @@
 #pragma once
 
-#include <QStackedWidget>
+#include <QWidget>
 
 #include <memory>
+
+class QStackedWidget;
 
 namespace quillary {
 
 class AppSettings;
 class EditorCoordinator;
+class FindController;
 class NotesStore;
 class ZoomableTextView;
 
-/// The place of the editor in the window: the text view of the selected note, or nothing. What is shown when, and what
-/// follows from an edit, is up to its coordinator.
-class EditorView : public QStackedWidget {
+/// The place of the editor in the window: the find bar, if it is open, above the text view of the selected note, or
+/// nothing. What is shown when, and what follows from an edit, is up to its coordinator.
+class EditorView : public QWidget {
     Q_OBJECT
 
 public:
-    /// Both must outlive the view.
-    EditorView(NotesStore* store, AppSettings* settings, QWidget* parent = nullptr);
+    /// All must outlive the view.
+    EditorView(NotesStore* store, AppSettings* settings, FindController* find, QWidget* parent = nullptr);
     ~EditorView() override;
 
     /// Whether the editor is the pane in use, and not covered by a preview. A covered editor takes no edits, and a
@@ -29,6 +32,7 @@ public:
     ZoomableTextView* textView() const;
 
 private:
+    QStackedWidget* m_textViews;
     std::unique_ptr<EditorCoordinator> m_coordinator;
 };
 

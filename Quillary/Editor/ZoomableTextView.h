@@ -1,13 +1,14 @@
 #pragma once
 
 #include "Quillary/Editor/TextLayout.h"
-#include "Quillary/State/NoteTextView.h"
+#include "Quillary/Find/FindTextView.h"
 #include "QuillaryCore/Formats/SyntaxLanguage.h"
 #include "QuillaryCore/Text/UndoManager.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <QElapsedTimer>
+#include <QPointer>
 
 #include <functional>
 #include <optional>
@@ -16,6 +17,7 @@ class QInputMethodEvent;
 class QMenu;
 class QMimeData;
 class QNativeGestureEvent;
+class QVariantAnimation;
 
 namespace quillary {
 
@@ -24,7 +26,7 @@ namespace quillary {
 ///
 /// Where it is scrolled to is a row and a distance, so that nothing on the screen moves when the rows above it turn out
 /// to be more or fewer than estimated.
-class ZoomableTextView : public QAbstractScrollArea, public NoteTextView {
+class ZoomableTextView : public QAbstractScrollArea, public FindTextView {
     Q_OBJECT
 
 public:
@@ -52,9 +54,15 @@ public:
     TextSelection selection() const override { return m_selection; }
 
     /// Ends within a cluster move to its start. The view does not scroll.
-    void setSelection(TextSelection selection);
+    void setSelection(TextSelection selection) override;
 
     bool replaceText(TextRange range, const QString& text) override;
+
+    bool replaceTexts(std::span<const TextReplacement> replacements) override;
+
+    void setFindHighlights(std::span<const TextRange> ranges, std::optional<qsizetype> current) override;
+    void clearFindHighlights() override;
+    void showFindIndicator(TextRange range) override;
 
     void resetHighlightedLanguage() override { m_highlightedLanguage.reset(); }
 
@@ -71,7 +79,7 @@ public:
     QString selectedText() const;
 
     /// Scrolls as little as needed to show a range's start, and of its end what fits.
-    void scrollToRange(TextRange range);
+    void scrollToRange(TextRange range) override;
 
     /// The distance that the view is scrolled by, in pixels; vertically by the present estimate.
     QPointF scrollOrigin() const;
@@ -225,6 +233,8 @@ private:
     void drawSelection(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip);
     void drawCaret(QPainter& painter);
     QRect placeOfCaret(const Row& row, qsizetype position);
+    void drawFindIndicator(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip);
+    void stopFindIndicator();
     void restartBlinking();
     void zoomByGesture(const QNativeGestureEvent& event);
     QMenu* makeContextMenu();
@@ -245,6 +255,12 @@ private:
     qsizetype m_topPosition = 0;
     int m_topOverhang = -verticalInset;
     bool m_isSettingScrollBars = false;
+
+    /// The find bar's current match, which stands out even where it is selected.
+    std::optional<TextRange> m_currentFind;
+    /// Runs while a match is being pointed out.
+    QPointer<QVariantAnimation> m_findIndicator;
+    TextRange m_indicatedRange;
 
     Unit m_dragUnit = Unit::cluster;
     TextRange m_dragOrigin;

@@ -1,4 +1,6 @@
 #include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Theme/Palettes.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -20,6 +22,7 @@ void ZoomableTextView::paintEvent(QPaintEvent* event) {
     for (const VisibleRow& row : rows) {
         m_layout.drawMarks(painter, row.row, QPointF(left, row.top), clip);
     }
+    drawFindIndicator(painter, rows, clip);
     painter.setPen(palette().color(QPalette::Text));
     for (const VisibleRow& row : rows) {
         m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, palette());
@@ -48,11 +51,14 @@ void ZoomableTextView::drawSelection(QPainter& painter, const std::vector<Visibl
     }
     painter.save();
     painter.setClipRegion(selected);
-    painter.fillRect(clip, palette().brush(group, QPalette::Highlight));
-    painter.setPen(palette().color(group, QPalette::HighlightedText));
+    // The find bar's current match has one ground in both appearances, so its text has the colours of the light one.
+    const bool isCurrentFind = m_currentFind == m_selection.range();
+    const QPalette colors = isCurrentFind ? lightPalette() : palette();
+    painter.fillRect(clip, isCurrentFind ? Theme::findHighlight : palette().color(group, QPalette::Highlight));
+    painter.setPen(isCurrentFind ? Theme::findHighlightedText : palette().color(group, QPalette::HighlightedText));
     for (const VisibleRow& row : rows) {
         if (selected.intersects(QRect(0, row.top, viewport()->width(), m_layout.pitch()))) {
-            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, palette());
+            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, colors);
         }
     }
     painter.restore();

@@ -103,7 +103,7 @@ void AppDelegate::applicationShouldTerminate() {
 
 void AppDelegate::openMainWindow() {
     if (m_window == nullptr) {
-        m_window = std::make_unique<MainWindow>(store(), settings(), keyboard(), [this] { openMainWindow(); });
+        m_window = std::make_unique<MainWindow>(store(), settings(), find(), keyboard(), [this] { openMainWindow(); });
         connect(m_window.get(), &MainWindow::settingsRequested, this, &AppDelegate::openSettings);
         AppActions::shared().mainWindow = m_window.get();
     }

@@ -21,13 +21,13 @@ constexpr int narrowestDetail = 240;
 
 } // namespace
 
-ContentView::ContentView(NotesStore& store, AppSettings& settings, std::function<void()> openWindow, QAction* newNote,
-                         QWidget* parent)
+ContentView::ContentView(NotesStore& store, AppSettings& settings, FindController& find,
+                         std::function<void()> openWindow, QAction* newNote, QWidget* parent)
     : QSplitter(Qt::Horizontal, parent),
       m_store(store),
       m_openWindow(std::move(openWindow)),
       m_sidebar(new SidebarView(store, newNote, this)),
-      m_detail(new DetailView(store, settings, this)) {
+      m_detail(new DetailView(store, settings, find, this)) {
     m_sidebar->setMinimumWidth(narrowestSidebar);
     m_detail->setMinimumWidth(narrowestDetail);
     setHandleWidth(1);

@@ -11,7 +11,7 @@
 
 namespace quillary {
 
-MainWindow::MainWindow(NotesStore& store, AppSettings& settings, KeyboardController& keyboard,
+MainWindow::MainWindow(NotesStore& store, AppSettings& settings, FindController& find, KeyboardController& keyboard,
                        std::function<void()> openWindow, QWidget* parent)
     : QWidget(parent, Qt::Window) {
     constexpr QSize defaultSize(940, 620);
@@ -19,9 +19,9 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, KeyboardControl
     resize(defaultSize);
     setMinimumSize(480, 320);
 
-    auto* const commands = new QuillaryCommands(&store, &settings, &keyboard, this);
+    auto* const commands = new QuillaryCommands(&store, &settings, &find, &keyboard, this);
     connect(commands, &QuillaryCommands::settingsRequested, this, &MainWindow::settingsRequested);
-    m_content = new ContentView(store, settings, std::move(openWindow), commands->newNote(), this);
+    m_content = new ContentView(store, settings, find, std::move(openWindow), commands->newNote(), this);
     m_content->setSizes({sidebarWidth, defaultSize.width() - sidebarWidth});
 
     auto* const layout = new QHBoxLayout(this);

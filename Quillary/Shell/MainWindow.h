@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/Find/FindController.h"
 #include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/State/AppSettings.h"
@@ -19,7 +20,7 @@ class MainWindow : public QWidget, public AppWindow {
 
 public:
     /// `openWindow` makes the window anew, for whoever finds it closed.
-    MainWindow(NotesStore& store, AppSettings& settings, KeyboardController& keyboard,
+    MainWindow(NotesStore& store, AppSettings& settings, FindController& find, KeyboardController& keyboard,
                std::function<void()> openWindow = {}, QWidget* parent = nullptr);
 
     bool isVisibleOnScreen() const override;

@@ -1,5 +1,6 @@
 #include "Quillary/Shell/QuillaryCommands.h"
 
+#include "Quillary/Find/FindController.h"
 #include "Quillary/Keyboard/KeyboardController.h"
 #include "Quillary/Keyboard/MenuShortcut.h"
 #include "Quillary/Shell/MainWindow.h"
@@ -17,11 +18,12 @@
 
 namespace quillary {
 
-QuillaryCommands::QuillaryCommands(NotesStore* store, AppSettings* settings, KeyboardController* keyboard,
-                                   MainWindow* window)
+QuillaryCommands::QuillaryCommands(NotesStore* store, AppSettings* settings, FindController* find,
+                                   KeyboardController* keyboard, MainWindow* window)
     : QObject(window),
       m_store(*store),
       m_settings(*settings),
+      m_find(*find),
       m_keyboard(*keyboard),
       m_window(*window),
       m_menuBar(new QMenuBar(window)) {
@@ -96,7 +98,17 @@ void QuillaryCommands::addEditMenu() {
     addStandard(menu, tr("Incolla"), QKeySequence::Paste);
     addStandard(menu, tr("Seleziona tutto"), QKeySequence::SelectAll);
     menu.addSeparator();
+    addFindItems(*menu.addMenu(tr("Trova")));
+    menu.addSeparator();
     add(menu, tr("Impostazioni…"), Qt::CTRL | Qt::Key_Comma, [this] { Q_EMIT settingsRequested(); });
+}
+
+void QuillaryCommands::addFindItems(QMenu& menu) {
+    add(menu, tr("Trova…"), Qt::CTRL | Qt::Key_F, [this] { m_find.show(false); });
+    add(menu, tr("Trova e sostituisci…"), Qt::ALT | Qt::CTRL | Qt::Key_F, [this] { m_find.show(true); });
+    add(menu, tr("Trova successivo (⌘G con la ricerca aperta)"), {}, [this] { m_find.step(1); });
+    add(menu, tr("Trova precedente"), Qt::SHIFT | Qt::CTRL | Qt::Key_G, [this] { m_find.step(-1); });
+    add(menu, tr("Usa selezione per trovare"), Qt::CTRL | Qt::Key_E, [this] { m_find.useSelectionForFind(); });
 }
 
 void QuillaryCommands::addViewMenu() {

@@ -15,6 +15,7 @@ class QMenuBar;
 
 namespace quillary {
 
+class FindController;
 class KeyboardController;
 class MainWindow;
 
@@ -25,7 +26,8 @@ class QuillaryCommands : public QObject {
 
 public:
     /// All must outlive it; the window becomes its parent.
-    QuillaryCommands(NotesStore* store, AppSettings* settings, KeyboardController* keyboard, MainWindow* window);
+    QuillaryCommands(NotesStore* store, AppSettings* settings, FindController* find, KeyboardController* keyboard,
+                     MainWindow* window);
 
     QMenuBar* menuBar() const { return m_menuBar; }
 
@@ -45,6 +47,7 @@ private:
 
     void addFileMenu();
     void addEditMenu();
+    void addFindItems(QMenu& menu);
     void addViewMenu();
     void addAppearances(QMenu& menu);
     void addNoteMenu();
@@ -60,6 +63,7 @@ private:
 
     NotesStore& m_store;
     AppSettings& m_settings;
+    FindController& m_find;
     KeyboardController& m_keyboard;
     MainWindow& m_window;
     QMenuBar* m_menuBar;

@@ -35,6 +35,8 @@ const AdaptiveColor jsonString{rgb(0.56, 0.82, 0.62), rgb(0.13, 0.48, 0.30)};
 const AdaptiveColor jsonNumber{rgb(0.55, 0.73, 1.00), rgb(0.10, 0.36, 0.74)};
 const AdaptiveColor jsonLiteral{rgb(0.84, 0.62, 0.92), rgb(0.58, 0.24, 0.62)};
 const QColor accentDot = rgb(0.91, 0.36, 0.10);
+const QColor findHighlight = rgb(1.00, 0.84, 0.04);
+const QColor findHighlightedText = rgb(0.11, 0.11, 0.12);
 
 const AdaptiveColor& syntaxColor(SyntaxTokenKind kind) {
     static const AdaptiveColor keyword{rgb(0.99, 0.43, 0.68), rgb(0.61, 0.13, 0.58)};

@@ -26,6 +26,11 @@ extern const QColor accentDot;
 /// The colour of a kind of token in source text.
 const AdaptiveColor& syntaxColor(SyntaxTokenKind kind);
 
+/// The find bar's current match and the text in it, the same in both appearances. The other matches have the same
+/// colour at a low opacity.
+extern const QColor findHighlight;
+extern const QColor findHighlightedText;
+
 QColor separator(const QPalette& palette);
 QColor editorBackground(const QPalette& palette);
 QColor secondaryText(const QPalette& palette);

@@ -41,7 +41,8 @@ class DetailTest : public testing::Test {
 protected:
     using Files = QList<std::pair<QString, QString>>;
 
-    explicit DetailTest(const Files& files) : m_folder(files), m_view(m_folder.store(), m_folder.settings()) {
+    explicit DetailTest(const Files& files)
+        : m_folder(files), m_view(m_folder.store(), m_folder.settings(), m_folder.find()) {
         AppActions::shared().desktop = &m_desktop;
         m_view.resize(700, 500);
         m_view.show();

@@ -249,7 +249,7 @@ TEST_F(EditorColoringTest, ALongNoteThatHasNoRoomOnTheScreenIsNotColoured) {
     write(u"N.json"_s, jsonLines(300'001));
     m_store = std::make_unique<NotesStore>(&m_settings);
     QWidget host;
-    m_view = std::make_unique<EditorView>(m_store.get(), &m_settings, &host);
+    m_view = std::make_unique<EditorView>(m_store.get(), &m_settings, m_find.get(), &host);
     m_view->resize(0, 0);
     host.show();
     select(u"N"_s);

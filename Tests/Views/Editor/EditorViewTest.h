@@ -2,6 +2,7 @@
 
 #include "Quillary/Editor/EditorView.h"
 #include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Find/FindController.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/State/NotesStore.h"
@@ -33,11 +34,13 @@ protected:
     /// Opens the store with the notes that are on disk by now.
     void start() {
         m_view.reset();
+        m_find.reset();
         m_store.reset();
         m_settings.setNotesDirectory(FilePath::fromText(m_directory.filePath(u"note"_s)));
         m_settings.setSortOrder(NoteSortOrder::title);
         m_store = std::make_unique<NotesStore>(&m_settings);
-        m_view = std::make_unique<EditorView>(m_store.get(), &m_settings);
+        m_find = std::make_unique<FindController>(*m_store);
+        m_view = std::make_unique<EditorView>(m_store.get(), &m_settings, m_find.get());
         m_view->resize(500, 400);
         m_view->show();
         m_view->activateWindow();
@@ -72,6 +75,7 @@ protected:
     QTemporaryDir m_directory;
     AppSettings m_settings{Preferences(FilePath::fromText(m_directory.filePath(u"preferences.json"_s)))};
     std::unique_ptr<NotesStore> m_store;
+    std::unique_ptr<FindController> m_find;
     std::unique_ptr<EditorView> m_view;
 };
 

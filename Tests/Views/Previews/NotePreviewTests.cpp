@@ -174,7 +174,7 @@ TEST_F(NotePreviewOf, ALinkToAnotherFileOpensItAndToNoneBeeps) {
 
 TEST_F(NotePreviewOf, FormattingChangesTheNoteAndThePreview) {
     NoteItem& note = select(u"b"_s);
-    EditorView editor(&store(), &m_folder.settings());
+    EditorView editor(&store(), &m_folder.settings(), &m_folder.find());
     editor.show();
     ASSERT_NE(editor.textView(), nullptr);
     QPushButton* format = nullptr;

@@ -64,7 +64,7 @@ protected:
 
     test::FakeDesktop desktop;
     NotesFolder folder{{{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"Lavoro/c.md"_s, u"gamma"_s}}};
-    MainWindow window{folder.store(), folder.settings(), folder.keyboard()};
+    MainWindow window{folder.store(), folder.settings(), folder.find(), folder.keyboard()};
 };
 
 } // namespace
@@ -85,7 +85,11 @@ TEST_F(QuillaryCommandsTest, StandInTheirOrderWithTheirKeys) {
               (QStringList{u"Annulla  Ctrl+Z"_s,
                            u"Ripristina  "_s + QKeySequence(QKeySequence::Redo).toString(QKeySequence::PortableText),
                            u"-"_s, u"Taglia  Ctrl+X"_s, u"Copia  Ctrl+C"_s, u"Incolla  Ctrl+V"_s,
-                           u"Seleziona tutto  Ctrl+A"_s, u"-"_s, u"Impostazioni…  Ctrl+,"_s}));
+                           u"Seleziona tutto  Ctrl+A"_s, u"-"_s, u"Trova ▸"_s, u"-"_s, u"Impostazioni…  Ctrl+,"_s}));
+    EXPECT_EQ(items(menu(u"Trova"_s)),
+              (QStringList{u"Trova…  Ctrl+F"_s, u"Trova e sostituisci…  Ctrl+Alt+F"_s,
+                           u"Trova successivo (⌘G con la ricerca aperta)"_s, u"Trova precedente  Ctrl+Shift+G"_s,
+                           u"Usa selezione per trovare  Ctrl+E"_s}));
     EXPECT_EQ(items(menu(u"Vista"_s)),
               (QStringList{u"Mostra / nascondi barra laterale  Meta+Ctrl+S"_s, u"-"_s, u"Ingrandisci testo  Ctrl++"_s,
                            u"Riduci testo  Ctrl+-"_s, u"Dimensione predefinita  Ctrl+0"_s, u"-"_s, u"Aspetto ▸"_s}));
@@ -127,6 +131,24 @@ TEST_F(QuillaryCommandsTest, MakeNotesBesideTheSelectedOne) {
     EXPECT_EQ(folder.store().selectedItem()->folder(), std::nullopt);
     run(u"File"_s, u"Nuova cartella"_s);
     EXPECT_EQ(folder.store().folders().size(), 2);
+}
+
+TEST_F(QuillaryCommandsTest, OpenAndDriveTheFindBar) {
+    FindController& find = folder.find();
+    run(u"Trova"_s, u"Trova…"_s);
+    EXPECT_TRUE(find.isVisible());
+    EXPECT_FALSE(find.showsReplace());
+    run(u"Trova"_s, u"Trova e sostituisci…"_s);
+    EXPECT_TRUE(find.showsReplace());
+    find.setQuery(u"a"_s);
+    ASSERT_EQ(find.matchCount(), 2);
+    run(u"Trova"_s, u"Trova successivo (⌘G con la ricerca aperta)"_s);
+    EXPECT_EQ(find.currentIndex(), 1);
+    run(u"Trova"_s, u"Trova precedente"_s);
+    EXPECT_EQ(find.currentIndex(), 0);
+    AppActions::shared().editor->replaceText({0, 0}, u"x"_s);
+    run(u"Trova"_s, u"Usa selezione per trovare"_s);
+    EXPECT_EQ(desktop.beeps, 1);
 }
 
 TEST_F(QuillaryCommandsTest, ActOnTheSelectedNoteAndDoNothingWithoutOne) {
