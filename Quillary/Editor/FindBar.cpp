@@ -188,7 +188,10 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
 
 void FindBar::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    focusAskedField();
+    // A window that comes back from its icon keeps the focus where it was.
+    if (!event->spontaneous()) {
+        focusAskedField();
+    }
 }
 
 } // namespace quillary
