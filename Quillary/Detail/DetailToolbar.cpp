@@ -5,6 +5,7 @@
 #include "Quillary/Detail/ElidedLabel.h"
 #include "Quillary/Detail/FormatMenuButton.h"
 #include "Quillary/Detail/PreviewButton.h"
+#include "Quillary/Detail/SoloButton.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 
@@ -19,13 +20,14 @@ constexpr int symbolSize = 16;
 
 } // namespace
 
-DetailToolbar::DetailToolbar(NotesStore& store, AppSettings& settings, QWidget* parent)
+DetailToolbar::DetailToolbar(NotesStore& store, AppSettings& settings, SoloController& solo, QWidget* parent)
     : QWidget(parent),
       m_title(new EditableTitle(store, this)),
       m_selectionImage(new QLabel(this)),
       m_selectionTitle(new ElidedLabel(this)),
       m_format(new FormatMenuButton(store, this)),
       m_preview(new PreviewButton(store, settings, this)),
+      m_solo(new SoloButton(solo, this)),
       m_copy(new CopyContentButton([&store] { store.copySelectedContent(); }, this)),
       m_store(store) {
     setAccessibleName(tr("Barra degli strumenti"));
@@ -36,7 +38,7 @@ DetailToolbar::DetailToolbar(NotesStore& store, AppSettings& settings, QWidget* 
     auto* const commands = new QHBoxLayout;
     commands->setSpacing(4);
     commands->addStretch();
-    for (QToolButton* const button : std::initializer_list<QToolButton*>{m_format, m_preview, m_copy}) {
+    for (QToolButton* const button : std::initializer_list<QToolButton*>{m_format, m_preview, m_solo, m_copy}) {
         button->setIconSize({symbolSize, symbolSize});
         button->setFixedHeight(26);
         commands->addWidget(button);
@@ -87,6 +89,7 @@ void DetailToolbar::update() {
     m_format->setVisible(m_item != nullptr);
     m_format->setItem(m_item);
     m_preview->setItem(m_item);
+    m_solo->setEnabled(m_item != nullptr && m_item->document() != nullptr);
     m_copy->setEnabled(m_item != nullptr && m_item->document() != nullptr);
 }
 

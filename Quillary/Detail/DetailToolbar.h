@@ -16,13 +16,16 @@ class EditableTitle;
 class ElidedLabel;
 class FormatMenuButton;
 class PreviewButton;
+class SoloButton;
+class SoloController;
 
 /// The strip above the detail pane: the title of the note, or of a multiple selection, and the note's commands.
 class DetailToolbar : public QWidget {
     Q_OBJECT
 
 public:
-    DetailToolbar(NotesStore& store, AppSettings& settings, QWidget* parent = nullptr);
+    /// All must outlive it.
+    DetailToolbar(NotesStore& store, AppSettings& settings, SoloController& solo, QWidget* parent = nullptr);
 
     /// Follows a note, or shows the title of a multiple selection, or neither.
     void follow(const NoteItemPtr& item, const std::optional<QString>& selectionTitle);
@@ -39,6 +42,7 @@ private:
     ElidedLabel* m_selectionTitle;
     FormatMenuButton* m_format;
     PreviewButton* m_preview;
+    SoloButton* m_solo;
     CopyContentButton* m_copy;
     NotesStore& m_store;
 };

@@ -14,10 +14,11 @@
 
 namespace quillary {
 
-DetailView::DetailView(NotesStore& store, AppSettings& settings, FindController& find, QWidget* parent)
+DetailView::DetailView(NotesStore& store, AppSettings& settings, FindController& find, SoloController& solo,
+                       QWidget* parent)
     : QWidget(parent),
       m_store(store),
-      m_toolbar(new DetailToolbar(store, settings, this)),
+      m_toolbar(new DetailToolbar(store, settings, solo, this)),
       m_panes(new QStackedWidget(this)),
       m_placeholder(new PlaceholderView(m_panes)),
       m_editor(new EditorView(&store, &settings, &find, m_panes)),

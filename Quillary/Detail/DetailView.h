@@ -16,6 +16,7 @@ class FindController;
 class NotePreview;
 class PlaceholderView;
 class SelectionPanel;
+class SoloController;
 class StatusBar;
 
 /// The right side of the main window. What it shows follows from the store: the panel of a multiple selection or its
@@ -24,7 +25,8 @@ class DetailView : public QWidget {
     Q_OBJECT
 
 public:
-    DetailView(NotesStore& store, AppSettings& settings, FindController& find, QWidget* parent = nullptr);
+    DetailView(NotesStore& store, AppSettings& settings, FindController& find, SoloController& solo,
+               QWidget* parent = nullptr);
 
     /// What stands between the tool bar and the status bar.
     QWidget* pane() const;

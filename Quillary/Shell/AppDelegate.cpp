@@ -41,6 +41,13 @@ KeyboardController& AppDelegate::keyboard() {
     return *m_keyboard;
 }
 
+SoloController& AppDelegate::solo() {
+    if (m_solo == nullptr) {
+        m_solo = std::make_unique<SoloController>(settings());
+    }
+    return *m_solo;
+}
+
 void AppDelegate::applicationDidFinishLaunching() {
     m_appearance = std::make_unique<Appearance>();
     settings().onApplyAppearance = [this](AppAppearance appearance) { m_appearance->apply(appearance); };
@@ -103,7 +110,8 @@ void AppDelegate::applicationShouldTerminate() {
 
 void AppDelegate::openMainWindow() {
     if (m_window == nullptr) {
-        m_window = std::make_unique<MainWindow>(store(), settings(), find(), keyboard(), [this] { openMainWindow(); });
+        m_window =
+            std::make_unique<MainWindow>(store(), settings(), find(), keyboard(), solo(), [this] { openMainWindow(); });
         connect(m_window.get(), &MainWindow::settingsRequested, this, &AppDelegate::openSettings);
         AppActions::shared().mainWindow = m_window.get();
     }

@@ -7,6 +7,7 @@
 #include "Quillary/Shell/KeyMonitor.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Shell/SystemDesktop.h"
+#include "Quillary/Solo/SoloController.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 #include "Quillary/Theme/Appearance.h"
@@ -30,6 +31,7 @@ public:
     NotesStore& store();
     FindController& find();
     KeyboardController& keyboard();
+    SoloController& solo();
 
     /// Called once, before the event loop: appearance, window, signals of the session.
     void applicationDidFinishLaunching();
@@ -50,6 +52,7 @@ private:
     std::unique_ptr<FindController> m_find;
     std::unique_ptr<KeyboardController> m_keyboard;
     std::unique_ptr<KeyMonitor> m_keyMonitor;
+    std::unique_ptr<SoloController> m_solo;
     std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<TerminationSignals> m_signals;
     std::unique_ptr<MainWindow> m_window;

@@ -4,6 +4,7 @@
 #include "Quillary/Detail/HiddenSystemTitle.h"
 #include "Quillary/Dialogs/FolderDeletionDialog.h"
 #include "Quillary/Dialogs/NoteDeletionDialog.h"
+#include "Quillary/SendPanel/SoloPanelPresenter.h"
 #include "Quillary/Shell/ErrorAlert.h"
 #include "Quillary/Sidebar/SidebarView.h"
 #include "Quillary/State/AppActions.h"
@@ -21,13 +22,13 @@ constexpr int narrowestDetail = 240;
 
 } // namespace
 
-ContentView::ContentView(NotesStore& store, AppSettings& settings, FindController& find,
+ContentView::ContentView(NotesStore& store, AppSettings& settings, FindController& find, SoloController& solo,
                          std::function<void()> openWindow, QAction* newNote, QWidget* parent)
     : QSplitter(Qt::Horizontal, parent),
       m_store(store),
       m_openWindow(std::move(openWindow)),
       m_sidebar(new SidebarView(store, newNote, this)),
-      m_detail(new DetailView(store, settings, find, this)) {
+      m_detail(new DetailView(store, settings, find, solo, this)) {
     m_sidebar->setMinimumWidth(narrowestSidebar);
     m_detail->setMinimumWidth(narrowestDetail);
     setHandleWidth(1);
@@ -39,6 +40,7 @@ ContentView::ContentView(NotesStore& store, AppSettings& settings, FindControlle
     new ErrorAlert(store, window());
     new NoteDeletionDialog(store, window());
     new FolderDeletionDialog(store, window());
+    new SoloPanelPresenter(store, settings, solo, window());
     connect(&store, &NotesStore::searchFocusTokenChanged, this, [this] { setColumnVisibility(ColumnVisibility::all); });
 }
 

@@ -14,6 +14,7 @@ namespace quillary {
 class DetailView;
 class FindController;
 class SidebarView;
+class SoloController;
 
 /// What is in the main window: the sidebar beside the detail pane, and the dialogs that belong to the window.
 class ContentView : public QSplitter {
@@ -25,8 +26,8 @@ public:
 
     /// `openWindow` makes the main window anew; it becomes `AppActions::openMainWindow` when this is first displayed.
     /// `newNote` is the window's command, for the button above the list.
-    ContentView(NotesStore& store, AppSettings& settings, FindController& find, std::function<void()> openWindow,
-                QAction* newNote, QWidget* parent = nullptr);
+    ContentView(NotesStore& store, AppSettings& settings, FindController& find, SoloController& solo,
+                std::function<void()> openWindow, QAction* newNote, QWidget* parent = nullptr);
 
     ColumnVisibility columnVisibility() const;
 

@@ -12,16 +12,16 @@
 namespace quillary {
 
 MainWindow::MainWindow(NotesStore& store, AppSettings& settings, FindController& find, KeyboardController& keyboard,
-                       std::function<void()> openWindow, QWidget* parent)
+                       SoloController& solo, std::function<void()> openWindow, QWidget* parent)
     : QWidget(parent, Qt::Window) {
     constexpr QSize defaultSize(940, 620);
     constexpr int sidebarWidth = 270;
     resize(defaultSize);
     setMinimumSize(480, 320);
 
-    auto* const commands = new QuillaryCommands(&store, &settings, &find, &keyboard, this);
+    auto* const commands = new QuillaryCommands(&store, &settings, &find, &keyboard, &solo, this);
     connect(commands, &QuillaryCommands::settingsRequested, this, &MainWindow::settingsRequested);
-    m_content = new ContentView(store, settings, find, std::move(openWindow), commands->newNote(), this);
+    m_content = new ContentView(store, settings, find, solo, std::move(openWindow), commands->newNote(), this);
     m_content->setSizes({sidebarWidth, defaultSize.width() - sidebarWidth});
 
     auto* const layout = new QHBoxLayout(this);

@@ -13,6 +13,7 @@
 namespace quillary {
 
 class ContentView;
+class SoloController;
 
 /// The one window: the sidebar beside the detail pane. Closing it hides it; the application goes on.
 class MainWindow : public QWidget, public AppWindow {
@@ -21,7 +22,7 @@ class MainWindow : public QWidget, public AppWindow {
 public:
     /// `openWindow` makes the window anew, for whoever finds it closed.
     MainWindow(NotesStore& store, AppSettings& settings, FindController& find, KeyboardController& keyboard,
-               std::function<void()> openWindow = {}, QWidget* parent = nullptr);
+               SoloController& solo, std::function<void()> openWindow = {}, QWidget* parent = nullptr);
 
     bool isVisibleOnScreen() const override;
     bool isMiniaturized() const override;

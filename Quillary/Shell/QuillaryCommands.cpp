@@ -7,6 +7,7 @@
 #include "Quillary/Shell/StandardEditing.h"
 #include "Quillary/Sidebar/FolderMenuItems.h"
 #include "Quillary/Sidebar/MoveToFolderMenuItems.h"
+#include "Quillary/Solo/SoloController.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/Theme/Symbol.h"
 
@@ -19,12 +20,13 @@
 namespace quillary {
 
 QuillaryCommands::QuillaryCommands(NotesStore* store, AppSettings* settings, FindController* find,
-                                   KeyboardController* keyboard, MainWindow* window)
+                                   KeyboardController* keyboard, SoloController* solo, MainWindow* window)
     : QObject(window),
       m_store(*store),
       m_settings(*settings),
       m_find(*find),
       m_keyboard(*keyboard),
+      m_solo(*solo),
       m_window(*window),
       m_menuBar(new QMenuBar(window)) {
     addFileMenu();
@@ -155,6 +157,7 @@ void QuillaryCommands::addNoteMenu() {
     add(menu, tr("Sposta nota in su"), Qt::ALT | Qt::CTRL | Qt::Key_Up, [this] { m_store.shiftSelectedNote(-1); });
     add(menu, tr("Sposta nota in giù"), Qt::ALT | Qt::CTRL | Qt::Key_Down, [this] { m_store.shiftSelectedNote(1); });
     menu.addSeparator();
+    addSoloItem(menu);
     add(menu, tr("Copia contenuto della nota"), Qt::ALT | Qt::CTRL | Qt::Key_C,
         [this] { m_store.copySelectedContent(); });
     menu.addSeparator();
@@ -189,8 +192,19 @@ void QuillaryCommands::addFolderItems(QMenu& menu) {
     update();
 }
 
+void QuillaryCommands::addSoloItem(QMenu& menu) {
+    QAction* const action =
+        add(menu, tr("Invia a Solo…"), Qt::SHIFT | Qt::CTRL | Qt::Key_Return, [this] { m_solo.showPanel(); });
+    const auto update = [this, action] {
+        action->setEnabled(m_solo.client().cliPath().has_value() && m_store.selectedItem() != nullptr);
+    };
+    connect(&m_store, &NotesStore::selectedIDChanged, action, update);
+    connect(&m_store, &NotesStore::notesChanged, action, update);
+    update();
+}
+
 void QuillaryCommands::addWindowMenu() {
-    QMenu& menu = addMenu(tr("Fi&nestra"));
+    QMenu& menu = addMenu(tr("Finest&ra"));
     add(menu, tr("Riduci a icona"), Qt::CTRL | Qt::Key_M, [this] { m_window.showMinimized(); });
     add(menu, tr("Ingrandisci / ripristina"), {},
         [this] { m_window.setWindowState(m_window.windowState() ^ Qt::WindowMaximized); });

@@ -18,6 +18,7 @@ namespace quillary {
 class FindController;
 class KeyboardController;
 class MainWindow;
+class SoloController;
 
 /// The menu bar of the main window. It decides nothing: each item calls a command, and the commands guard themselves. A
 /// key that an item shows gets here last, when neither the dispatcher of keys nor the focused widget wanted it.
@@ -27,7 +28,7 @@ class QuillaryCommands : public QObject {
 public:
     /// All must outlive it; the window becomes its parent.
     QuillaryCommands(NotesStore* store, AppSettings* settings, FindController* find, KeyboardController* keyboard,
-                     MainWindow* window);
+                     SoloController* solo, MainWindow* window);
 
     QMenuBar* menuBar() const { return m_menuBar; }
 
@@ -54,6 +55,7 @@ private:
     void addFormats(QMenu& menu);
     void addMoveItems(QMenu& menu);
     void addFolderItems(QMenu& menu);
+    void addSoloItem(QMenu& menu);
     void addWindowMenu();
 
     void withSelectedNote(const std::function<void(NoteItem&)>& command) const;
@@ -65,6 +67,7 @@ private:
     AppSettings& m_settings;
     FindController& m_find;
     KeyboardController& m_keyboard;
+    SoloController& m_solo;
     MainWindow& m_window;
     QMenuBar* m_menuBar;
     QAction* m_newNote = nullptr;

@@ -2,6 +2,7 @@
 
 #include "Quillary/Find/FindController.h"
 #include "Quillary/Keyboard/KeyboardController.h"
+#include "Quillary/Solo/SoloController.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 
@@ -29,6 +30,7 @@ public:
         m_settings->setSortOrder(order);
         m_store = std::make_unique<NotesStore>(m_settings.get());
         m_find = std::make_unique<FindController>(*m_store);
+        m_solo = std::make_unique<SoloController>(*m_settings, SoloClient(std::nullopt, std::nullopt));
         m_keyboard = std::make_unique<KeyboardController>(m_store.get(), m_settings.get(), m_find.get(), nullptr);
     }
 
@@ -37,6 +39,9 @@ public:
     AppSettings& settings() { return *m_settings; }
 
     FindController& find() { return *m_find; }
+
+    /// A Solo that isn't installed.
+    SoloController& solo() { return *m_solo; }
 
     /// The dispatcher of keys, without a hot key.
     KeyboardController& keyboard() { return *m_keyboard; }
@@ -68,6 +73,7 @@ private:
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<NotesStore> m_store;
     std::unique_ptr<FindController> m_find;
+    std::unique_ptr<SoloController> m_solo;
     std::unique_ptr<KeyboardController> m_keyboard;
 };
 

@@ -42,7 +42,7 @@ protected:
     using Files = QList<std::pair<QString, QString>>;
 
     explicit DetailTest(const Files& files)
-        : m_folder(files), m_view(m_folder.store(), m_folder.settings(), m_folder.find()) {
+        : m_folder(files), m_view(m_folder.store(), m_folder.settings(), m_folder.find(), m_folder.solo()) {
         AppActions::shared().desktop = &m_desktop;
         m_view.resize(700, 500);
         m_view.show();

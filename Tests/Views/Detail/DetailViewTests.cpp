@@ -30,7 +30,7 @@ const QString hints = u"⌘N  nuova nota\n⇧⌘N  dagli appunti"_s;
 
 TEST(DetailViewOfNothing, SaysThatThereIsNoNote) {
     NotesFolder folder({});
-    const DetailView view(folder.store(), folder.settings(), folder.find());
+    const DetailView view(folder.store(), folder.settings(), folder.find(), folder.solo());
     EXPECT_EQ(shownTexts(*view.pane()), QStringList({u"Nessuna nota"_s, hints}));
 }
 
@@ -47,7 +47,8 @@ TEST_F(DetailViewTest, SaysWhyANoteCanNotBeOpened) {
     AppSettings& settings = m_folder.settings();
     NotesStore fresh(&settings);
     FindController find(fresh);
-    const DetailView view(fresh, settings, find);
+    SoloController solo(settings);
+    const DetailView view(fresh, settings, find, solo);
     for (const NoteItemPtr& note : fresh.notes()) {
         if (note->title() == u"b"_s) {
             fresh.setSelectedID(note->id());

@@ -176,7 +176,7 @@ protected:
     test::FakeDesktop desktop;
     NotesFolder folder{{{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"Lavoro/c.md"_s, u"gamma"_s}}};
     KeyMonitor monitor{&folder.keyboard()};
-    MainWindow window{folder.store(), folder.settings(), folder.find(), folder.keyboard()};
+    MainWindow window{folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo()};
     QMap<QString, QString> before;
 };
 

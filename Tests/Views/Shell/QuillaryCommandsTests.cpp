@@ -64,7 +64,7 @@ protected:
 
     test::FakeDesktop desktop;
     NotesFolder folder{{{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"Lavoro/c.md"_s, u"gamma"_s}}};
-    MainWindow window{folder.store(), folder.settings(), folder.find(), folder.keyboard()};
+    MainWindow window{folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo()};
 };
 
 } // namespace
@@ -93,14 +93,14 @@ TEST_F(QuillaryCommandsTest, StandInTheirOrderWithTheirKeys) {
     EXPECT_EQ(items(menu(u"Vista"_s)),
               (QStringList{u"Mostra / nascondi barra laterale  Meta+Ctrl+S"_s, u"-"_s, u"Ingrandisci testo  Ctrl++"_s,
                            u"Riduci testo  Ctrl+-"_s, u"Dimensione predefinita  Ctrl+0"_s, u"-"_s, u"Aspetto ▸"_s}));
-    EXPECT_EQ(
-        items(menu(u"Nota"_s)),
-        (QStringList{u"Nota successiva  Ctrl+Down"_s, u"Nota precedente  Ctrl+Up"_s, u"Cerca note  Ctrl+K"_s,
-                     u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"-"_s, u"Formato ▸"_s,
-                     u"Formatta JSON  Ctrl+Alt+Shift+F"_s, u"Compatta JSON"_s, u"-"_s,
-                     u"Confronta note selezionate  Ctrl+Shift+D"_s, u"Raggruppa in nuova cartella  Ctrl+G"_s,
-                     u"Sposta in ▸"_s, u"Sposta nota in su  Ctrl+Alt+Up"_s, u"Sposta nota in giù  Ctrl+Alt+Down"_s,
-                     u"-"_s, u"Copia contenuto della nota  Ctrl+Alt+C"_s, u"-"_s, u"Cartella ▸"_s}));
+    EXPECT_EQ(items(menu(u"Nota"_s)),
+              (QStringList{u"Nota successiva  Ctrl+Down"_s, u"Nota precedente  Ctrl+Up"_s, u"Cerca note  Ctrl+K"_s,
+                           u"Mostra / nascondi anteprima  Ctrl+Shift+P"_s, u"-"_s, u"Formato ▸"_s,
+                           u"Formatta JSON  Ctrl+Alt+Shift+F"_s, u"Compatta JSON"_s, u"-"_s,
+                           u"Confronta note selezionate  Ctrl+Shift+D"_s, u"Raggruppa in nuova cartella  Ctrl+G"_s,
+                           u"Sposta in ▸"_s, u"Sposta nota in su  Ctrl+Alt+Up"_s,
+                           u"Sposta nota in giù  Ctrl+Alt+Down"_s, u"-"_s, u"Invia a Solo…  Ctrl+Shift+Return"_s,
+                           u"Copia contenuto della nota  Ctrl+Alt+C"_s, u"-"_s, u"Cartella ▸"_s}));
     EXPECT_EQ(items(menu(u"Formato"_s)),
               (QStringList{u"Testo  Meta+Ctrl+1"_s, u"Markdown  Meta+Ctrl+2"_s, u"JSON  Meta+Ctrl+3"_s,
                            u"CSV  Meta+Ctrl+4"_s, u"HTML  Meta+Ctrl+5"_s, u"CSS  Meta+Ctrl+6"_s,

@@ -53,7 +53,7 @@ TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
 
 TEST(MainWindow, IsTitledByTheSelectedNote) {
     NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
-    const MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard());
+    const MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
     EXPECT_EQ(window.windowTitle(), u"a"_s);
     folder.store().rename(*folder.note(u"a"_s), u"Altro"_s);
     EXPECT_EQ(window.windowTitle(), u"Altro"_s);
@@ -63,7 +63,7 @@ TEST(MainWindow, IsTitledByTheSelectedNote) {
 
 TEST(MainWindow, ARequestForTheSearchFieldShowsAClosedSidebar) {
     NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
-    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard());
+    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
     window.show();
     auto* const splitter = window.findChild<QSplitter*>();
     splitter->setSizes({0, window.width()});
@@ -74,7 +74,7 @@ TEST(MainWindow, ARequestForTheSearchFieldShowsAClosedSidebar) {
 
 TEST(MainWindow, ClosingHidesItAndSavesNothing) {
     NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
-    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard());
+    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
     window.makeKeyAndOrderFront();
     EXPECT_TRUE(window.isVisibleOnScreen());
     folder.note(u"a"_s)->setDirty(true);
