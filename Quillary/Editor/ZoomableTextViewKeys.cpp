@@ -90,6 +90,10 @@ bool ZoomableTextView::claimsKey(const QKeyEvent& event) {
     if (modifiers == Qt::NoModifier && isTyped(event)) {
         return !m_isReadOnly;
     }
+    // X11 has Ctrl+E for the end of a line, which End does as well; here it searches for what is selected.
+    if (event.modifiers() == Qt::ControlModifier && event.key() == Qt::Key_E) {
+        return false;
+    }
     const auto matches = [&](QKeySequence::StandardKey key) { return event.matches(key); };
     const auto moves = [&](const MotionKeys& keys) { return matches(keys.move) || matches(keys.select); };
     return isPlain(event, Qt::Key_Backspace) || isPlain(event, Qt::Key_Delete) || isPlain(event, Qt::Key_Return) ||

@@ -12,7 +12,7 @@ class Find(DesktopTest):
         self.write("Nota.txt", self.TEXT)
         self.preferences["appearance"] = appearance
         program = self.start()
-        program.expect_rows(["Note", "Nota"])
+        program.expect_rows(["Oggi", "Nota"])
         wait_for("the text", lambda: program.find("text", "Testo della nota"))
         wait_for("the focus", program.is_active)
         return program

@@ -12,6 +12,7 @@
 #include "Tests/Views/NotesFolder.h"
 
 #include <QAbstractButton>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTest>
 #include <QVariantAnimation>
@@ -376,6 +377,17 @@ TEST_F(FindBarTest, ScrollsToTheMatch) {
     EXPECT_LE(shown.location, 2000);
     EXPECT_GE(shown.end(), 2003);
     EXPECT_GT(text().scrollOrigin().y(), 0);
+}
+
+TEST_F(FindBarTest, TheTextLeavesTheKeyOfItsSelectionToTheMenu) {
+    QKeyEvent command(QEvent::ShortcutOverride, Qt::Key_E, Qt::ControlModifier);
+    command.ignore();
+    QCoreApplication::sendEvent(&text(), &command);
+    EXPECT_FALSE(command.isAccepted());
+    QKeyEvent end(QEvent::ShortcutOverride, Qt::Key_End, Qt::NoModifier);
+    end.ignore();
+    QCoreApplication::sendEvent(&text(), &end);
+    EXPECT_TRUE(end.isAccepted());
 }
 
 TEST_F(FindBarTest, FitsIntoANarrowPane) {
