@@ -2,64 +2,56 @@
 
 #include "QuillaryCore/Find/FoldedText.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
-#include <vector>
 
 namespace quillary {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Farther into a literal nothing is gained by looking.
-constexpr qsizetype mostUnitsLookedAt = 64;
+constexpr qsizetype mostUnitsLookedAt = 48;
 
-/// How often a unit comes in notes, as a rank: letters of Italian and English texts by frequency, then other ASCII,
-/// then the rest.
-int commonness(char16_t unit) {
-    constexpr QLatin1StringView byFrequency("zjxqwkyvbhfgmpcdulsnrotiae ");
-    const auto lower = static_cast<char16_t>(unit >= u'A' && unit <= u'Z' ? unit | 0x20 : unit);
-    if (lower >= 0x80) {
-        return 0;
+/// Windows spread over a text. A note has few kinds of lines; what is rare in these is rare in the rest.
+class Sample {
+public:
+    explicit Sample(QStringView text) {
+        constexpr qsizetype windows = 16;
+        constexpr qsizetype window = 256;
+        if (text.size() <= windows * window) {
+            m_windows.append(text);
+            return;
+        }
+        for (qsizetype i = 0; i < windows; ++i) {
+            m_windows.append(text.sliced((text.size() - window) / (windows - 1) * i, window));
+        }
     }
-    const qsizetype rank = byFrequency.indexOf(QChar(lower));
-    constexpr int rankOfPunctuation = 8;
-    return rank < 0 ? rankOfPunctuation : static_cast<int>(rank) + 1;
-}
 
-/// A unit of a literal that may be looked for, and how many false alarms are to be feared.
-struct Candidate {
-    MaskedUnit unit;
-    int cost = 0;
-    /// Exactly one unit of the text stands for it.
-    bool isFixed = false;
+    /// How often a unit shows, and how often two do at a distance.
+    qsizetype count(MaskedUnit unit) const {
+        return countIf(0, [&](const QChar* place) { return unit.matches(*place); });
+    }
+
+    qsizetype count(MaskedUnit first, MaskedUnit second, qsizetype distance) const {
+        return countIf(distance,
+                       [&](const QChar* place) { return first.matches(*place) && second.matches(place[distance]); });
+    }
+
+private:
+    template <typename Condition>
+    qsizetype countIf(qsizetype reach, Condition condition) const {
+        qsizetype count = 0;
+        for (const QStringView window : m_windows) {
+            for (const QChar* place = window.begin(); place + reach < window.end(); ++place) {
+                count += condition(place) ? 1 : 0;
+            }
+        }
+        return count;
+    }
+
+    QVarLengthArray<QStringView, 16> m_windows;
 };
-
-/// The two cheapest of neighbouring candidates, or the only one; nothing if none is fixed.
-std::optional<LiteralAnchor> cheapest(const std::vector<Candidate>& candidates) {
-    std::optional<LiteralAnchor> best;
-    int lowest = 0;
-    const auto consider = [&](const LiteralAnchor& anchor, int cost) {
-        if (!best || cost < lowest) {
-            best = anchor;
-            lowest = cost;
-        }
-    };
-    // One unit alone gives far more false alarms than two.
-    constexpr int costOfLoneliness = 60;
-    for (std::size_t i = 0; i < candidates.size(); ++i) {
-        if (!candidates[i].isFixed) {
-            continue;
-        }
-        const auto offset = static_cast<qsizetype>(i);
-        consider({offset, candidates[i].unit, std::nullopt, 0}, candidates[i].cost + costOfLoneliness);
-        for (std::size_t j = i + 1; j < candidates.size() && candidates[j].isFixed; ++j) {
-            consider({offset, candidates[i].unit, candidates[j].unit, static_cast<qsizetype>(j - i)},
-                     candidates[i].cost + candidates[j].cost);
-        }
-    }
-    return best;
-}
 
 /// Which units of a folded literal a letter that stands for several may take part in.
 std::vector<bool> unitsInLongFoldings(QStringView literal) {
@@ -74,36 +66,70 @@ std::vector<bool> unitsInLongFoldings(QStringView literal) {
 
 } // namespace
 
-LiteralAnchor LiteralAnchor::exact(QStringView literal) {
-    std::vector<Candidate> candidates;
-    for (const QChar unit : literal.first(std::min(literal.size(), mostUnitsLookedAt))) {
-        candidates.push_back({{unit.unicode(), 0}, commonness(unit.unicode()), true});
+LiteralAnchors LiteralAnchors::exact(QStringView literal) {
+    LiteralAnchors anchors;
+    for (qsizetype i = 0; i < std::min(literal.size(), mostUnitsLookedAt); ++i) {
+        anchors.m_places.push_back({i, {literal[i].unicode(), 0}, 0});
     }
-    return *cheapest(candidates);
+    return anchors;
 }
 
-std::optional<LiteralAnchor> LiteralAnchor::folded(QStringView literal) {
+LiteralAnchors LiteralAnchors::folded(QStringView literal) {
     // A long folding may begin within what is looked at and end behind it.
     constexpr qsizetype longest = 4;
     const std::vector<bool> isInLong =
         unitsInLongFoldings(literal.first(std::min(literal.size(), mostUnitsLookedAt + longest)));
-    std::vector<Candidate> candidates;
+    LiteralAnchors anchors;
+    qsizetype stretch = 0;
     for (qsizetype i = 0; i < std::min(literal.size(), mostUnitsLookedAt); ++i) {
         const auto variants = case_folding::unitsThatFoldTo(literal[i].unicode());
         if (variants.isEmpty() || isInLong[static_cast<std::size_t>(i)]) {
-            candidates.push_back({});
+            ++stretch;
             continue;
         }
-        Candidate candidate{{variants.front(), 0}, commonness(literal[i].unicode()), true};
+        Place place{i, {variants.front(), 0}, stretch};
         for (const char16_t variant : variants) {
-            candidate.unit = candidate.unit.with(variant);
+            place.unit = place.unit.with(variant);
         }
-        // Each bit beyond the one of case lets others through.
-        constexpr int costOfBit = 12;
-        candidate.cost += costOfBit * std::max(0, candidate.unit.width() - 1);
-        candidates.push_back(candidate);
+        anchors.m_places.push_back(place);
     }
-    return cheapest(candidates);
+    return anchors;
+}
+
+LiteralAnchor LiteralAnchors::rarest(QStringView text) const {
+    constexpr std::size_t rareUnits = 6;
+    const Sample sample(text);
+
+    struct Counted {
+        Place place;
+        qsizetype count = 0;
+    };
+
+    std::vector<Counted> places;
+    for (const Place& place : m_places) {
+        places.push_back({place, sample.count(place.unit)});
+    }
+    std::stable_sort(places.begin(), places.end(),
+                     [](const Counted& a, const Counted& b) { return a.count < b.count; });
+    // Two units together are rarer than either, and how much rarer only the text can tell.
+    places.resize(std::min(places.size(), rareUnits));
+    const Place& rarestUnit = places.front().place;
+    LiteralAnchor best{rarestUnit.offset, rarestUnit.unit, std::nullopt, 0};
+    std::optional<qsizetype> fewest;
+    for (const Counted& one : places) {
+        for (const Counted& other : places) {
+            const qsizetype distance = other.place.offset - one.place.offset;
+            if (distance <= 0 || one.place.stretch != other.place.stretch) {
+                continue;
+            }
+            const qsizetype count = sample.count(one.place.unit, other.place.unit, distance);
+            if (!fewest || count < *fewest) {
+                fewest = count;
+                best = {one.place.offset, one.place.unit, other.place.unit, distance};
+            }
+        }
+    }
+    return best;
 }
 
 } // namespace quillary

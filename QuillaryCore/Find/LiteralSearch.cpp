@@ -65,16 +65,17 @@ std::optional<LiteralSearch> LiteralSearch::make(const QString& literal, bool ca
     search.m_caseSensitive = caseSensitive;
     search.m_wholeWord = wholeWord;
     search.m_literal = caseSensitive ? literal : case_folding::fold(literal);
-    search.m_anchor = caseSensitive ? LiteralAnchor::exact(search.m_literal) : LiteralAnchor::folded(search.m_literal);
+    search.m_anchors =
+        caseSensitive ? LiteralAnchors::exact(search.m_literal) : LiteralAnchors::folded(search.m_literal);
     return search;
 }
 
 void LiteralSearch::forEach(QStringView text, const Accept& accept) const {
     Run run(*this, text, accept);
-    if (m_anchor) {
-        run.scanForAnchor(*m_anchor);
-    } else {
+    if (m_anchors.isEmpty()) {
         run.read(0);
+    } else {
+        run.scanForAnchor(m_anchors.rarest(text));
     }
 }
 

@@ -31,7 +31,7 @@ private:
     QString m_literal; // folded unless case matters
     bool m_caseSensitive = false;
     bool m_wholeWord = false;
-    std::optional<LiteralAnchor> m_anchor;
+    LiteralAnchors m_anchors;
 };
 
 } // namespace quillary

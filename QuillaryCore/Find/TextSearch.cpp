@@ -29,6 +29,28 @@ QString escapedPattern(const QString& query) {
     return pattern;
 }
 
+bool isPlain(QStringView pattern) {
+    return std::none_of(pattern.begin(), pattern.end(), isMetacharacter);
+}
+
+/// The literal that a query stands for, if it is one, and whether only as a whole word.
+struct Literal {
+    QString text;
+    bool wholeWord = false;
+};
+
+std::optional<Literal> literalOf(const QString& query, SearchOptions options) {
+    if (!options.regex || isPlain(query)) {
+        return Literal{query, options.wholeWord};
+    }
+    constexpr QLatin1StringView boundary("\\b");
+    if (query.size() > 2 * boundary.size() && query.startsWith(boundary) && query.endsWith(boundary)) {
+        const QString word = query.sliced(boundary.size(), query.size() - 2 * boundary.size());
+        return isPlain(word) ? std::optional(Literal{word, true}) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 Result<TextSearch, TextSearchError> TextSearch::make(const QString& query, SearchOptions options) {
@@ -36,9 +58,8 @@ Result<TextSearch, TextSearchError> TextSearch::make(const QString& query, Searc
         return TextSearchError::emptyQuery;
     }
     TextSearch search(options);
-    // A pattern without metacharacters matches itself too.
-    if (!options.regex || std::none_of(query.begin(), query.end(), isMetacharacter)) {
-        search.m_literal = LiteralSearch::make(query, options.caseSensitive, options.wholeWord);
+    if (const std::optional<Literal> literal = literalOf(query, options)) {
+        search.m_literal = LiteralSearch::make(literal->text, options.caseSensitive, literal->wholeWord);
         if (search.m_literal) {
             return search;
         }

@@ -110,7 +110,7 @@ std::optional<WordPattern> WordPattern::make(QStringView pattern, bool caseSensi
         return std::nullopt;
     }
     if (!folded.isEmpty()) {
-        result.m_anchor = caseSensitive ? LiteralAnchor::exact(folded) : LiteralAnchor::folded(folded);
+        result.m_anchors = caseSensitive ? LiteralAnchors::exact(folded) : LiteralAnchors::folded(folded);
     }
     return result;
 }
@@ -129,7 +129,7 @@ void WordPattern::forEach(QStringView text, const Accept& accept) const {
         const std::optional<TextRange> match = matchIn(text, {start, end - start});
         return !match || accept(*match);
     };
-    if (!m_anchor) {
+    if (m_anchors.isEmpty()) {
         for (qsizetype position = 0; position < text.size(); position = std::max(position + 1, behindRun)) {
             if (!tryRunAround(position)) {
                 return;
@@ -138,10 +138,11 @@ void WordPattern::forEach(QStringView text, const Accept& accept) const {
         return;
     }
     const auto found = [&](qsizetype position) { return !tryRunAround(position); };
-    if (m_anchor->second) {
-        scanForPair(text, m_anchor->first, *m_anchor->second, m_anchor->distance, {}, found);
+    const LiteralAnchor anchor = m_anchors.rarest(text);
+    if (anchor.second) {
+        scanForPair(text, anchor.first, *anchor.second, anchor.distance, {}, found);
     } else {
-        scanForAny(text, std::span(&m_anchor->first, 1), found);
+        scanForAny(text, std::span(&anchor.first, 1), found);
     }
 }
 

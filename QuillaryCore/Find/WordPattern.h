@@ -33,7 +33,7 @@ private:
     bool m_endsAtBoundary = false;
     bool m_caseSensitive = false;
     QString m_ending; // folded unless case matters
-    std::optional<LiteralAnchor> m_anchor;
+    LiteralAnchors m_anchors;
 };
 
 } // namespace quillary

@@ -13,6 +13,8 @@
 
 namespace quillary {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Memory for backtracking. A note of a million units needs some tens of bytes for each.
@@ -54,6 +56,12 @@ qsizetype nextLine(QStringView text, qsizetype position) {
     return std::min<qsizetype>(end - text.begin() + 1, text.size());
 }
 
+/// Without repetitions, groups, references and whole clusters a pattern costs as many steps a place as it has letters,
+/// and to watch them would cost more than they do.
+bool mayTakeLong(QStringView pattern) {
+    return std::any_of(pattern.begin(), pattern.end(), [](QChar unit) { return u"*+?{(123456789kX"_s.contains(unit); });
+}
+
 quint8 classesOf(char32_t codePoint) {
     static const std::span<const quint8, 0x10000> basicPlane = basicPlanePatternClasses();
     return codePoint < basicPlane.size() ? basicPlane[codePoint] : patternClasses(codePoint);
@@ -63,6 +71,8 @@ quint8 classesOf(char32_t codePoint) {
 
 struct RegularExpression::Compiled {
     std::unique_ptr<icu::RegexPattern> pattern;
+    /// Whether trying at a place may cost more than a few steps.
+    bool mayTakeLong = true;
 };
 
 struct RegularExpression::Match::Source {
@@ -89,6 +99,7 @@ std::optional<RegularExpression> RegularExpression::make(QStringView pattern, bo
     if (U_FAILURE(status)) {
         return std::nullopt;
     }
+    compiled->mayTakeLong = mayTakeLong(pattern);
     return RegularExpression(std::move(compiled));
 }
 
@@ -101,7 +112,9 @@ void RegularExpression::forEach(QStringView text, std::chrono::milliseconds time
     SearchWatch watch(timeLimit);
     matcher->reset(alias.get());
     matcher->setStackLimit(mostStackBytes, status);
-    watch.install(*matcher, status);
+    if (m_compiled->mayTakeLong) {
+        watch.install(*matcher, status);
+    }
     icu_support::require(status, "search a text");
     const Match::Source source{*matcher};
     qsizetype from = 0;

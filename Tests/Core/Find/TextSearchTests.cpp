@@ -137,6 +137,10 @@ TEST(TextSearch, FindsWhatTheQueryMeans) {
         {"behind a refused one", u"aa"_s, wholeWord, u"aaa aa"_s, {u"4:aa"_s}},
         {"no boundary behind a plus", u"c++"_s, wholeWord, u"c++ c++a"_s, {u"4:c++"_s}},
         {"a boundary looks through marks", u"a"_s, wholeWord, u"a\u0301 a\u00ADb a"_s, {u"7:a"_s}},
+        {"between boundaries", u"\\bfoo\\b"_s, regex, u"foo foobar FOO"_s, {u"0:foo"_s, u"11:FOO"_s}},
+        {"a boundary and no more", u"\\b\\b"_s, regex, u"foo"_s, {}},
+        {"a backslash before a boundary", u"\\bfoo\\\\b"_s, regex, u"foo foo\\b"_s, {u"4:foo\\b"_s}},
+        {"a pattern without repetitions", u"[fg].o\\b"_s, regex, u"foo goob gxo"_s, {u"0:foo"_s, u"9:gxo"_s}},
         {"in each branch", u"foo|bar"_s, wholeWordRegex, u"foo foobar bar"_s, {u"0:foo"_s, u"11:bar"_s}},
         {"none of them", u"foo|bar"_s, wholeWordRegex, u"foobar"_s, {}},
 
