@@ -92,7 +92,7 @@ void NoteCard::changeEvent(QEvent* event) {
 void NoteCard::applyTint() {
     if (m_tint) {
         QPalette tinted = m_label->palette();
-        tinted.setColor(QPalette::WindowText, m_tint->in(palette()));
+        tinted.setColor(m_label->foregroundRole(), m_tint->in(palette()));
         m_label->setPalette(tinted);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "DetailTest.h"
 #include "Quillary/Detail/NoteCard.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QMenu>
 #include <QPushButton>
@@ -63,6 +64,12 @@ TEST_F(SelectionPanelTest, TwoNotesAreAPairInTheOrderOfTheComparison) {
     EXPECT_EQ(cards().first()->accessibleName(), u"A " + order.first()->title());
     EXPECT_EQ(cards().last()->accessibleName(), u"B " + order.last()->title());
     EXPECT_TRUE(shownTexts(*panel()).contains(pairHints));
+    const QPalette palette = m_view.palette();
+    for (const auto& [card, tint] :
+         {std::pair(cards().first(), Theme::diffRemoved), std::pair(cards().last(), Theme::diffAdded)}) {
+        const auto* const label = card->findChild<QLabel*>();
+        EXPECT_EQ(label->palette().color(label->foregroundRole()), tint.in(palette));
+    }
 
     click(u"Scambia A e B"_s);
     EXPECT_EQ(cards().first()->accessibleName(), u"A " + order.last()->title());
