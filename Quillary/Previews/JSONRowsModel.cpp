@@ -41,7 +41,8 @@ void JSONRowsModel::toggle(int row) {
     } else {
         takeRows(std::move(rows));
     }
-    Q_EMIT dataChanged(index(row), index(row));
+    const QModelIndex changed = index(row);
+    Q_EMIT dataChanged(changed, changed);
 }
 
 int JSONRowsModel::parentOf(int row) const {

@@ -11,7 +11,11 @@ struct MarkdownPosition {
     qsizetype row = 0;
     qsizetype offset = 0;
 
-    friend auto operator<=>(const MarkdownPosition&, const MarkdownPosition&) = default;
+    friend bool operator==(const MarkdownPosition&, const MarkdownPosition&) = default;
+
+    friend std::strong_ordering operator<=>(const MarkdownPosition& a, const MarkdownPosition& b) {
+        return a.row != b.row ? a.row <=> b.row : a.offset <=> b.offset;
+    }
 };
 
 } // namespace quillary

@@ -122,6 +122,7 @@ std::vector<SidebarRowChange> sidebarRowChanges(const std::vector<SidebarRow>& b
                                                 const std::vector<SidebarRow>& after) {
     const Stretch stretch = differingStretch(before, after);
     const int first = stretch.first;
+    const auto start = static_cast<std::size_t>(first);
     const int beforeCount = stretch.beforeCount;
     const int afterCount = stretch.afterCount;
     std::vector<Change> changes;
@@ -129,13 +130,13 @@ std::vector<SidebarRowChange> sidebarRowChanges(const std::vector<SidebarRow>& b
     QHash<SidebarRow::Key, int> places;
     places.reserve(afterCount);
     for (int i = 0; i < afterCount; ++i) {
-        places.insert(after[static_cast<std::size_t>(first + i)].key, i);
+        places.insert(after[start + static_cast<std::size_t>(i)].key, i);
     }
     std::vector<int> kept;
     std::vector<bool> stays(static_cast<std::size_t>(beforeCount));
     std::vector<bool> isNew(static_cast<std::size_t>(afterCount), true);
     for (int i = 0; i < beforeCount; ++i) {
-        const auto place = places.constFind(before[static_cast<std::size_t>(first + i)].key);
+        const auto place = places.constFind(before[start + static_cast<std::size_t>(i)].key);
         if (place != places.constEnd()) {
             stays[static_cast<std::size_t>(i)] = true;
             isNew[static_cast<std::size_t>(*place)] = false;
