@@ -20,7 +20,7 @@ public:
     QString text() {
         QString text;
         for (std::size_t i = m_random() % 30; i > 0; --i) {
-            text += line() + ends[m_random() % ends.size()];
+            text += line() + m_ends[m_random() % m_ends.size()];
         }
         return m_random() % 2 == 0 ? text : text + line();
     }
@@ -28,16 +28,16 @@ public:
     QString line() {
         QString line;
         for (std::size_t i = m_random() % 5; i > 0; --i) {
-            line += words[m_random() % words.size()];
+            line += m_words[m_random() % m_words.size()];
         }
         return line;
     }
 
 private:
-    const std::vector<QString> ends = {u"\n"_s, u"\n"_s, u"\r\n"_s, u"\r"_s};
-    const std::vector<QString> words = {u"a"_s,      u" "_s,  u"bc"_s, u"perch\u00E9"_s,   u"perche\u0301"_s,
-                                        u" !"_s,     u"\t"_s, u"12"_s, u"\U0001F1EE"_s,    QString(QChar(0xD800)),
-                                        u"\u0301"_s, u"_"_s,  u"\r"_s, u"q\u0323\u0307"_s, u"q\u0307\u0323"_s};
+    const std::vector<QString> m_ends = {u"\n"_s, u"\n"_s, u"\r\n"_s, u"\r"_s};
+    const std::vector<QString> m_words = {u"a"_s,      u" "_s,  u"bc"_s, u"perch\u00E9"_s,   u"perche\u0301"_s,
+                                          u" !"_s,     u"\t"_s, u"12"_s, u"\U0001F1EE"_s,    QString(QChar(0xD800)),
+                                          u"\u0301"_s, u"_"_s,  u"\r"_s, u"q\u0323\u0307"_s, u"q\u0307\u0323"_s};
     std::mt19937 m_random;
 };
 

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr SearchOptions regex{.regex = true};
+constexpr SearchOptions asPattern{.regex = true};
 
 std::vector<SearchMatch> matches(const QString& query, SearchOptions options, const QString& text) {
     const auto search = TextSearch::make(query, options);
@@ -57,13 +57,13 @@ TEST(HostileSearch, EndsWithinItsTimeWithWhatItFound) {
 
 TEST(HostileSearch, GivesASearchOfTheUsersASecond) {
     EXPECT_EQ(TextSearch::timeLimit, 1s);
-    EXPECT_EQ(matches(u"(a+)+$"_s, regex, u"a\n"_s % QString(1'000'000, u'a') % u"!"_s).front().range,
+    EXPECT_EQ(matches(u"(a+)+$"_s, asPattern, u"a\n"_s % QString(1'000'000, u'a') % u"!"_s).front().range,
               (TextRange{0, 1}));
 }
 
 TEST(HostileSearch, GoesOnInTheNextLineWhereThePatternTakesTooMuchMemory) {
     const QString line = QString(3'000'000, u'a');
-    const auto found = matches(u"(a|b)*c"_s, regex, u"abc\n"_s % line % u"\nbac"_s);
+    const auto found = matches(u"(a|b)*c"_s, asPattern, u"abc\n"_s % line % u"\nbac"_s);
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0].range, (TextRange{0, 3}));
     EXPECT_EQ(found[1].range, (TextRange{line.size() + 5, 3}));
