@@ -15,7 +15,7 @@ namespace {
 constexpr double smallestMotion = 0.01;
 constexpr double travelPerStep = 0.08;
 /// Sums of hundredths are not exact in binary.
-constexpr double tolerance = 1e-9;
+constexpr double roundingTolerance = 1e-9;
 
 } // namespace
 
@@ -47,12 +47,12 @@ void PinchToZoom::pinch(const QNativeGestureEvent& event) {
         return;
     }
     m_magnification += event.value();
-    if (std::abs(m_magnification - m_told) < smallestMotion - tolerance) {
+    if (std::abs(m_magnification - m_told) < smallestMotion - roundingTolerance) {
         return;
     }
     m_told = m_magnification;
     const double travel = m_told - m_applied;
-    if (std::abs(travel) >= travelPerStep - tolerance) {
+    if (std::abs(travel) >= travelPerStep - roundingTolerance) {
         zoom(travel > 0 ? 1 : -1);
         m_applied = m_told;
     }
