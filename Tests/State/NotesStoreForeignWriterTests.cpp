@@ -75,7 +75,7 @@ TEST_F(NotesStoreForeignWriter, CommandsHoldWhileAnotherProgramWritesInTheSameDi
     for (const NoteItemPtr& item : own) {
         store->ensureLoaded(*item);
     }
-    const NoteItemPtr edited = own.first();
+    const NoteItemPtr& edited = own.first();
     store->setSelectedID(edited->id());
     const SignalCount selections(store, &NotesStore::selectedIDChanged);
     constexpr int edits = 40;

@@ -18,7 +18,7 @@ namespace {
 
 using Modifiers = KeyShortcut::Modifiers;
 
-const KeyShortcut summonKeys(KeyCode::n, Modifiers::control | Modifiers::option, u"n"_s);
+const KeyShortcut portalKeys(KeyCode::n, Modifiers::control | Modifiers::option, u"n"_s);
 
 class PortalHotKeyTest : public testing::Test {
 protected:
@@ -40,7 +40,7 @@ protected:
 } // namespace
 
 TEST(PortalTrigger, NamesModifiersAndTheSymbol) {
-    EXPECT_EQ(portalTrigger(summonKeys), u"ALT+LOGO+n"_s);
+    EXPECT_EQ(portalTrigger(portalKeys), u"ALT+LOGO+n"_s);
     EXPECT_EQ(portalTrigger(KeyShortcut(KeyCode::k, Modifiers::relevant, u"k"_s)), u"CTRL+ALT+SHIFT+LOGO+k"_s);
     EXPECT_EQ(portalTrigger(KeyShortcut(96, {}, {})), u"F5"_s);
     EXPECT_EQ(portalTrigger(KeyShortcut(KeyCode::downArrow, Modifiers::command, u"↓"_s)), u"CTRL+Down"_s);
@@ -50,7 +50,7 @@ TEST(PortalTrigger, NamesModifiersAndTheSymbol) {
 }
 
 TEST_F(PortalHotKeyTest, AsksForTheKeysAndReportsTheirPress) {
-    ASSERT_TRUE(hotKey.grab(summonKeys));
+    ASSERT_TRUE(hotKey.grab(portalKeys));
     ASSERT_TRUE(waitUntil([&] { return portal.bindings().size() == 1; }));
     EXPECT_EQ(portal.bindings().constFirst(),
               (QStringList{u"summon"_s, u"Mostra Quillary da qualsiasi app"_s, u"ALT+LOGO+n"_s}));
@@ -61,7 +61,7 @@ TEST_F(PortalHotKeyTest, AsksForTheKeysAndReportsTheirPress) {
 }
 
 TEST_F(PortalHotKeyTest, OverlooksOtherSessionsAndShortcuts) {
-    ASSERT_TRUE(hotKey.grab(summonKeys));
+    ASSERT_TRUE(hotKey.grab(portalKeys));
     ASSERT_TRUE(waitUntil([&] { return portal.bindings().size() == 1; }));
     portal.activate(u"other"_s);
     portal.activate(u"summon"_s, u"/org/freedesktop/portal/desktop/session/other"_s);
@@ -75,14 +75,14 @@ TEST_F(PortalHotKeyTest, TellsOfARefusalWhereverItComes) {
                                FakeShortcutsPortal::Refusal::call}) {
         portal.refuse(refusal);
         const qsizetype before = refused.count();
-        ASSERT_TRUE(hotKey.grab(summonKeys));
+        ASSERT_TRUE(hotKey.grab(portalKeys));
         EXPECT_TRUE(waitUntil([&] { return refused.count() == before + 1; }));
     }
     EXPECT_EQ(pressed.count(), 0);
 }
 
 TEST_F(PortalHotKeyTest, ClosesItsSessionWhenReleased) {
-    ASSERT_TRUE(hotKey.grab(summonKeys));
+    ASSERT_TRUE(hotKey.grab(portalKeys));
     ASSERT_TRUE(waitUntil([&] { return portal.bindings().size() == 1; }));
     hotKey.release();
     ASSERT_TRUE(waitUntil([&] { return portal.closedSessions() == 1; }));
@@ -92,7 +92,7 @@ TEST_F(PortalHotKeyTest, ClosesItsSessionWhenReleased) {
 }
 
 TEST_F(PortalHotKeyTest, ASessionThatComesTooLateIsClosed) {
-    ASSERT_TRUE(hotKey.grab(summonKeys));
+    ASSERT_TRUE(hotKey.grab(portalKeys));
     hotKey.release();
     ASSERT_TRUE(waitUntil([&] { return portal.closedSessions() == 1; }));
     EXPECT_TRUE(portal.bindings().isEmpty());
@@ -103,11 +103,11 @@ TEST(PortalHotKey, IsRefusedWhereThereIsNoPortalOrNoBus) {
     PrivateBus bus;
     PortalHotKey hotKey(bus.connection());
     const QSignalSpy refused(&hotKey, &HotKeyBackend::refused);
-    ASSERT_TRUE(hotKey.grab(summonKeys));
+    ASSERT_TRUE(hotKey.grab(portalKeys));
     EXPECT_TRUE(waitUntil([&] { return refused.count() == 1; }));
 
     PortalHotKey withoutBus(QDBusConnection(u"none"_s));
-    EXPECT_FALSE(withoutBus.grab(summonKeys));
+    EXPECT_FALSE(withoutBus.grab(portalKeys));
 }
 
 } // namespace quillary::test

@@ -18,7 +18,7 @@ namespace {
 
 using Modifiers = KeyShortcut::Modifiers;
 
-const KeyShortcut commandJ(38, Modifiers::command, u"j"_s);
+const KeyShortcut storedShortcut(38, Modifiers::command, u"j"_s);
 
 struct ActionRow {
     ShortcutAction action;
@@ -80,16 +80,16 @@ TEST_F(ShortcutPreferencesTest, StartWithTheDefaultsAndWriteNothing) {
         EXPECT_EQ(s.action(defaultShortcut(action)), action);
         EXPECT_TRUE(s.isDefault(action));
     }
-    EXPECT_EQ(s.action(commandJ), std::nullopt);
+    EXPECT_EQ(s.action(storedShortcut), std::nullopt);
     EXPECT_FALSE(QFile::exists(path()));
 }
 
 TEST_F(ShortcutPreferencesTest, KeepAChosenShortcut) {
     AppSettings& s = open();
     const QSignalSpy changes(&s, &AppSettings::shortcutsChanged);
-    s.setShortcut(commandJ, ShortcutAction::search);
-    EXPECT_EQ(s.shortcut(ShortcutAction::search), commandJ);
-    EXPECT_EQ(s.action(commandJ), ShortcutAction::search);
+    s.setShortcut(storedShortcut, ShortcutAction::search);
+    EXPECT_EQ(s.shortcut(ShortcutAction::search), storedShortcut);
+    EXPECT_EQ(s.action(storedShortcut), ShortcutAction::search);
     EXPECT_EQ(s.action(defaultShortcut(ShortcutAction::search)), std::nullopt);
     EXPECT_FALSE(s.isDefault(ShortcutAction::search));
     EXPECT_EQ(changes.count(), 1);
@@ -97,17 +97,17 @@ TEST_F(ShortcutPreferencesTest, KeepAChosenShortcut) {
               u"{\"search\":{\"keyCode\":38,\"modifiers\":1048576,\"key\":\"j\"}}"_s);
     EXPECT_EQ(preferences.values()[u"disabledShortcuts"_s].toArray(), QJsonArray());
 
-    s.setShortcut(commandJ, ShortcutAction::search);
+    s.setShortcut(storedShortcut, ShortcutAction::search);
     EXPECT_EQ(changes.count(), 1);
 
     const AppSettings& again = open();
-    EXPECT_EQ(again.shortcut(ShortcutAction::search), commandJ);
+    EXPECT_EQ(again.shortcut(ShortcutAction::search), storedShortcut);
     EXPECT_EQ(again.shortcut(ShortcutAction::search)->key, u"j"_s);
 }
 
 TEST_F(ShortcutPreferencesTest, TellOfAnotherCharacterOfTheSameKeys) {
     AppSettings& s = open();
-    s.setShortcut(commandJ, ShortcutAction::search);
+    s.setShortcut(storedShortcut, ShortcutAction::search);
     const QSignalSpy changes(&s, &AppSettings::shortcutsChanged);
     s.setShortcut(KeyShortcut(38, Modifiers::command, u"о"_s), ShortcutAction::search);
     EXPECT_EQ(changes.count(), 1);
@@ -116,10 +116,10 @@ TEST_F(ShortcutPreferencesTest, TellOfAnotherCharacterOfTheSameKeys) {
 
 TEST_F(ShortcutPreferencesTest, TurnAnActionOff) {
     AppSettings& s = open();
-    s.setShortcut(commandJ, ShortcutAction::summon);
+    s.setShortcut(storedShortcut, ShortcutAction::summon);
     s.setShortcut(std::nullopt, ShortcutAction::summon);
     EXPECT_EQ(s.shortcut(ShortcutAction::summon), std::nullopt);
-    EXPECT_EQ(s.action(commandJ), std::nullopt);
+    EXPECT_EQ(s.action(storedShortcut), std::nullopt);
     EXPECT_EQ(s.action(defaultShortcut(ShortcutAction::summon)), std::nullopt);
     EXPECT_FALSE(s.isDefault(ShortcutAction::summon));
     EXPECT_TRUE(s.customShortcuts().isEmpty());
@@ -140,7 +140,7 @@ TEST_F(ShortcutPreferencesTest, ResettingATurnedOffActionGivesItsDefault) {
 
 TEST_F(ShortcutPreferencesTest, ChoosingTheDefaultLeavesNoTrace) {
     AppSettings& s = open();
-    s.setShortcut(commandJ, ShortcutAction::search);
+    s.setShortcut(storedShortcut, ShortcutAction::search);
     s.setShortcut(std::nullopt, ShortcutAction::search);
     s.setShortcut(KeyShortcut(KeyCode::k, Modifiers::command, u"к"_s), ShortcutAction::search);
     EXPECT_TRUE(s.isDefault(ShortcutAction::search));
@@ -151,23 +151,23 @@ TEST_F(ShortcutPreferencesTest, ChoosingTheDefaultLeavesNoTrace) {
 
 TEST_F(ShortcutPreferencesTest, TheFirstActionInOrderHasTheKeys) {
     AppSettings& s = open();
-    s.setShortcut(commandJ, ShortcutAction::summon);
-    s.setShortcut(commandJ, ShortcutAction::previousNote);
-    EXPECT_EQ(s.action(commandJ), ShortcutAction::previousNote);
+    s.setShortcut(storedShortcut, ShortcutAction::summon);
+    s.setShortcut(storedShortcut, ShortcutAction::previousNote);
+    EXPECT_EQ(s.action(storedShortcut), ShortcutAction::previousNote);
     s.setShortcut(std::nullopt, ShortcutAction::previousNote);
-    EXPECT_EQ(s.action(commandJ), ShortcutAction::summon);
+    EXPECT_EQ(s.action(storedShortcut), ShortcutAction::summon);
 }
 
 TEST_F(ShortcutPreferencesTest, DropEntriesOfUnknownActionsOnly) {
-    const QString stored = u"{\"sing\":%1,\"search\":%1}"_s.arg(commandJ.encoded());
+    const QString stored = u"{\"sing\":%1,\"search\":%1}"_s.arg(storedShortcut.encoded());
     const AppSettings& s =
         open({{u"shortcuts"_s, stored}, {u"disabledShortcuts"_s, QJsonArray{u"sing"_s, 3, u"summon"_s}}});
-    EXPECT_EQ(s.customShortcuts(), (QMap<ShortcutAction, KeyShortcut>{{ShortcutAction::search, commandJ}}));
+    EXPECT_EQ(s.customShortcuts(), (QMap<ShortcutAction, KeyShortcut>{{ShortcutAction::search, storedShortcut}}));
     EXPECT_EQ(s.disabledShortcuts(), QSet<ShortcutAction>{ShortcutAction::summon});
 }
 
 TEST_F(ShortcutPreferencesTest, LoseAllWithOneBadValue) {
-    const QString good = u"\"search\":"_s + commandJ.encoded();
+    const QString good = u"\"search\":"_s + storedShortcut.encoded();
     const QString bad[] = {
         u"{"_s + good + u",\"nextNote\":{\"keyCode\":1}}"_s,
         u"{"_s + good + u",\"sing\":3}"_s,

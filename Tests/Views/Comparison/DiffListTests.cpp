@@ -224,7 +224,7 @@ TEST_F(DiffListOf, ScrollsARowToTheMiddle) {
     m_list.setShowsAllLines(true);
     m_list.scrollToRow(2500);
     const int middle = m_list.itemRect(2500).center().y();
-    EXPECT_NEAR(middle, m_list.viewport()->height() / 2, m_list.metrics().pitch);
+    EXPECT_NEAR(middle, m_list.viewport()->height() / 2.0, m_list.metrics().pitch);
     m_list.scrollToRow(0);
     EXPECT_EQ(m_list.verticalScrollBar()->value(), 0);
 }

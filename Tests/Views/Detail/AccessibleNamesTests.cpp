@@ -13,9 +13,9 @@ protected:
         : DetailTest({{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"c.md"_s, {}}, {u"Lavoro/d.md"_s, {}}}) {}
 
     static bool isControl(QAccessible::Role role) {
-        return role == QAccessible::Button || role == QAccessible::PushButton || role == QAccessible::ButtonMenu ||
-               role == QAccessible::EditableText || role == QAccessible::CheckBox || role == QAccessible::RadioButton ||
-               role == QAccessible::ComboBox || role == QAccessible::List || role == QAccessible::Table;
+        return role == QAccessible::Button || role == QAccessible::ButtonMenu || role == QAccessible::EditableText ||
+               role == QAccessible::CheckBox || role == QAccessible::RadioButton || role == QAccessible::ComboBox ||
+               role == QAccessible::List || role == QAccessible::Table;
     }
 
     /// Fails for each control on show that a screen reader could not name. Gives how many controls there are.

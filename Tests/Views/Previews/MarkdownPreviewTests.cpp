@@ -382,8 +382,8 @@ TEST(MarkdownPreview, BlocksLookLikeWhatTheyAre) {
     const QRectF done = preview.view.contentRect(1);
     const QRectF open = preview.view.contentRect(2);
     const auto boxHas = [&](const QRectF& content, const QColor& color) {
-        for (double y = content.top(); y < content.bottom(); ++y) {
-            for (double x = content.left() - 22; x < content.left(); ++x) {
+        for (int y = qRound(content.top()); y < content.bottom(); ++y) {
+            for (int x = qRound(content.left()) - 22; x < content.left(); ++x) {
                 if (colorAt(x, y) == color) {
                     return true;
                 }
