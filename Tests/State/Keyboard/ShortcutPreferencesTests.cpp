@@ -22,19 +22,19 @@ const KeyShortcut storedShortcut(38, Modifiers::command, u"j"_s);
 
 struct ActionRow {
     ShortcutAction action;
+    quint16 keyCode;
     QString rawValue;
     QString displayName;
     QString defaultShortcut;
-    quint16 keyCode;
     QString key;
 };
 
 const ActionRow actionRows[] = {
-    {ShortcutAction::nextNote, u"nextNote"_s, u"Nota successiva"_s, u"⌘↓"_s, 125, u"↓"_s},
-    {ShortcutAction::previousNote, u"previousNote"_s, u"Nota precedente"_s, u"⌘↑"_s, 126, u"↑"_s},
-    {ShortcutAction::search, u"search"_s, u"Cerca note"_s, u"⌘K"_s, 40, u"k"_s},
-    {ShortcutAction::togglePreview, u"togglePreview"_s, u"Mostra / nascondi anteprima"_s, u"⇧⌘P"_s, 35, u"p"_s},
-    {ShortcutAction::summon, u"summon"_s, u"Mostra Quillary da qualsiasi app"_s, u"⌃⌥N"_s, 45, u"n"_s},
+    {ShortcutAction::nextNote, 125, u"nextNote"_s, u"Nota successiva"_s, u"⌘↓"_s, u"↓"_s},
+    {ShortcutAction::previousNote, 126, u"previousNote"_s, u"Nota precedente"_s, u"⌘↑"_s, u"↑"_s},
+    {ShortcutAction::search, 40, u"search"_s, u"Cerca note"_s, u"⌘K"_s, u"k"_s},
+    {ShortcutAction::togglePreview, 35, u"togglePreview"_s, u"Mostra / nascondi anteprima"_s, u"⇧⌘P"_s, u"p"_s},
+    {ShortcutAction::summon, 45, u"summon"_s, u"Mostra Quillary da qualsiasi app"_s, u"⌃⌥N"_s, u"n"_s},
 };
 
 class ShortcutPreferencesTest : public testing::Test {

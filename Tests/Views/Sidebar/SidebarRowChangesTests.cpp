@@ -28,6 +28,7 @@ std::vector<SidebarRow> rowsOf(const std::string& letters) {
 
 std::vector<SidebarRow> rowsOf(const std::vector<int>& numbers) {
     std::vector<SidebarRow> rows;
+    rows.reserve(numbers.size());
     for (const int number : numbers) {
         rows.push_back({.key = {SidebarRow::Kind::note, static_cast<quint64>(number), {}}, .note = {}});
     }

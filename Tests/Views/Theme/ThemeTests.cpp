@@ -34,13 +34,13 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-double contrast(const QColor& first, const QColor& second) {
+double contrastRatio(const QColor& first, const QColor& second) {
     const double a = luminance(first);
     const double b = luminance(second);
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
-QColor over(const QColor& top, const QColor& bottom) {
+QColor blendedOver(const QColor& top, const QColor& bottom) {
     const float alpha = top.alphaF();
     const auto mix = [alpha](float above, float below) { return above * alpha + below * (1 - alpha); };
     return QColor::fromRgbF(mix(top.redF(), bottom.redF()), mix(top.greenF(), bottom.greenF()),
@@ -68,15 +68,15 @@ TEST_P(EachAppearance, TextIsReadableOnEveryGround) {
     const QColor base = colors.color(QPalette::Base);
     const QColor text = colors.color(QPalette::Text);
     constexpr double readable = 4.5;
-    EXPECT_GE(contrast(text, base), readable);
-    EXPECT_GE(contrast(text, sidebar), readable);
-    EXPECT_GE(contrast(text, over(Theme::rowSelection(colors), sidebar)), readable);
-    EXPECT_GE(contrast(text, colors.color(QPalette::Highlight)), readable);
-    EXPECT_GE(contrast(text, colors.color(QPalette::Button)), readable);
-    EXPECT_GE(contrast(text, colors.color(QPalette::ToolTipBase)), readable);
-    EXPECT_GE(contrast(Theme::secondaryText(colors), base), readable);
-    EXPECT_GE(contrast(Theme::secondaryText(colors), over(Theme::rowSelection(colors), sidebar)), readable);
-    EXPECT_GE(contrast(colors.color(QPalette::Link), base), readable);
+    EXPECT_GE(contrastRatio(text, base), readable);
+    EXPECT_GE(contrastRatio(text, sidebar), readable);
+    EXPECT_GE(contrastRatio(text, blendedOver(Theme::rowSelection(colors), sidebar)), readable);
+    EXPECT_GE(contrastRatio(text, colors.color(QPalette::Highlight)), readable);
+    EXPECT_GE(contrastRatio(text, colors.color(QPalette::Button)), readable);
+    EXPECT_GE(contrastRatio(text, colors.color(QPalette::ToolTipBase)), readable);
+    EXPECT_GE(contrastRatio(Theme::secondaryText(colors), base), readable);
+    EXPECT_GE(contrastRatio(Theme::secondaryText(colors), blendedOver(Theme::rowSelection(colors), sidebar)), readable);
+    EXPECT_GE(contrastRatio(colors.color(QPalette::Link), base), readable);
 }
 
 TEST(Theme, ColoursAreThoseOfTheDesign) {
@@ -131,7 +131,7 @@ TEST_P(EachAppearance, FoldersOfEachColourAreToldApart) {
     QSet<QRgb> seen;
     for (const FolderColor color : allFolderColors) {
         seen.insert(Theme::folderColor(color, palette()).rgb());
-        EXPECT_GE(contrast(Theme::folderColor(color, palette()), Theme::sidebarBackground.in(palette())), 1.9);
+        EXPECT_GE(contrastRatio(Theme::folderColor(color, palette()), Theme::sidebarBackground.in(palette())), 1.9);
     }
     EXPECT_EQ(seen.size(), std::ssize(allFolderColors));
 }
