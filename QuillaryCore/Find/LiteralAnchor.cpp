@@ -43,8 +43,8 @@ private:
     qsizetype countIf(qsizetype reach, Condition condition) const {
         qsizetype count = 0;
         for (const QStringView window : m_windows) {
-            for (const QChar* place = window.begin(); place + reach < window.end(); ++place) {
-                count += condition(place) ? 1 : 0;
+            for (qsizetype at = 0; at < window.size() - reach; ++at) {
+                count += condition(window.data() + at) ? 1 : 0;
             }
         }
         return count;
