@@ -214,7 +214,7 @@ bool ChildProcess::readMore() {
         }
         // Another process may hold on to the output of one that has gone.
         if (m_phase == Phase::abandoned) {
-            break;
+            return false;
         }
     }
     return m_output.size() > before;
@@ -235,7 +235,8 @@ ChildProcess::Ready ChildProcess::wait(bool forOutput, bool forInput, bool forEn
     };
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_limit - Clock::now());
     const int found = poll(waiting.data(), waiting.size(), static_cast<int>(std::max(left, 0ms).count()));
-    if (found == 0 || (found > 0 && waiting[3].revents != 0)) {
+    // A program that never pauses leaves no wait without a find, and is at its limit all the same.
+    if (found == 0 || (found > 0 && waiting[3].revents != 0) || Clock::now() >= m_limit) {
         enterNextPhase();
     }
     if (found <= 0) {

@@ -87,7 +87,7 @@ Result<QByteArray, SoloFailure> SoloClient::runCLI(const QStringList& arguments,
         }
     }
     const auto process = ChildProcess::start(*m_cliPath, QStringList{u"--json"_s} + arguments,
-                                             ChildProcess::Input::none, timeLimit, cancellation);
+                                             ChildProcess::Input::none, m_timeLimit, cancellation);
     if (!process) {
         return SoloFailure(process.error());
     }
@@ -105,7 +105,7 @@ Status<SoloFailure> SoloClient::paste(const QString& text, qint64 intoProcess, s
     if (!m_mcpPath) {
         return SoloFailure(SoloError::notInstalled());
     }
-    const auto server = ChildProcess::start(*m_mcpPath, {}, ChildProcess::Input::pipe, timeLimit, cancellation);
+    const auto server = ChildProcess::start(*m_mcpPath, {}, ChildProcess::Input::pipe, m_timeLimit, cancellation);
     if (!server) {
         return SoloFailure(server.error());
     }

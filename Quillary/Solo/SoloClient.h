@@ -26,15 +26,16 @@ QString localizedDescription(const SoloFailure& failure);
 /// block and belong to background threads. A value.
 class SoloClient {
 public:
-    /// For a command as for a whole conversation.
-    static constexpr std::chrono::seconds timeLimit{10};
+    /// What a command may take, and what a whole conversation may.
+    static constexpr std::chrono::seconds defaultTimeLimit{10};
 
     /// How long a terminal gets to take a paste in before the key that submits it.
     static constexpr std::chrono::milliseconds pauseBeforeSubmit{200};
 
     /// Executables of these paths, absolute ones; none for what isn't installed.
-    SoloClient(std::optional<QString> cliPath, std::optional<QString> mcpPath)
-        : m_cliPath(std::move(cliPath)), m_mcpPath(std::move(mcpPath)) {}
+    SoloClient(std::optional<QString> cliPath, std::optional<QString> mcpPath,
+               std::chrono::milliseconds timeLimit = defaultTimeLimit)
+        : m_cliPath(std::move(cliPath)), m_mcpPath(std::move(mcpPath)), m_timeLimit(timeLimit) {}
 
     /// The executables that are installed now.
     static SoloClient find();
@@ -48,6 +49,8 @@ public:
     /// The MCP server.
     const std::optional<QString>& mcpPath() const { return m_mcpPath; }
 
+    std::chrono::milliseconds timeLimit() const { return m_timeLimit; }
+
     /// Runs the command line with "--json" and these arguments, and gives all of its standard output, whatever its
     /// exit code.
     Result<QByteArray, SoloFailure> runCLI(const QStringList& arguments, const Cancellation& cancellation) const;
@@ -59,6 +62,7 @@ public:
 private:
     std::optional<QString> m_cliPath;
     std::optional<QString> m_mcpPath;
+    std::chrono::milliseconds m_timeLimit;
 };
 
 } // namespace quillary

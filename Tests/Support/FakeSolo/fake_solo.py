@@ -11,6 +11,7 @@ its input - goes to ROLE.log beside the script, one line each. A script has one 
     ignore-term     lets requests to end pass           hang           waits for ever
     close-output    ends its output and goes on         hold-output    leaves a process behind that keeps it open
     crash           ends by a signal                    exit CODE      ends
+    chatter         writes empty objects for ever
 """
 
 import os
@@ -68,6 +69,9 @@ for step in steps:
         log(b"(hangs)")
         while True:
             signal.pause()
+    elif action == "chatter":
+        while True:
+            output.write(b"{}\n" * 10000)
     elif action == "close-output":
         os.close(1)
     elif action == "hold-output":
