@@ -2,6 +2,7 @@
 
 #include "QuillaryCore/Compare/CanonicalNumbers.h"
 #include "QuillaryCore/Compare/ChangedOffsets.h"
+#include "QuillaryCore/Compare/FewChanges.h"
 #include "QuillaryCore/Compare/WordDiff.h"
 #include "QuillaryCore/Compare/WordTokens.h"
 
@@ -17,6 +18,12 @@ using Kind = DiffRow::Kind;
 template <typename Lines>
 ChangedOffsets changedLines(const Lines& oldLines, qsizetype oldCount, const Lines& newLines, qsizetype newCount,
                             bool areComposed, const std::stop_token& stop) {
+    if (areComposed) {
+        const auto areEqual = [&](qsizetype i, qsizetype j) { return oldLines[i] == newLines[j]; };
+        if (std::optional<ChangedOffsets> few = FewChanges(oldCount, newCount, areEqual).find()) {
+            return std::move(*few);
+        }
+    }
     CanonicalNumbers numbers(oldCount, areComposed);
     std::vector<qint32> from;
     from.reserve(static_cast<std::size_t>(oldCount));
@@ -64,7 +71,9 @@ public:
         : m_contents(contents), m_words(areComposed, stop), m_stop(stop) {}
 
     void addSame(qsizetype oldLine, qsizetype newLine) {
-        flush();
+        if (m_removed + m_added > 0) {
+            flush();
+        }
         addRow(Kind::unchanged, oldLine, newLine);
     }
 

@@ -2,6 +2,8 @@
 
 #include "QuillaryCore/Compare/CanonicalNumbers.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace quillary {
@@ -14,23 +16,29 @@ constexpr double largestShare = 0.65;
 /// Beyond that many tokens against few the general way is as fast.
 constexpr std::size_t mostRows = 4096;
 
-quint32 hashOf(QStringView text) {
-    constexpr quint64 multiplier = 0x9E37'79B9'7F4A'7C15;
-    constexpr qsizetype unitsAtOnce = 4;
-    quint64 hash = static_cast<quint64>(text.size());
-    qsizetype at = 0;
-    for (; at + unitsAtOnce <= text.size(); at += unitsAtOnce) {
-        quint64 units = 0;
-        std::memcpy(&units, text.utf16() + at, sizeof units);
-        hash = (hash ^ units) * multiplier;
-        hash ^= hash >> 32;
+constexpr quint64 keyMultiplier = 0x9E37'79B9'7F4A'7C15;
+
+/// Words of so few units have keys of their own.
+constexpr qsizetype mostUnitsOfKey = 3;
+
+/// A number that equal words share. Of words that are longer it tells the length, the first and the last units, which
+/// tells nearly all of them apart.
+quint64 keyOf(QStringView word) {
+    constexpr int turn = 24;
+    constexpr quint64 isLong = quint64(1) << 63;
+    const char16_t* const units = word.utf16();
+    const qsizetype size = word.size();
+    quint64 first = 0;
+    if (size <= mostUnitsOfKey) {
+        for (qsizetype i = 0; i < size; ++i) {
+            first = first << 16 | units[i];
+        }
+        return first | static_cast<quint64>(size) << 48;
     }
-    quint64 rest = 0;
-    for (; at < text.size(); ++at) {
-        rest = rest << 16 | text[at].unicode();
-    }
-    hash = (hash ^ rest) * multiplier;
-    return static_cast<quint32>(hash >> 32);
+    quint64 last = 0;
+    std::memcpy(&first, units, sizeof first);
+    std::memcpy(&last, units + size - mostUnitsOfKey - 1, sizeof last);
+    return ((first ^ std::rotl(last, turn)) + static_cast<quint64>(size)) | isLong;
 }
 
 std::vector<qint32> numbersOf(const CanonicalNumbers& numbers, qsizetype count, auto textAt) {
@@ -49,8 +57,7 @@ std::vector<qint32> numbersOf(const CanonicalNumbers& numbers, qsizetype count, 
 /// A blank between two changed words is part of one change. The first and the last token bridge nothing.
 void WordDiff::Side::bridge() {
     for (std::size_t i = 1; i + 1 < tokens.size(); ++i) {
-        if (changed[i] == 0 && changed[i - 1] != 0 && changed[i + 1] != 0 &&
-            tokens[i].kind == WordToken::Kind::whitespace) {
+        if (tokens[i].kind == WordToken::Kind::whitespace && changed[i - 1] != 0 && changed[i + 1] != 0) {
             changed[i] = 1;
         }
     }
@@ -78,31 +85,51 @@ quint32 WordDiff::Side::appendEnds(std::vector<DiffSegmentEnd>& ends) const {
     return static_cast<quint32>(ends.size() - before);
 }
 
-WordDiff::Slot& WordDiff::slotOf(const Side& side, QStringView text) {
-    const quint32 hash = hashOf(text);
-    std::size_t slot = hash % m_slots.size();
-    while (m_slots[slot].token >= 0 &&
-           (m_slots[slot].hash != hash || side.text(static_cast<std::size_t>(m_slots[slot].token)) != text)) {
-        slot = (slot + 1) % m_slots.size();
+bool WordDiff::haveTooLittleInCommon() const {
+    return m_old.changedShare() > largestShare && m_new.changedShare() > largestShare;
+}
+
+/// The slot of an equal token of the columns, or the empty one where it belongs.
+WordDiff::Slot& WordDiff::slotOf(const Side& columns, QStringView text) {
+    const quint64 key = keyOf(text);
+    std::size_t at = (key * keyMultiplier >> 32) & m_slotMask;
+    const auto isOther = [&](const Slot& slot) {
+        return slot.key != key || (text.size() > mostUnitsOfKey &&
+                                   columns.text(static_cast<std::size_t>(std::countr_zero(slot.places))) != text);
+    };
+    while (m_slots[at].places != 0 && isOther(m_slots[at])) {
+        at = (at + 1) & m_slotMask;
     }
-    m_slots[slot].hash = hash;
-    return m_slots[slot];
+    m_slots[at].key = key;
+    return m_slots[at];
+}
+
+/// Marks the tokens that the other side has nowhere, and notes of each row which columns are equal to it.
+void WordDiff::setAside(Side& columns, Side& rows) {
+    const std::size_t slots = std::bit_ceil(2 * columns.tokens.size() + 1);
+    m_slotMask = slots - 1;
+    std::fill_n(m_slots.begin(), slots, Slot());
+    for (std::size_t i = 0; i < columns.tokens.size(); ++i) {
+        slotOf(columns, columns.text(i)).places |= quint64(1) << i;
+    }
+    m_rows.resize(rows.tokens.size());
+    quint64 shared = 0;
+    for (std::size_t i = 0; i < rows.tokens.size(); ++i) {
+        m_rows[i] = slotOf(columns, rows.text(i)).places;
+        rows.changed[i] = static_cast<quint8>(m_rows[i] == 0);
+        shared |= m_rows[i];
+    }
+    for (std::size_t i = 0; i < columns.tokens.size(); ++i) {
+        columns.changed[i] = static_cast<quint8>((~shared >> i) & 1);
+    }
 }
 
 /// Few tokens fit into one word of bits: the rows of MatchedPairs are a number each, and all of them are kept.
 void WordDiff::markFew(Side& columns, Side& rows) {
-    m_slots.fill({});
-    for (std::size_t i = 0; i < columns.tokens.size(); ++i) {
-        Slot& slot = slotOf(columns, columns.text(i));
-        slot.token = slot.token < 0 ? static_cast<qint32>(i) : slot.token;
-        slot.places |= quint64(1) << i;
-    }
-    m_rows.resize(rows.tokens.size());
     quint64 bits = ~quint64(0);
-    for (std::size_t i = 0; i < rows.tokens.size(); ++i) {
-        const quint64 matches = slotOf(columns, rows.text(i)).places;
-        bits = (bits + (bits & matches)) | (bits & ~matches);
-        m_rows[i] = bits;
+    for (quint64& row : m_rows) {
+        bits = (bits + (bits & row)) | (bits & ~row);
+        row = bits;
     }
     // Why this walk back gives a longest common subsequence is told at MatchedPairs::mark.
     std::size_t column = columns.tokens.size();
@@ -146,18 +173,23 @@ std::optional<WordDiff::Counts> WordDiff::compare(QStringView oldLine, QStringVi
         side->changed.assign(side->tokens.size(), 0);
     }
     const auto areFew = [](const Side& columns, const Side& rows) {
-        return columns.tokens.size() <= wordBits && rows.tokens.size() <= mostRows;
+        return columns.tokens.size() < wordBits && rows.tokens.size() <= mostRows;
     };
-    if (m_areComposed && areFew(m_old, m_new)) {
-        markFew(m_old, m_new);
-    } else if (m_areComposed && areFew(m_new, m_old)) {
-        markFew(m_new, m_old);
+    if (m_areComposed && (areFew(m_old, m_new) || areFew(m_new, m_old))) {
+        Side& columns = areFew(m_old, m_new) ? m_old : m_new;
+        Side& rows = &columns == &m_old ? m_new : m_old;
+        setAside(columns, rows);
+        // The whole of the marks would be these and more.
+        if (haveTooLittleInCommon()) {
+            return std::nullopt;
+        }
+        markFew(columns, rows);
     } else {
         markMany();
     }
     m_old.bridge();
     m_new.bridge();
-    if (m_old.changedShare() > largestShare && m_new.changedShare() > largestShare) {
+    if (haveTooLittleInCommon()) {
         return std::nullopt;
     }
     const quint32 oldCount = m_old.appendEnds(ends);

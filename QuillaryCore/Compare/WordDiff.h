@@ -48,22 +48,26 @@ private:
         quint32 appendEnds(std::vector<DiffSegmentEnd>& ends) const;
     };
 
-    /// Equal tokens among few, with their places as bits.
+    /// Equal tokens among few, with their places as bits; none in an empty slot.
     struct Slot {
         quint64 places = 0;
-        quint32 hash = 0;
-        qint32 token = -1;
+        quint64 key = 0;
     };
 
+    bool haveTooLittleInCommon() const;
+    void setAside(Side& columns, Side& rows);
     void markFew(Side& columns, Side& rows);
     void markMany();
-    Slot& slotOf(const Side& side, QStringView text);
+    Slot& slotOf(const Side& columns, QStringView text);
 
     bool m_areComposed;
     std::stop_token m_stop;
     Side m_old;
     Side m_new;
+    /// As many as serve the columns of the present pair.
     std::array<Slot, 2 * wordBits> m_slots;
+    std::size_t m_slotMask = 0;
+    /// Of each row, the columns that are equal to it and later its row of bits.
     std::vector<quint64> m_rows;
 };
 

@@ -49,9 +49,14 @@ void append(std::vector<WordToken>& tokens, Kind kind, qsizetype end) {
     }
 }
 
+/// To the end and by plain operations, which take many units at a time: lines are short.
 bool isSimple(QStringView line) {
-    return std::all_of(line.begin(), line.end(),
-                       [](QChar unit) { return unit.unicode() < firstCombining && unit != u'\r'; });
+    const char16_t* const units = line.utf16();
+    quint16 others = 0;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        others |= static_cast<quint16>((units[i] >= firstCombining) | (units[i] == u'\r'));
+    }
+    return others == 0;
 }
 
 void tokeniseSimple(QStringView line, std::vector<WordToken>& tokens) {

@@ -1,13 +1,16 @@
 #include "QuillaryCore/Compare/ChangedOffsets.h"
 
+#include "QuillaryCore/Compare/FewChanges.h"
 #include "QuillaryCore/Compare/GreedySearch.h"
 #include "QuillaryCore/Compare/MatchedPairs.h"
 #include "ShortestScriptReference.h"
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <random>
 
 using namespace quillary;
@@ -69,6 +72,15 @@ ChangedOffsets byPairs(const Numbers& from, const Numbers& to, qint32 count) {
     return result;
 }
 
+/// Without a look at the numbers but to compare two of them. `calls` counts how often that is.
+std::optional<ChangedOffsets> byFewChanges(const Numbers& from, const Numbers& to, qint64& calls) {
+    const auto areEqual = [&](qsizetype i, qsizetype j) {
+        ++calls;
+        return from[static_cast<std::size_t>(i)] == to[static_cast<std::size_t>(j)];
+    };
+    return FewChanges(std::ssize(from), std::ssize(to), areEqual).find();
+}
+
 Numbers randomList(std::mt19937& random, std::size_t size, qint32 alphabet) {
     Numbers list(size);
     for (qint32& number : list) {
@@ -109,6 +121,11 @@ void expectAllWaysShortest(const Numbers& from, const Numbers& to, qint32 count)
     {
         SCOPED_TRACE("pairs");
         expectShortest(from, to, byPairs(from, to, count), longest);
+    }
+    qint64 calls = 0;
+    if (const std::optional<ChangedOffsets> few = byFewChanges(from, to, calls)) {
+        SCOPED_TRACE("few changes");
+        expectShortest(from, to, *few, longest);
     }
     SCOPED_TRACE("as used");
     expectShortest(from, to, changedOffsets(from, to, count), longest);
@@ -176,6 +193,38 @@ TEST(ChangedOffsets, AreTheFewestOfEditedLists) {
         const Numbers to = edited(random, from, random() % 60, alphabet);
         SCOPED_TRACE(testing::Message() << "round " << round);
         ASSERT_NO_FATAL_FAILURE(expectAllWaysShortest(from, to, alphabet));
+    }
+}
+
+TEST(ChangedOffsets, FewChangesAreFoundByComparisonsAlone) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 40; ++round) {
+        const Numbers from = randomList(random, 1000, 500);
+        const Numbers to = edited(random, from, random() % 20, 500);
+        qint64 calls = 0;
+        const std::optional<ChangedOffsets> few = byFewChanges(from, to, calls);
+        ASSERT_TRUE(few) << "round " << round;
+        ASSERT_NO_FATAL_FAILURE(expectShortest(from, to, *few, longestCommonSubsequence(from, to)));
+    }
+}
+
+TEST(ChangedOffsets, ManyChangesAreLeftToOthersBeforeTheWorkGrows) {
+    std::mt19937 random(4);
+    const Numbers zeros(5000, 0);
+    Numbers periodic(5000);
+    for (std::size_t i = 0; i < periodic.size(); ++i) {
+        periodic[i] = static_cast<qint32>(i % 7);
+    }
+    Numbers broken = periodic;
+    for (std::size_t i = 0; i < broken.size(); i += 10) {
+        broken[i] = 9;
+    }
+    for (const auto& [from, to] :
+         {std::pair(randomList(random, 5000, 100'000), randomList(random, 5000, 100'000)),
+          std::pair(zeros, Numbers(4000, 0)), std::pair(periodic, broken), std::pair(Numbers(5000, 1), Numbers())}) {
+        qint64 calls = 0;
+        EXPECT_FALSE(byFewChanges(from, to, calls));
+        EXPECT_LE(calls, 5 * std::ssize(from) + 5 * std::ssize(to));
     }
 }
 

@@ -140,6 +140,13 @@ TEST(WordSegments, EquivalentWordsAreEqual) {
     expectSegments({{u"perch\u00E9 no"_s, u"perche\u0301 si"_s, u"|perch\u00E9 |[no]"_s, u"|perche\u0301 |[si]"_s}});
 }
 
+TEST(WordSegments, WordsThatOnlyDifferInTheirMiddleAreOthers) {
+    expectSegments({{u"lungaXXXXXfine resta qui"_s, u"lungaYYYYYfine resta qui"_s, u"[lungaXXXXXfine]| resta qui|"_s,
+                     u"[lungaYYYYYfine]| resta qui|"_s},
+                    {u"aba resta qui"_s, u"aca resta qui"_s, u"[aba]| resta qui|"_s, u"[aca]| resta qui|"_s},
+                    {u"a resta qui"_s, u"aa resta qui"_s, u"[a]| resta qui|"_s, u"[aa]| resta qui|"_s}});
+}
+
 TEST(WordSegments, LongLinesAreMarkedAsShortOnes) {
     // Around the numbers of tokens where another way of comparing takes over.
     for (const int words : {20, 31, 32, 33, 63, 64, 65, 200, 3000}) {
