@@ -3,6 +3,7 @@
 #include "Quillary/Shell/AppDelegate.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -19,6 +20,7 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationName(u"Quillary"_s);
     QApplication::setApplicationDisplayName(u"Quillary"_s);
     QApplication::setDesktopFileName(u"app.quillary.Quillary"_s);
+    QApplication::setWindowIcon(QIcon(u":/quillary/application.svg"_s));
     QApplication::setQuitOnLastWindowClosed(false);
 
     quillary::ApplicationService service;
@@ -35,6 +37,8 @@ int main(int argc, char* argv[]) {
 
     quillary::AppDelegate delegate;
     QObject::connect(&service, &quillary::ApplicationService::activated, &delegate, &quillary::AppDelegate::activate);
+    QObject::connect(&service, &quillary::ApplicationService::actionActivated, &delegate,
+                     &quillary::AppDelegate::performAction);
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();
 }

@@ -76,8 +76,9 @@ void ApplicationService::Open(const QStringList&, const QVariantMap& platformDat
     Activate(platformData);
 }
 
-void ApplicationService::ActivateAction(const QString&, const QVariantList&, const QVariantMap& platformData) {
+void ApplicationService::ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
     Activate(platformData);
+    Q_EMIT actionActivated(name);
 }
 
 } // namespace quillary

@@ -40,6 +40,9 @@ Q_SIGNALS:
     /// The window is wanted. The token, which may be empty, lets a Wayland compositor hand over the focus.
     void activated(const QString& activationToken);
 
+    /// One of the application's own actions is wanted, after `activated`; the name is that of the desktop file.
+    void actionActivated(const QString& name);
+
 private:
     bool activateOwner();
 

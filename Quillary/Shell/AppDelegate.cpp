@@ -7,6 +7,8 @@
 
 namespace quillary {
 
+using namespace Qt::StringLiterals;
+
 AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {}
 
 AppDelegate::~AppDelegate() {
@@ -91,6 +93,15 @@ void AppDelegate::activate(const QString& activationToken) {
         qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     }
     AppActions::shared().showMainWindow();
+}
+
+void AppDelegate::performAction(const QString& name) {
+    if (name == "new-note"_L1) {
+        const NoteItemPtr selected = store().selectedItem();
+        store().makeNote({}, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
+    } else if (name == "new-note-from-clipboard"_L1) {
+        store().createNoteFromClipboard();
+    }
 }
 
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {

@@ -39,6 +39,9 @@ public:
     /// Brings the window up on behalf of another start of the program.
     void activate(const QString& activationToken);
 
+    /// Carries out an action that the desktop offers beside the program's icon; an unknown name does nothing.
+    void performAction(const QString& name);
+
 private:
     void applicationStateChanged(Qt::ApplicationState state);
     void applicationShouldTerminate();

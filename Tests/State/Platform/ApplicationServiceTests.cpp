@@ -68,11 +68,12 @@ TEST(ApplicationService, WithoutABusEveryStartRunsByItself) {
     EXPECT_EQ(service.claim(), Claim::noBus);
 }
 
-TEST(ApplicationService, OpenAndActionsBringTheWindowUpToo) {
+TEST(ApplicationService, OpenAndActionsBringTheWindowUpTooAndActionsSayTheirName) {
     PrivateBus bus;
     ApplicationService service(bus.connection());
     ASSERT_EQ(service.claim(), Claim::first);
     QSignalSpy activated(&service, &ApplicationService::activated);
+    QSignalSpy actions(&service, &ApplicationService::actionActivated);
     QDBusConnection caller = bus.connection();
     const auto call = [&caller](const QString& method, const QVariantList& arguments) {
         QDBusMessage message = QDBusMessage::createMethodCall(u"app.quillary.Quillary"_s, u"/app/quillary/Quillary"_s,
@@ -86,4 +87,6 @@ TEST(ApplicationService, OpenAndActionsBringTheWindowUpToo) {
     EXPECT_TRUE(call(u"Open"_s, {QStringList(), QVariantMap()}));
     EXPECT_TRUE(call(u"ActivateAction"_s, {u"new-note"_s, QVariantList(), QVariantMap()}));
     EXPECT_EQ(activated.size(), 2);
+    ASSERT_EQ(actions.size(), 1);
+    EXPECT_EQ(actions.constFirst().constFirst().toString(), u"new-note"_s);
 }
