@@ -13,6 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// The threads wait and don't compute, so that the machine's cores are no measure for them: one that waits for a Solo
+/// that is silent must not hold up another.
+constexpr int mostThreads = 32;
+
 /// Runs a command and reads its answer.
 template <typename Decode>
 auto answer(const SoloClient& client, const QStringList& arguments, const Cancellation& cancellation, Decode decode)
@@ -67,7 +71,9 @@ SoloController::SoloController(AppSettings& settings, QObject* parent)
     : SoloController(settings, SoloClient::find(), parent) {}
 
 SoloController::SoloController(AppSettings& settings, SoloClient client, QObject* parent)
-    : QObject(parent), m_settings(settings), m_client(std::move(client)) {}
+    : QObject(parent), m_settings(settings), m_client(std::move(client)) {
+    m_threads.setMaxThreadCount(mostThreads);
+}
 
 SoloController::~SoloController() {
     m_cancellation.cancel();

@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace quillary {
 
 namespace {
@@ -203,6 +205,21 @@ TEST_F(SoloControllerTest, SoloStaysInTheBackgroundIfTheUserWantsThat) {
     awaitSent();
     EXPECT_NE(controller.confirmation(), std::nullopt);
     EXPECT_TRUE(desktop.opened.isEmpty());
+}
+
+TEST_F(SoloControllerTest, RefreshesThatGetNoAnswerHoldUpNoSend) {
+    solo.play(u"agents.list"_s, {u"hang"_s});
+    SoloController patient(settings,
+                           SoloClient(test::FakeSolo::program(), test::FakeSolo::program(), std::chrono::hours(1)));
+    constexpr int refreshes = 9;
+    for (int i = 0; i < refreshes; ++i) {
+        patient.refresh();
+    }
+    ASSERT_TRUE(await([this] { return solo.log(u"agents.list"_s).filter(u"(hangs)"_s).size() == refreshes; }));
+    patient.paste(u"ciao"_s, inProject);
+    ASSERT_TRUE(await([&patient] { return !patient.isSending(); }));
+    EXPECT_EQ(patient.confirmation(), u"Inviata a Sessione · Alfa"_s);
+    EXPECT_TRUE(patient.isLoading());
 }
 
 TEST_F(SoloControllerTest, ItsEndDoesNotWaitForASilentSolo) {
