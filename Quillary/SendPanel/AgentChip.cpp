@@ -17,14 +17,19 @@ AgentChip::AgentChip(const QString& name, QWidget* parent) : QAbstractButton(par
     setText(name);
     setAccessibleName(name);
     setCheckable(true);
+    setAutoExclusive(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
-    setToolTip(fontMetrics().horizontalAdvance(name) > longestChip ? name : QString());
+    setToolTip(isElided() ? name : QString());
 }
 
 QSize AgentChip::sizeHint() const {
-    return {std::min(fontMetrics().horizontalAdvance(text()), longestChip) + 2 * chipPadding,
-            fontMetrics().height() + 10};
+    const int width = isElided() ? longestChip : fontMetrics().horizontalAdvance(text());
+    return {width + 2 * chipPadding, fontMetrics().height() + 10};
+}
+
+bool AgentChip::isElided() const {
+    return fontMetrics().horizontalAdvance(text()) > longestChip;
 }
 
 void AgentChip::paintEvent(QPaintEvent*) {
@@ -45,8 +50,10 @@ void AgentChip::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(shape, radius, radius);
     }
     painter.setPen(palette().color(isFilled ? QPalette::HighlightedText : QPalette::WindowText));
-    const int width = this->width() - 2 * chipPadding;
-    painter.drawText(rect(), Qt::AlignCenter, fontMetrics().elidedText(text(), Qt::ElideRight, width));
+    // A chip that is as wide as its name has no room to spare for what rounding adds.
+    const bool fits = !isElided() && width() >= sizeHint().width();
+    painter.drawText(rect(), Qt::AlignCenter,
+                     fits ? text() : fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * chipPadding));
 }
 
 } // namespace quillary

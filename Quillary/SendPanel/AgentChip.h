@@ -15,6 +15,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool isElided() const;
 };
 
 } // namespace quillary

@@ -5,6 +5,7 @@
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QVBoxLayout>
@@ -16,10 +17,11 @@ namespace quillary {
 namespace {
 
 constexpr int idRole = Qt::UserRole;
+constexpr int checkSize = 16;
 
 /// As wide as the check mark, so that the names of all rows begin at one place.
 QIcon emptyIcon() {
-    QPixmap nothing(16, 16);
+    QPixmap nothing(checkSize, checkSize);
     nothing.fill(Qt::transparent);
     return nothing;
 }
@@ -36,6 +38,10 @@ ProjectPicker::ProjectPicker(QWidget* parent)
     m_list->setTextElideMode(Qt::ElideRight);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setMinimumHeight(96);
+    m_list->setIconSize({checkSize, checkSize});
+    m_query->setList(m_list);
+    m_query->installEventFilter(this);
+    m_list->installEventFilter(this);
     m_none->setAlignment(Qt::AlignCenter);
     m_none->setForegroundRole(QPalette::PlaceholderText);
     m_none->setMinimumHeight(96);
@@ -49,7 +55,6 @@ ProjectPicker::ProjectPicker(QWidget* parent)
 
     connect(m_query, &QLineEdit::textChanged, this, &ProjectPicker::fill);
     connect(m_list, &QListWidget::itemClicked, this, &ProjectPicker::choose);
-    connect(m_list, &QListWidget::itemActivated, this, &ProjectPicker::choose);
     fill();
 }
 
@@ -79,6 +84,23 @@ void ProjectPicker::fill() {
     }
     m_list->setVisible(!found.isEmpty());
     m_none->setVisible(found.isEmpty());
+}
+
+/// Return chooses: in the list the row with the keyboard, in a search the first that was found. It is kept from the
+/// panel, whose default button would start a session in the project that was chosen before.
+bool ProjectPicker::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) {
+        return QWidget::eventFilter(watched, event);
+    }
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    const bool isSearch = watched == m_query && !m_query->text().trimmed().isEmpty();
+    if ((key != Qt::Key_Return && key != Qt::Key_Enter) || (watched == m_query && !isSearch)) {
+        return QWidget::eventFilter(watched, event);
+    }
+    if (const QListWidgetItem* const row = isSearch ? m_list->item(0) : m_list->currentItem()) {
+        choose(row);
+    }
+    return true;
 }
 
 void ProjectPicker::choose(const QListWidgetItem* row) {

@@ -29,6 +29,9 @@ Q_SIGNALS:
     /// The user chose the project of this id.
     void chosen(qint64 id);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void fill();
     void choose(const QListWidgetItem* row);

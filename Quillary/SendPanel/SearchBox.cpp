@@ -2,7 +2,9 @@
 
 #include "Quillary/Theme/Symbol.h"
 
+#include <QAbstractItemView>
 #include <QAction>
+#include <QKeyEvent>
 
 namespace quillary {
 
@@ -19,6 +21,14 @@ SearchBox::SearchBox(QWidget* parent) : QLineEdit(parent) {
 void SearchBox::setPlaceholder(const QString& placeholder) {
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
+}
+
+void SearchBox::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Down && m_list != nullptr && m_list->isVisible()) {
+        m_list->setFocus(Qt::ShortcutFocusReason);
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
 }
 
 } // namespace quillary

@@ -5,14 +5,15 @@
 #include "Quillary/SendPanel/FlowLayout.h"
 #include "Quillary/SendPanel/ProjectPicker.h"
 #include "Quillary/SendPanel/SearchBox.h"
+#include "Quillary/SendPanel/SegmentedPicker.h"
 #include "Quillary/Solo/SoloSessions.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
+#include <QEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
@@ -21,6 +22,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillary {
@@ -30,6 +32,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int agentIDRole = Qt::UserRole;
+constexpr int failureSize = 16;
 
 QLabel* sectionLabel(const QString& text, QWidget* parent) {
     auto* const label = new QLabel(text, parent);
@@ -60,35 +63,43 @@ SoloSendPanel::SoloSendPanel(SoloController& solo, AppSettings& settings, const 
     setWindowTitle(tr("Invia a Solo"));
     setWindowModality(Qt::WindowModal);
 
-    m_progress = new QProgressBar(this);
-    m_progress->setRange(0, 0);
-    m_progress->setTextVisible(false);
-    m_progress->setFixedHeight(3);
-    m_progress->setAccessibleName(tr("Attendi Solo"));
-    QSizePolicy keepsItsPlace = m_progress->sizePolicy();
-    keepsItsPlace.setRetainSizeWhenHidden(true);
-    m_progress->setSizePolicy(keepsItsPlace);
+    // Made in the order in which the keyboard goes through them.
+    QWidget* const header = makeHeader();
+    m_modes = makeModePicker();
+    m_progress = makeProgress();
     m_pages = new QStackedWidget(this);
     m_pages->addWidget(makeNewSession());
     m_pages->addWidget(makeOpenSession());
     m_bringToFront = new QCheckBox(tr("Porta Solo in primo piano dopo l'invio"), this);
     m_bringToFront->setChecked(settings.soloBringToFront());
-    m_error = new QLabel(this);
-    m_error->setWordWrap(true);
-    m_error->setTextFormat(Qt::PlainText);
-    m_error->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_failure = makeFailure();
 
+    auto* const bar = new QVBoxLayout;
+    bar->setSpacing(4);
+    bar->addWidget(m_modes);
+    bar->addWidget(m_progress);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(20, 18, 20, 16);
     column->setSpacing(12);
-    column->addWidget(makeHeader());
-    column->addWidget(makeModePicker());
-    column->addWidget(m_progress);
+    column->addWidget(header);
+    column->addLayout(bar);
     column->addWidget(m_pages, 1);
     column->addWidget(m_bringToFront);
-    column->addWidget(m_error);
-    resize(440, 520);
+    column->addWidget(m_failure);
+    resize(440, 560);
 
+    connectAll();
+    showMode();
+    showTools();
+    showProjects();
+    showSessions();
+    showError();
+    m_pages->currentWidget()->findChild<SearchBox*>()->setFocus();
+    m_solo.refresh();
+    showProgress();
+}
+
+void SoloSendPanel::connectAll() {
     connect(m_bringToFront, &QCheckBox::toggled, &m_settings, &AppSettings::setSoloBringToFront);
     connect(&m_settings, &AppSettings::soloModeChanged, this, &SoloSendPanel::showMode);
     connect(&m_settings, &AppSettings::soloAgentToolIDChanged, this, &SoloSendPanel::showTools);
@@ -99,13 +110,6 @@ SoloSendPanel::SoloSendPanel(SoloController& solo, AppSettings& settings, const 
     connect(&m_solo, &SoloController::isLoadingChanged, this, &SoloSendPanel::showProgress);
     connect(&m_solo, &SoloController::isSendingChanged, this, &SoloSendPanel::showProgress);
     connect(&m_solo, &SoloController::errorMessageChanged, this, &SoloSendPanel::showError);
-    showMode();
-    showTools();
-    showProjects();
-    showSessions();
-    showError();
-    m_solo.refresh();
-    showProgress();
 }
 
 QWidget* SoloSendPanel::makeHeader() {
@@ -142,23 +146,42 @@ QWidget* SoloSendPanel::makeHeader() {
     return header;
 }
 
-QWidget* SoloSendPanel::makeModePicker() {
-    auto* const picker = new QWidget(this);
-    auto* const row = new QHBoxLayout(picker);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
-    m_modes = new QButtonGroup(picker);
+SegmentedPicker* SoloSendPanel::makeModePicker() {
+    auto* const picker = new SegmentedPicker(this);
     for (const SoloController::Mode mode : SoloController::allModes) {
-        auto* const segment = new QPushButton(SoloController::displayName(mode), picker);
-        segment->setCheckable(true);
-        segment->setAutoDefault(false);
-        m_modes->addButton(segment, static_cast<int>(mode));
-        row->addWidget(segment, 1);
+        picker->addSegment(static_cast<int>(mode), SoloController::displayName(mode));
     }
-    connect(m_modes, &QButtonGroup::idClicked, this, [this](int id) {
+    connect(picker, &SegmentedPicker::chosen, this, [this](int id) {
         m_settings.setSoloMode(SoloController::rawValue(static_cast<SoloController::Mode>(id)));
     });
     return picker;
+}
+
+QProgressBar* SoloSendPanel::makeProgress() {
+    auto* const progress = new QProgressBar(this);
+    progress->setRange(0, 0);
+    progress->setTextVisible(false);
+    progress->setFixedHeight(4);
+    progress->setAccessibleName(tr("Attendi Solo"));
+    QSizePolicy keepsItsPlace = progress->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    progress->setSizePolicy(keepsItsPlace);
+    return progress;
+}
+
+QWidget* SoloSendPanel::makeFailure() {
+    auto* const failure = new QWidget(this);
+    m_failureImage = new QLabel(failure);
+    m_error = new QLabel(failure);
+    m_error->setWordWrap(true);
+    m_error->setTextFormat(Qt::PlainText);
+    m_error->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    auto* const row = new QHBoxLayout(failure);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    row->addWidget(m_failureImage, 0, Qt::AlignTop);
+    row->addWidget(m_error, 1);
+    return failure;
 }
 
 QWidget* SoloSendPanel::makeNewSession() {
@@ -191,6 +214,7 @@ QWidget* SoloSendPanel::makeOpenSession() {
     m_sessions->setAccessibleName(tr("Sessioni"));
     m_sessions->setItemDelegate(new AgentRow(m_sessions));
     m_sessions->setMouseTracking(true);
+    m_sessionQuery->setList(m_sessions);
     m_sessions->setSelectionMode(QAbstractItemView::NoSelection);
     m_sessions->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_noSession = new QLabel(tr("Nessuna sessione agent attiva in Solo."), page);
@@ -214,34 +238,35 @@ QWidget* SoloSendPanel::makeOpenSession() {
 
 void SoloSendPanel::showMode() {
     const SoloController::Mode mode = SoloController::modeFromRawValue(m_settings.soloMode());
-    m_modes->button(static_cast<int>(mode))->setChecked(true);
+    m_modes->setSelection(static_cast<int>(mode));
     m_pages->setCurrentIndex(static_cast<int>(mode));
 }
 
 void SoloSendPanel::showTools() {
-    const QList<AgentChip*> old = m_chips->findChildren<AgentChip*>(Qt::FindDirectChildrenOnly);
-    const bool sameTools = std::ranges::equal(
-        old, m_solo.tools(), {}, [](const AgentChip* chip) { return chip->text(); }, &SoloAgentTool::name);
-    if (sameTools) {
-        for (qsizetype i = 0; i < old.size(); ++i) {
-            old[i]->setChecked(m_solo.tools()[i].id == m_settings.soloAgentToolID());
-        }
-        showProgress();
-        return;
+    if (m_shownTools != m_solo.tools()) {
+        m_shownTools = m_solo.tools();
+        makeChips();
     }
-    qDeleteAll(old);
-    for (const SoloAgentTool& tool : m_solo.tools()) {
-        auto* const chip = new AgentChip(tool.name, m_chips);
-        chip->setChecked(tool.id == m_settings.soloAgentToolID());
-        connect(chip, &AgentChip::clicked, this, [this, chip, id = tool.id] {
-            // A click on the chosen one leaves it chosen.
-            chip->setChecked(true);
-            m_settings.setSoloAgentToolID(id);
-        });
-        m_chipLayout->addWidget(chip);
-        chip->show();
+    const QList<AgentChip*> chips = m_chips->findChildren<AgentChip*>(Qt::FindDirectChildrenOnly);
+    for (qsizetype i = 0; i < chips.size(); ++i) {
+        const bool isChosen = m_shownTools[i].id == m_settings.soloAgentToolID();
+        chips[i]->setChecked(isChosen);
+        // The keyboard comes to the chosen one, and goes on to others with the arrows.
+        chips[i]->setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
     }
     showProgress();
+}
+
+void SoloSendPanel::makeChips() {
+    qDeleteAll(m_chips->findChildren<AgentChip*>(Qt::FindDirectChildrenOnly));
+    QWidget* above = m_modes->lastSegment();
+    for (const SoloAgentTool& tool : std::as_const(m_shownTools)) {
+        auto* const chip = new AgentChip(tool.name, m_chips);
+        connect(chip, &AgentChip::clicked, this, [this, id = tool.id] { m_settings.setSoloAgentToolID(id); });
+        m_chipLayout->addWidget(chip);
+        setTabOrder(std::exchange(above, chip), chip);
+        chip->show();
+    }
 }
 
 void SoloSendPanel::showProjects() {
@@ -277,7 +302,15 @@ void SoloSendPanel::showProgress() {
 
 void SoloSendPanel::showError() {
     m_error->setText(m_solo.errorMessage().value_or(QString()));
-    m_error->setVisible(m_solo.errorMessage().has_value());
+    m_failureImage->setPixmap(symbolIcon(Symbol::warning).pixmap(QSize(failureSize, failureSize), devicePixelRatioF()));
+    m_failure->setVisible(m_solo.errorMessage().has_value());
+}
+
+void SoloSendPanel::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_failure != nullptr) {
+        showError();
+    }
 }
 
 void SoloSendPanel::sendTo(const QListWidgetItem* row) {

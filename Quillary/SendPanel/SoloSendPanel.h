@@ -4,7 +4,6 @@
 
 #include <QDialog>
 
-class QButtonGroup;
 class QCheckBox;
 class QLabel;
 class QListWidget;
@@ -20,6 +19,7 @@ class AppSettings;
 class FlowLayout;
 class ProjectPicker;
 class SearchBox;
+class SegmentedPicker;
 
 /// The sheet from which a note's text goes to Solo, as a new session's first message or into an open session.
 class SoloSendPanel : public QDialog {
@@ -36,13 +36,20 @@ public:
     /// `solo` and `settings` must outlive it. It asks for what Solo offers at once.
     SoloSendPanel(SoloController& solo, AppSettings& settings, const Message& message, QWidget* parent = nullptr);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     QWidget* makeHeader();
-    QWidget* makeModePicker();
+    SegmentedPicker* makeModePicker();
+    QProgressBar* makeProgress();
     QWidget* makeNewSession();
     QWidget* makeOpenSession();
+    QWidget* makeFailure();
+    void connectAll();
     void showMode();
     void showTools();
+    void makeChips();
     void showProjects();
     void showSessions();
     void showProgress();
@@ -53,10 +60,11 @@ private:
     AppSettings& m_settings;
     Message m_message;
     QToolButton* m_refresh = nullptr;
-    QButtonGroup* m_modes = nullptr;
+    SegmentedPicker* m_modes = nullptr;
     QStackedWidget* m_pages = nullptr;
     QWidget* m_chips = nullptr;
     FlowLayout* m_chipLayout = nullptr;
+    QList<SoloAgentTool> m_shownTools;
     ProjectPicker* m_projects = nullptr;
     QPushButton* m_start = nullptr;
     SearchBox* m_sessionQuery = nullptr;
@@ -64,6 +72,8 @@ private:
     QLabel* m_noSession = nullptr;
     QCheckBox* m_submit = nullptr;
     QCheckBox* m_bringToFront = nullptr;
+    QWidget* m_failure = nullptr;
+    QLabel* m_failureImage = nullptr;
     QLabel* m_error = nullptr;
     QProgressBar* m_progress = nullptr;
 };

@@ -173,6 +173,55 @@ TEST_F(SendPanelTest, TheProjectIsSearchedForAndChosen) {
     EXPECT_FALSE(shown<QPushButton>(u"Avvia sessione"_s)->isEnabled());
 }
 
+TEST_F(SendPanelTest, ReturnChoosesAProjectAndStartsNothing) {
+    show();
+    auto* const query = panel->findChild<ProjectPicker*>()->findChild<SearchBox*>();
+    QTest::keyClicks(query, u"ze"_s);
+    QTest::keyClick(query, Qt::Key_Return);
+    EXPECT_EQ(notes.settings().soloProjectID(), 8) << "the first that was found";
+    query->clear();
+    QTest::keyClick(query, Qt::Key_Down);
+    QTest::keyClick(list(), Qt::Key_Home);
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_EQ(notes.settings().soloProjectID(), 9);
+    QTest::keyClicks(query, u"xyz"_s);
+    QTest::keyClick(query, Qt::Key_Return);
+    EXPECT_EQ(notes.settings().soloProjectID(), 9) << "nothing was found";
+    EXPECT_FALSE(controller.isSending());
+    query->clear();
+    QTest::keyClick(query, Qt::Key_Return);
+    EXPECT_TRUE(controller.isSending()) << "without a search it is the default button's";
+    ASSERT_TRUE(await([this] { return !controller.isSending(); }));
+}
+
+TEST_F(SendPanelTest, TheKeyboardGoesThroughThePanelFromTopToBottom) {
+    show();
+    panel->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(panel.get()));
+    shown<QToolButton>(u"Aggiorna"_s)->setFocus();
+    QStringList names;
+    for (int i = 0; i < 7; ++i) {
+        names.append(panel->focusWidget()->accessibleName());
+        if (const auto* const button = qobject_cast<QAbstractButton*>(panel->focusWidget())) {
+            names.last() = button->text();
+        }
+        QTest::keyClick(panel->focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(names, QStringList({u"Aggiorna"_s, u"Nuova sessione"_s, u"Claude"_s, u"Cerca progetto (scelto: Alfa)"_s,
+                                  u"Progetto"_s, u"Avvia sessione"_s, u"Porta Solo in primo piano dopo l'invio"_s}))
+        << "of several choices it comes to the chosen one: " << qPrintable(names.join(u", "));
+}
+
+TEST_F(SendPanelTest, AToolThatHasAnotherNumberAfterARefreshIsChosenByThat) {
+    show();
+    solo.play(u"agents.list"_s, {uR"(out {"ok": true, "data": {"agentTools": [{"id": 14, "name": "Codex"}, )"
+                                 uR"({"id": 15, "name": "Claude", "toolType": "claude"}]}})"_s});
+    controller.refresh();
+    ASSERT_TRUE(await([this] { return !controller.isLoading(); }));
+    click<AgentChip>(u"Codex"_s);
+    EXPECT_EQ(notes.settings().soloAgentToolID(), 14);
+}
+
 TEST_F(SendPanelTest, ANewSessionStartsWithTheText) {
     show();
     click<QPushButton>(u"Avvia sessione"_s);

@@ -1,0 +1,93 @@
+#include "Quillary/SendPanel/SegmentedPicker.h"
+
+#include "Quillary/Theme/Theme.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+
+namespace quillary {
+
+namespace {
+
+constexpr double cornerRadius = 7;
+constexpr int segmentHeight = 28;
+constexpr int barPadding = 2;
+
+/// One choice; the chosen one is filled.
+class Segment : public QPushButton {
+public:
+    Segment(const QString& text, QWidget* parent) : QPushButton(text, parent) {
+        setCheckable(true);
+        // In a group, and told to be one of several choices.
+        setAutoExclusive(true);
+        setAutoDefault(false);
+        setFixedHeight(segmentHeight);
+        setAttribute(Qt::WA_Hover);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF shape = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        if (isChecked() || underMouse()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(isChecked() ? palette().color(QPalette::Highlight) : Theme::rowHover(palette()));
+            painter.drawRoundedRect(shape, cornerRadius - barPadding, cornerRadius - barPadding);
+        }
+        if (hasFocus()) {
+            painter.setBrush(Qt::NoBrush);
+            painter.setPen(QPen(palette().color(QPalette::WindowText), 1));
+            painter.drawRoundedRect(shape, cornerRadius - barPadding, cornerRadius - barPadding);
+        }
+        painter.setPen(palette().color(isChecked() ? QPalette::HighlightedText : QPalette::WindowText));
+        painter.drawText(rect(), Qt::AlignCenter, text());
+    }
+};
+
+} // namespace
+
+SegmentedPicker::SegmentedPicker(QWidget* parent) : QWidget(parent), m_segments(new QButtonGroup(this)) {
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(barPadding, barPadding, barPadding, barPadding);
+    row->setSpacing(barPadding);
+    connect(m_segments, &QButtonGroup::idClicked, this, &SegmentedPicker::chosen);
+}
+
+void SegmentedPicker::addSegment(int id, const QString& text) {
+    auto* const segment = new Segment(text, this);
+    m_segments->addButton(segment, id);
+    layout()->addWidget(segment);
+}
+
+int SegmentedPicker::selection() const {
+    return m_segments->checkedId();
+}
+
+void SegmentedPicker::setSelection(int id) {
+    const QList<QAbstractButton*> segments = m_segments->buttons();
+    for (QAbstractButton* const segment : segments) {
+        const bool isChosen = m_segments->id(segment) == id;
+        // The keyboard comes to the chosen one, and goes on to others with the arrows.
+        segment->setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
+        if (isChosen) {
+            segment->setChecked(true);
+        }
+    }
+}
+
+QWidget* SegmentedPicker::lastSegment() const {
+    return layout()->isEmpty() ? nullptr : layout()->itemAt(layout()->count() - 1)->widget();
+}
+
+void SegmentedPicker::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::searchFill(palette()));
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+}
+
+} // namespace quillary
