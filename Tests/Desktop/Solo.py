@@ -1,0 +1,319 @@
+"""Sending a note to Solo from the running program: the panel by keyboard and by mouse, what Solo's executables are given, the
+link that the desktop opens, and what the user reads when it fails."""
+
+import json
+import os
+import signal
+import subprocess
+import unittest
+
+from desktop import DesktopTest, wait_for
+
+FAKE_SOLO = os.environ["QUILLARY_FAKE_SOLO"]
+
+TOOLS = [{"id": 4, "name": "Codex", "toolType": "codex"}, {"id": 5, "name": "Claude", "toolType": "claude"}]
+PROJECTS = [{"id": 8, "name": "Zeta", "path": "/progetti/z"}, {"id": 9, "name": "Alfa", "path": "/progetti/a"}]
+PROCESSES = [
+    {"id": 31, "name": "Sessione", "kind": "agent", "status": "running", "projectId": 9, "projectName": "Alfa"},
+    {"id": 32, "name": "Libera", "kind": "agent", "status": "running"},
+    {"id": 33, "name": "Altra", "kind": "agent", "status": "running", "projectId": 8, "projectName": "Zeta"},
+]
+
+OPENED = ["read", 'out {"id": 1, "result": {}}', "read", "read"]
+ACCEPTED = OPENED + ['out {"id": 2, "result": {}}', "read", 'out {"id": 3, "result": {}}', "read"]
+REFUSED = OPENED + ['out {"id": 2, "error": {"message": "la sessione è chiusa"}}']
+REFUSED_WITHOUT_WORDS = OPENED + ['out {"id": 2, "result": {"isError": true}}']
+
+BUTTON = "Invia a Solo (⇧⌘↩)"
+PANEL = "Invia a Solo"
+
+
+def answer(key, value):
+    return ["out " + json.dumps({"ok": True, "data": {key: value}})]
+
+
+class Solo(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.plays = self.home + "/solo"
+        os.mkdir(self.plays)
+        self.opened = self.home + "/opened"
+        self.make_executable(self.home + "/desktop/xdg-open", f'#!/bin/sh\nprintf "%s\\n" "$1" >> "{self.opened}"\n')
+        self.set_environment("FAKE_SOLO", self.plays)
+        self.set_environment("PATH", self.home + "/desktop:" + os.environ["PATH"])
+        self.play("agents.list", answer("agentTools", TOOLS))
+        self.play("projects.list", answer("projects", PROJECTS))
+        self.play("processes.list", answer("processes", PROCESSES))
+        self.play("processes.spawn", answer("id", 77))
+        self.play("mcp", ACCEPTED)
+        self.write("La nota.md", "ciao mondo")
+
+    def set_environment(self, name, value):
+        before = os.environ.get(name)
+        os.environ[name] = value
+        self.addCleanup(lambda: os.environ.pop(name) if before is None else os.environ.update({name: before}))
+
+    @staticmethod
+    def make_executable(path, text):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        os.chmod(path, 0o755)
+
+    def install(self, *names):
+        """Puts Solo's executables where they belong in the home."""
+        for name in names:
+            path = f"{self.home}/{name}"
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            os.symlink(FAKE_SOLO, path)
+
+    def install_all(self):
+        self.install("Applications/Solo.app/Contents/MacOS/solo-cli", "Applications/Solo.app/Contents/MacOS/mcp")
+
+    def play(self, role, steps):
+        with open(f"{self.plays}/{role}", "w", encoding="utf-8") as file:
+            file.write("\n".join(steps))
+
+    def log(self, role):
+        try:
+            with open(f"{self.plays}/{role}.log", encoding="utf-8") as file:
+                return file.read().splitlines()
+        except FileNotFoundError:
+            return []
+
+    def links(self):
+        try:
+            with open(self.opened, encoding="utf-8") as file:
+                return file.read().splitlines()
+        except FileNotFoundError:
+            return []
+
+    def messages(self):
+        return [json.loads(line) for line in self.log("mcp") if line != "(end)"]
+
+    def preference(self, key):
+        with open(self.home + "/config/quillary/preferences.json", encoding="utf-8") as file:
+            return json.load(file).get(key)
+
+    # What is on the screen
+
+    def begin(self, appearance="light", **preferences):
+        self.preferences.update(appearance=appearance, **preferences)
+        program = self.start()
+        program.expect_rows(["Oggi", "La nota"])
+        wait_for("the text", lambda: program.find("text", "Testo della nota"))
+        wait_for("the focus", program.is_active)
+        return program
+
+    @staticmethod
+    def control(program, name):
+        for role in ("push button", "check box", "radio button", "toggle button", "text"):
+            node = program.find(role, name)
+            if node:
+                return node
+        return None
+
+    def has(self, program, name, state):
+        from gi.repository import Atspi
+        node = self.control(program, name) or program.find("list", name)
+        return node is not None and node.get_state_set().contains(getattr(Atspi.StateType, state))
+
+    def press(self, program, name):
+        from gi.repository import Atspi
+        place = Atspi.Component.get_extents(wait_for(name, lambda: self.control(program, name)), Atspi.CoordType.SCREEN)
+        program.click(place.x + place.width // 2, place.y + place.height // 2)
+
+    def wait_for_text(self, program, text):
+        return wait_for(f"the text {text!r}", lambda: program.find("label", text))
+
+    @staticmethod
+    def names_in(program, name):
+        from gi.repository import GLib
+        try:
+            nodes = program.find("list", name)
+            if nodes is None:
+                return []
+            nodes.clear_cache()
+            return [nodes.get_child_at_index(i).get_name() for i in range(nodes.get_child_count())]
+        except (GLib.Error, AttributeError):
+            return []
+
+    def click_in(self, program, name, row):
+        from gi.repository import Atspi
+        wait_for(row, lambda: row in self.names_in(program, name))
+        node = program.find("list", name).get_child_at_index(self.names_in(program, name).index(row))
+        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
+        program.click(place.x + place.width // 2, place.y + place.height // 2)
+
+    def tab_to(self, program, name):
+        """Goes on with the keyboard until a control has it."""
+        for _ in range(12):
+            if self.has(program, name, "FOCUSED"):
+                return
+            before = self.focus(program)
+            program.keys("Tab")
+            wait_for("the focus to move", lambda: self.focus(program) != before)
+        raise AssertionError(f"the keyboard does not reach {name}")
+
+    def focus(self, program):
+        """The name of the control of the panel that has the keyboard."""
+        from gi.repository import Atspi, GLib
+        panel = program.find("dialog", PANEL)
+        nodes = [panel] if panel else []
+        while nodes:
+            node = nodes.pop()
+            try:
+                if node.get_state_set().contains(Atspi.StateType.FOCUSED):
+                    return node.get_role_name(), node.get_name()
+                nodes.extend(filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count()))))
+            except GLib.Error:  # a node that ended between two questions
+                continue
+        return None
+
+    def open_panel(self, program, how):
+        how()
+        wait_for("the panel", lambda: program.find("dialog", PANEL))
+        wait_for("what Solo offers", lambda: self.has(program, "Aggiorna", "ENABLED"))
+
+    def expect_sent(self, program, confirmation):
+        wait_for("the panel to close", lambda: not program.find("dialog", PANEL))
+        wait_for("the confirmation", lambda: self.control(program, BUTTON).get_description() == confirmation)
+
+    # The tests
+
+    def test_the_keyboard_alone_starts_a_session(self):
+        self.install_all()
+        program = self.begin()
+        self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
+        self.wait_for_text(program, "Nota intera · 10 caratteri")
+        self.wait_for_text(program, "Apre una nuova sessione con la nota come primo messaggio.")
+        wait_for("the preferred tool", lambda: self.has(program, "Claude", "CHECKED"))
+        self.assertEqual(self.names_in(program, "Progetto"), ["Alfa", "Zeta"])
+        self.display.picture(self.id() + ".panel")
+
+        self.tab_to(program, "Cerca progetto (scelto: Alfa)")
+        program.type("/progetti/Z")
+        wait_for("the found project", lambda: self.names_in(program, "Progetto") == ["Zeta"])
+        program.keys("Down")
+        wait_for("the keyboard in the list", lambda: self.has(program, "Progetto", "FOCUSED"))
+        program.keys("Return")
+        wait_for("the chosen project", lambda: program.find("text", "Cerca progetto (scelto: Zeta)"))
+        self.assertEqual(self.preference("soloProjectID"), 8)
+        self.assertEqual(self.log("processes.spawn"), [])
+        self.tab_to(program, "Avvia sessione")
+        program.keys("space")
+        self.expect_sent(program, "Nuova sessione Claude avviata in Zeta")
+        self.assertEqual([line.split("\x1f") for line in self.log("processes.spawn")],
+                         [["--json", "processes", "spawn", "--project-id", "8", "--kind", "agent", "--agent-tool-id", "5",
+                           "--name", "La nota", "--arg", "ciao mondo"]])
+        wait_for("the link", lambda: self.links() == ["solo://proj/8/process/la-nota--77"])
+
+    def test_the_mouse_alone_pastes_a_selection(self):
+        self.install_all()
+        program = self.begin("dark")
+        program.keys("ctrl+Home", "ctrl+shift+Right")
+        self.open_panel(program, lambda: self.press(program, BUTTON))
+        self.wait_for_text(program, "Selezione · 5 caratteri")
+        self.press(program, "Codex")
+        wait_for("the chosen tool", lambda: self.preference("soloAgentToolID") == 4)
+        self.press(program, "Sessione aperta")
+        wait_for("the sessions", lambda: self.names_in(program, "Sessioni") == [
+            "Alfa", "Sessione", "Senza progetto", "Libera", "Zeta", "Altra"])
+        self.assertEqual(self.preference("soloMode"), "openSession")
+        self.display.picture(self.id() + ".panel")
+
+        self.press(program, "Cerca sessione o progetto")
+        program.type("ALFA")
+        wait_for("the found sessions", lambda: self.names_in(program, "Sessioni") == ["Alfa", "Sessione"])
+        self.press(program, "Cancella")
+        wait_for("all sessions", lambda: len(self.names_in(program, "Sessioni")) == 6)
+        self.press(program, "Premi Invio dopo l'incolla")
+        wait_for("the stored choice", lambda: self.preference("soloSubmitAfterPaste") is False)
+        self.click_in(program, "Sessioni", "Sessione")
+        self.expect_sent(program, "Inviata a Sessione · Alfa")
+        wait_for("the link", lambda: self.links() == ["solo://proj/9/process/sessione--31"])
+        self.assertEqual([message["method"] for message in self.messages()],
+                         ["initialize", "notifications/initialized", "tools/call"])
+        self.assertEqual(self.messages()[2]["params"]["arguments"], {
+            "process_id": 31, "project_id": 9, "submit": False, "input": "\x1b[200~ciao \x1b[201~"})
+
+        # To a session without a project there is no link; with the return, which travels by itself.
+        self.open_panel(program, lambda: self.press(program, BUTTON))
+        wait_for("no confirmation", lambda: "Inviata" not in self.control(program, BUTTON).get_description())
+        self.press(program, "Premi Invio dopo l'incolla")
+        wait_for("the stored choice", lambda: self.preference("soloSubmitAfterPaste") is True)
+        self.click_in(program, "Sessioni", "Libera")
+        self.expect_sent(program, "Inviata a Libera")
+        self.assertEqual(self.messages()[-1]["params"]["arguments"], {"process_id": 32, "submit": False, "bytes": [13]})
+        self.assertEqual(len(self.links()), 1)
+
+    def test_tells_what_failed_and_lets_try_again(self):
+        self.install_all()
+        self.play("agents.list", ['out {"ok": false, "error": {"message": "connessione rifiutata"}}'])
+        program = self.begin("dark", soloMode="openSession", soloBringToFront=False)
+        self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
+        self.wait_for_text(program, "Solo non risponde. È aperto?\nconnessione rifiutata")
+        self.wait_for_text(program, "Nessuna sessione agent attiva in Solo.")
+        self.display.picture(self.id() + ".not-running")
+        for steps, text in ((["out usage: solo"], "Risposta di Solo non riconosciuta."),
+                            (["crash"], "Solo non ha risposto in tempo.")):
+            self.play("agents.list", steps)
+            self.press(program, "Aggiorna")
+            self.wait_for_text(program, text)
+        self.play("agents.list", answer("agentTools", TOOLS))
+        self.press(program, "Aggiorna")
+        for steps, text in ((REFUSED, "Invio non riuscito: la sessione è chiusa"),
+                            (REFUSED_WITHOUT_WORDS, "Invio non riuscito: errore sconosciuto"),
+                            (OPENED + ["exit 0"], "Solo non ha risposto in tempo.")):
+            self.play("mcp", steps)
+            self.click_in(program, "Sessioni", "Sessione")
+            self.wait_for_text(program, text)
+            self.assertTrue(program.find("dialog", PANEL))
+            wait_for("the next try", lambda: self.has(program, "Sessioni", "ENABLED"))
+        self.display.picture(self.id() + ".refused")
+        self.play("mcp", ACCEPTED)
+        self.click_in(program, "Sessioni", "Sessione")
+        self.expect_sent(program, "Inviata a Sessione · Alfa")
+        self.assertEqual(self.links(), [])
+
+    def test_ends_cleanly_while_a_text_is_under_way(self):
+        self.install_all()
+        self.play("mcp", OPENED + ["ignore-term", "hang"])
+        program = self.begin(soloMode="openSession")
+        self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
+        self.click_in(program, "Sessioni", "Altra")
+        wait_for("the silence", lambda: "(hangs)" in self.log("mcp"))
+        self.assertFalse(self.has(program, "Sessioni", "ENABLED"))
+        self.display.picture(self.id() + ".sending")
+        servers = subprocess.run(["pgrep", "-P", str(program.process.pid)], capture_output=True, text=True).stdout.split()
+        self.assertEqual(len(servers), 1)
+        program.process.send_signal(signal.SIGTERM)
+        self.assertEqual(program.process.wait(timeout=20), 0)
+        self.assertFalse(os.path.exists("/proc/" + servers[0]), "a server outlives the program")
+
+    def test_offers_what_is_installed(self):
+        program = self.begin()
+        program.keys("alt+n")
+        item = wait_for("the menu entry", lambda: program.find("menu item", "Invia a Solo…"))
+        from gi.repository import Atspi
+        self.assertFalse(item.get_state_set().contains(Atspi.StateType.ENABLED))
+        program.keys("Escape", "Escape")
+        self.press(program, BUTTON)
+        program.keys("ctrl+Home")
+        program.type("x")
+        wait_for("the text, which has kept the keyboard", lambda: self.read("La nota.md").startswith("x"))
+        self.assertFalse(program.find("dialog", PANEL))
+        program.close()
+
+        # The command line alone finds sessions, but can't paste.
+        self.install(".local/bin/solo")
+        program = self.begin(soloMode="openSession")
+        self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
+        self.click_in(program, "Sessioni", "Altra")
+        self.wait_for_text(program, "Solo non è installato (manca la riga di comando «solo»).")
+        program.keys("Escape")
+        wait_for("the panel to close", lambda: not program.find("dialog", PANEL))
+
+
+if __name__ == "__main__":
+    unittest.main()
