@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tests/Support/OwnMounts.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QTemporaryDir>
@@ -57,8 +59,20 @@ private:
     void (*m_handler)(int);
 };
 
-/// Another file system in a fresh directory. Only the superuser can have one; the tests that need it are skipped for
-/// others.
+/// Whether there can be a file of a user who isn't this one.
+inline bool canMakeFilesOfOthers() {
+    return ::geteuid() == 0;
+}
+
+/// What tests that are skipped say.
+inline constexpr const char* noOtherOwner =
+    "only the superuser can make a file that belongs to somebody else: run as the superuser";
+inline constexpr const char* noAttributes =
+    "neither the temporary directory nor the working directory nor /var/tmp keeps birth times and extended attributes "
+    "(user.*): set TMPDIR to a directory on a file system that does, as ext4, XFS and Btrfs do";
+
+/// Another file system in a fresh directory, seen by this program alone. Where it can't be had, the tests that need it
+/// are skipped; see `enterOwnMounts`.
 class MountedFileSystem {
 public:
     static MountedFileSystem inMemory(const QByteArray& options) { return {"tmpfs", "tmpfs", 0, options}; }

@@ -1,3 +1,6 @@
+#include "Tests/Support/OwnMounts.h"
+#include "Tests/Support/TemporaryFiles.h"
+
 #include <QCoreApplication>
 
 #include <gmock/gmock.h>
@@ -7,6 +10,8 @@
 /// Test programs without a display need an event loop and a fixed locale, and nothing more; those of the views bring
 /// their own main.
 int main(int argc, char** argv) {
+    quillary::test::enterOwnMounts();
+    quillary::test::useTemporaryFilesWithAttributes();
     qputenv("LC_ALL", "C.UTF-8");
     std::setlocale(LC_ALL, "C.UTF-8");
     QCoreApplication application(argc, argv);

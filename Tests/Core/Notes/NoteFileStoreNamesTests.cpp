@@ -238,7 +238,7 @@ TEST_F(NoteFileStoreNames, LeavesANoteThatMayNotBeMoved) {
 TEST_F(NoteFileStoreNames, MovesANoteIntoAFolderOnAnotherFileSystem) {
     const auto disk = test::MountedFileSystem::inMemory("size=1m");
     if (!disk.isMounted()) {
-        GTEST_SKIP() << "only the superuser can mount a disk";
+        GTEST_SKIP() << test::noMounts;
     }
     const TestDirectory mounted(disk.path());
     const NoteFileStore parent(FilePath::fromBytes(disk.path()).parent());

@@ -107,7 +107,7 @@ TEST_P(AtomicFileTest, KeepsModeAndExtendedAttributes) {
         EXPECT_EQ(fileStatus(path)->mode, mode);
     }
     if (!TestDirectory::setAttribute(path, "user.tags", "red\0blue")) {
-        GTEST_SKIP() << "the file system keeps no extended attributes";
+        GTEST_SKIP() << test::noAttributes;
     }
     TestDirectory::setAttribute(path, "user.empty", "");
     TestDirectory::setAttribute(path, "user.long", QByteArray(1000, 'x'));
@@ -119,8 +119,8 @@ TEST_P(AtomicFileTest, KeepsModeAndExtendedAttributes) {
 }
 
 TEST_P(AtomicFileTest, KeepsTheOwner) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the superuser may save another user's file as that user's";
+    if (!test::canMakeFilesOfOthers()) {
+        GTEST_SKIP() << test::noOtherOwner;
     }
     const TestDirectory directory;
     const FilePath path = directory.write("a.md", "old");
@@ -134,8 +134,8 @@ TEST_P(AtomicFileTest, KeepsTheOwner) {
 }
 
 TEST_P(AtomicFileTest, GivesAForeignGroupsRightsToNoOtherGroup) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "needs a file of another user";
+    if (!test::canMakeFilesOfOthers()) {
+        GTEST_SKIP() << test::noOtherOwner;
     }
     const TestDirectory directory;
     ::chmod(directory.bytes().constData(), 0777);
@@ -240,7 +240,7 @@ TEST_P(AtomicFileTest, LeavesTheOldFileWholeWhenAFileMayNotGrow) {
 TEST_P(AtomicFileTest, LeavesTheOldFileWholeOnAFullDisk) {
     const auto disk = test::MountedFileSystem::inMemory("size=1m");
     if (!disk.isMounted()) {
-        GTEST_SKIP() << "only the superuser can mount a small disk";
+        GTEST_SKIP() << test::noMounts;
     }
     const TestDirectory directory(disk.path());
     const QByteArray old(300'000, 'o');
@@ -255,7 +255,7 @@ TEST_P(AtomicFileTest, LeavesTheOldFileWholeOnAFullDisk) {
 TEST_P(AtomicFileTest, RefusesAReadOnlyFileSystem) {
     const auto disk = test::MountedFileSystem::inMemory("size=1m,ro");
     if (!disk.isMounted()) {
-        GTEST_SKIP() << "only the superuser can mount a disk";
+        GTEST_SKIP() << test::noMounts;
     }
     EXPECT_EQ(replaceContents(TestDirectory(disk.path()).path("a.md"), "new").error().code, EROFS);
 }

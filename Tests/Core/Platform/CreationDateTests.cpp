@@ -3,6 +3,7 @@
 #include "QuillaryCore/Platform/AtomicFile.h"
 #include "QuillaryCore/Platform/FileCopy.h"
 
+#include "Tests/Support/SystemConditions.h"
 #include "Tests/Support/TestDirectory.h"
 
 #include <QProcess>
@@ -37,7 +38,7 @@ protected:
     void SetUp() override {
         const FilePath probe = directory.write("probe");
         if (!fileStatus(probe)->born || !TestDirectory::setAttribute(probe, "user.probe", "x")) {
-            GTEST_SKIP() << "the file system keeps no birth times or no extended attributes";
+            GTEST_SKIP() << test::noAttributes;
         }
         ::unlink(probe.bytes().constData());
     }

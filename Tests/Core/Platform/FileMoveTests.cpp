@@ -158,7 +158,7 @@ TEST(FileMove, DoesNotReplaceAnotherFileOfTheSameLetters) {
 TEST(FileMove, TakesAFileWithItsDatesToAnotherFileSystem) {
     const auto disk = test::MountedFileSystem::inMemory("size=1m");
     if (!disk.isMounted()) {
-        GTEST_SKIP() << "only the superuser can mount a disk";
+        GTEST_SKIP() << test::noMounts;
     }
     const TestDirectory directory;
     const TestDirectory other(disk.path());
