@@ -17,10 +17,11 @@ namespace quillary {
 /// of it.
 class CSVTable {
 public:
-    /// A field: where it begins in the source, or, below zero, ~where it begins among the assembled fields.
+    /// A field: where it begins in the source, or, below zero, ~where it begins among the assembled fields. There may
+    /// be one for each unit of the text, so that it is kept small; the numbers suffice for every text below 1 GiB.
     struct Field {
-        qsizetype start = 0;
-        qsizetype length = 0;
+        qint32 start = 0;
+        qint32 length = 0;
     };
 
     /// One row: a range of texts.
@@ -100,7 +101,7 @@ private:
     QString m_assembled;
     std::vector<Field> m_fields;
     /// For each row the number of fields up to its end.
-    std::vector<qsizetype> m_rowEnds;
+    std::vector<quint32> m_rowEnds;
     qsizetype m_columnCount = 0;
     char32_t m_delimiter;
 };

@@ -14,30 +14,32 @@ public:
     }
 
     /// Ends a field that is this stretch of the source and nothing else.
-    void addField(qsizetype start, qsizetype length) { m_table.m_fields.push_back({start, length}); }
+    void addField(qsizetype start, qsizetype length) { push(start, length); }
 
     /// Adds a stretch of the source to the field that is being assembled.
     void addPiece(qsizetype start, qsizetype length) {
         if (length == 0) {
             return;
         }
-        if (m_piece.length == 0) {
-            m_piece = {start, length};
+        if (m_length == 0) {
+            m_start = start;
+            m_length = length;
             return;
         }
-        if (m_piece.start >= 0) {
+        if (m_start >= 0) {
             const qsizetype first = m_table.m_assembled.size();
-            m_table.m_assembled.append(QStringView(m_table.m_source).sliced(m_piece.start, m_piece.length));
-            m_piece.start = ~first;
+            m_table.m_assembled.append(QStringView(m_table.m_source).sliced(m_start, m_length));
+            m_start = ~first;
         }
         m_table.m_assembled.append(QStringView(m_table.m_source).sliced(start, length));
-        m_piece.length += length;
+        m_length += length;
     }
 
     /// Ends the field that was assembled.
     void endAssembledField() {
-        m_table.m_fields.push_back(m_piece);
-        m_piece = {};
+        push(m_start, m_length);
+        m_start = 0;
+        m_length = 0;
     }
 
     /// Whether the row that is being read has fields.
@@ -51,17 +53,28 @@ public:
             return;
         }
         m_rowStart += length;
-        m_table.m_rowEnds.push_back(m_rowStart);
+        m_table.m_rowEnds.push_back(static_cast<quint32>(m_rowStart));
         m_table.m_columnCount = std::max(m_table.m_columnCount, length);
     }
 
-    CSVTable take() && { return std::move(m_table); }
+    CSVTable take() && {
+        // A text of nothing but separators has several times the usual fields, and half of their room may be spare.
+        m_table.m_fields.shrink_to_fit();
+        m_table.m_rowEnds.shrink_to_fit();
+        return std::move(m_table);
+    }
 
 private:
+    void push(qsizetype start, qsizetype length) {
+        m_table.m_fields.push_back({static_cast<qint32>(start), static_cast<qint32>(length)});
+    }
+
     qsizetype fieldCount() const { return static_cast<qsizetype>(m_table.m_fields.size()); }
 
     CSVTable m_table;
-    CSVTable::Field m_piece;
+    /// The field that is being assembled, as CSVTable::Field has it.
+    qsizetype m_start = 0;
+    qsizetype m_length = 0;
     qsizetype m_rowStart = 0;
 };
 
