@@ -82,7 +82,7 @@ public:
     Kind kind() const { return static_cast<Kind>(node().kind); }
 
     /// The level of a heading, 1 to 6.
-    int level() const { return node().number; }
+    int level() const { return node().level; }
 
     /// The text of a heading, a paragraph or a code block, its lines joined by line feeds.
     QStringView text() const { return m_tree->view(node().text); }

@@ -71,7 +71,7 @@ bool MarkdownBlockReader::passItem(std::size_t& depth, MarkdownLine& line) {
     }
     if (marker && marker->ordered == item.isOrdered && marker->indent < item.firstContentOffset) {
         endFrom(depth + 1);
-        m_tree.nodes[item.node].end = m_tree.nodes.size();
+        endNode(item.node);
         line = beginItem(depth, *marker);
     } else {
         endFrom(depth);

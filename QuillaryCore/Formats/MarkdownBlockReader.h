@@ -76,6 +76,7 @@ private:
     void endLeaf();
     void endFrom(std::size_t depth);
     MarkdownTree::Node& addNode(Kind kind);
+    void endNode(std::size_t node);
 
     MarkdownTree& m_tree;
     MarkdownTextJoiner m_text;
@@ -99,8 +100,6 @@ private:
     /// Blank lines in indented code, which are part of it only if more code follows.
     qsizetype m_pendingBlanks = 0;
     /// Of the fence: its place among the languages, or -1.
-    int m_language = -1;
-    std::size_t m_table = 0;
     std::vector<MarkdownTableRow::Cell> m_cells;
     std::vector<MarkdownTree::Alignment> m_alignments;
 };

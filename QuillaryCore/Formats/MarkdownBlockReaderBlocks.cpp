@@ -27,14 +27,14 @@ void MarkdownBlockReader::begin(MarkdownLine line) {
             m_fenceLength = opened->length;
             m_fenceIndent = opened->indent;
             if (const std::optional<QStringView> name = language(opened->info)) {
-                m_language = static_cast<int>(m_tree.languages.size());
-                m_tree.languages.push_back(m_text.store(*name));
+                // The block is the next node, added when it ends.
+                m_tree.languages.push_back({static_cast<quint32>(m_tree.nodes.size()), m_text.store(*name)});
             }
             return;
         }
         if (const std::optional<Heading> heading = atxHeading(line)) {
             MarkdownTree::Node& node = addNode(Kind::heading);
-            node.number = heading->level;
+            node.level = static_cast<quint8>(heading->level);
             node.text = m_text.store(heading->text);
             return;
         }
@@ -129,7 +129,7 @@ bool MarkdownBlockReader::goOn(const MarkdownLine& line) {
 bool MarkdownBlockReader::goOnWithParagraph(const MarkdownLine& line) {
     if (const int level = setextLevel(line)) {
         MarkdownTree::Node& node = addNode(Kind::heading);
-        node.number = level;
+        node.level = static_cast<quint8>(level);
         node.text = m_text.take();
         m_leaf = Leaf::none;
         m_mayBeHeader = false;
@@ -193,29 +193,29 @@ bool MarkdownBlockReader::beginTable(const MarkdownLine& separator) {
     }
     m_leaf = Leaf::table;
     m_mayBeHeader = false;
-    m_table = m_tree.nodes.size();
-    MarkdownTree::Node& node = addNode(Kind::table);
-    node.number = static_cast<int>(m_alignments.size());
-    node.firstCell = m_tree.cells.size();
+    addNode(Kind::table).number = static_cast<qint32>(m_tree.tables.size());
+    const std::size_t firstCell = m_tree.cells.size();
+    m_tree.tables.push_back({.firstCell = static_cast<quint32>(firstCell),
+                             .endOfCells = 0,
+                             .columns = static_cast<quint32>(m_alignments.size())});
     addRow(header);
     for (std::size_t i = 0; i < m_alignments.size(); ++i) {
-        m_tree.cells[node.firstCell + i].alignment = m_alignments[i];
+        m_tree.cells[firstCell + i].alignment = m_alignments[i];
     }
     return true;
 }
 
 /// Adds a row to the open table, filled or cut to the header's length.
 void MarkdownBlockReader::addRow(QStringView line) {
-    MarkdownTree::Node& table = m_tree.nodes[m_table];
-    const auto columns = static_cast<std::size_t>(table.number);
+    MarkdownTree::Table& table = m_tree.tables.back();
     MarkdownTableRow::split(line, m_cells);
-    m_cells.resize(columns);
+    m_cells.resize(table.columns);
     for (const MarkdownTableRow::Cell& cell : m_cells) {
         m_tree.cells.push_back({cell.hasEscapedBars   ? m_text.store(MarkdownTableRow::unescaped(cell.text))
                                 : cell.text.isEmpty() ? MarkdownTree::Text()
                                                       : m_text.store(cell.text)});
     }
-    table.endOfCells = m_tree.cells.size();
+    table.endOfCells = static_cast<quint32>(m_tree.cells.size());
 }
 
 /// Gives the open text blank lines. They are alike if there is more than one.
@@ -245,9 +245,7 @@ void MarkdownBlockReader::endLeaf() {
     if (leaf == Leaf::paragraph) {
         addNode(Kind::paragraph).text = m_text.take();
     } else if (leaf == Leaf::fence || leaf == Leaf::indentedCode) {
-        MarkdownTree::Node& node = addNode(Kind::code);
-        node.text = m_text.take();
-        node.number = std::exchange(m_language, -1);
+        addNode(Kind::code).text = m_text.take();
         m_pendingBlanks = 0;
     }
 }
@@ -257,9 +255,9 @@ void MarkdownBlockReader::endFrom(std::size_t depth) {
     endLeaf();
     while (m_open.size() > depth) {
         const Container& last = m_open.back();
-        m_tree.nodes[last.node].end = m_tree.nodes.size();
+        endNode(last.node);
         if (last.isItem) {
-            m_tree.nodes[last.list].end = m_tree.nodes.size();
+            endNode(last.list);
             m_items.pop_back();
         }
         m_open.pop_back();
@@ -270,8 +268,12 @@ void MarkdownBlockReader::endFrom(std::size_t depth) {
 MarkdownTree::Node& MarkdownBlockReader::addNode(Kind kind) {
     MarkdownTree::Node& node = m_tree.nodes.emplace_back();
     node.kind = kind;
-    node.end = m_tree.nodes.size();
+    node.end = static_cast<quint32>(m_tree.nodes.size());
     return node;
+}
+
+void MarkdownBlockReader::endNode(std::size_t node) {
+    m_tree.nodes[node].end = static_cast<quint32>(m_tree.nodes.size());
 }
 
 void MarkdownBlockReader::finish() {

@@ -77,6 +77,9 @@ MarkdownBlocks parse(const QString& text) {
     MarkdownBlockReader blocks(*tree);
     LineReader(text, blocks).readAll();
     blocks.finish();
+    // A text of nothing but marks has several times the usual nodes, and half of their room may be spare.
+    tree->nodes.shrink_to_fit();
+    tree->cells.shrink_to_fit();
     return {tree, 0, tree->nodes.size()};
 }
 

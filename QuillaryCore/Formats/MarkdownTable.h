@@ -15,12 +15,10 @@ public:
 
     MarkdownTable(std::shared_ptr<const MarkdownTree> tree, std::size_t node) : m_tree(std::move(tree)), m_node(node) {}
 
-    qsizetype columnCount() const { return node().number; }
+    qsizetype columnCount() const { return table().columns; }
 
     /// The rows below the header.
-    qsizetype rowCount() const {
-        return static_cast<qsizetype>(node().endOfCells - node().firstCell) / columnCount() - 1;
-    }
+    qsizetype rowCount() const { return (table().endOfCells - table().firstCell) / columnCount() - 1; }
 
     QStringView header(qsizetype column) const { return m_tree->view(cellAt(0, column).text); }
 
@@ -29,10 +27,10 @@ public:
     QStringView cell(qsizetype row, qsizetype column) const { return m_tree->view(cellAt(row + 1, column).text); }
 
 private:
-    const MarkdownTree::Node& node() const { return m_tree->nodes[m_node]; }
+    const MarkdownTree::Table& table() const { return m_tree->table(m_tree->nodes[m_node]); }
 
     const MarkdownTree::Cell& cellAt(qsizetype line, qsizetype column) const {
-        return m_tree->cells[node().firstCell + static_cast<std::size_t>(line * columnCount() + column)];
+        return m_tree->cells[table().firstCell + static_cast<std::size_t>(line * columnCount() + column)];
     }
 
     std::shared_ptr<const MarkdownTree> m_tree;

@@ -18,7 +18,7 @@ public:
     void add(QStringView line) {
         m_lengthBefore = m_text.length;
         if (m_lines++ == 0) {
-            m_text = store(line);
+            m_text = stored(line);
         } else if (continuesSource(line)) {
             m_text.length += 1 + line.size();
         } else {
@@ -31,7 +31,7 @@ public:
 
     /// The line that was added last.
     QStringView lastLine() const {
-        const QStringView text = m_tree.view(m_text);
+        const QStringView text = m_tree.view(m_text.start, m_text.length);
         return m_lines > 1 ? text.sliced(m_lengthBefore + 1) : text;
     }
 
@@ -44,16 +44,14 @@ public:
     /// Gives the text and begins another.
     MarkdownTree::Text take() {
         m_lines = 0;
-        return std::exchange(m_text, {});
+        const Stretch text = std::exchange(m_text, {});
+        return MarkdownTree::Text::of(text.start, text.length);
     }
 
     /// Keeps a stretch of text as it is.
     MarkdownTree::Text store(QStringView text) {
-        if (isInSource(text)) {
-            return {text.utf16() - QStringView(m_tree.source).utf16(), text.size()};
-        }
-        m_tree.joined.append(text);
-        return {~(m_tree.joined.size() - text.size()), text.size()};
+        const Stretch stretch = stored(text);
+        return MarkdownTree::Text::of(stretch.start, stretch.length);
     }
 
     /// Whether the text is a stretch of the source.
@@ -63,6 +61,19 @@ public:
     }
 
 private:
+    struct Stretch {
+        qsizetype start = 0;
+        qsizetype length = 0;
+    };
+
+    Stretch stored(QStringView text) {
+        if (isInSource(text)) {
+            return {text.utf16() - QStringView(m_tree.source).utf16(), text.size()};
+        }
+        m_tree.joined.append(text);
+        return {~(m_tree.joined.size() - text.size()), text.size()};
+    }
+
     bool continuesSource(QStringView line) const {
         if (m_text.start < 0 || !isInSource(line)) {
             return false;
@@ -74,14 +85,14 @@ private:
 
     void moveToJoined() {
         if (m_text.start >= 0) {
-            const QStringView text = m_tree.view(m_text);
+            const QStringView text = m_tree.view(m_text.start, m_text.length);
             m_text.start = ~m_tree.joined.size();
             m_tree.joined.append(text);
         }
     }
 
     MarkdownTree& m_tree;
-    MarkdownTree::Text m_text;
+    Stretch m_text;
     qsizetype m_lengthBefore = 0;
     qsizetype m_lines = 0;
 };

@@ -12,9 +12,14 @@ namespace quillary {
 /// is copied, compared and dropped like any list. MarkdownBlock and its fellows are the way to read it.
 struct MarkdownTree {
     /// A text of a block: where it begins in the source, or, below zero, ~where it begins among the joined texts.
+    /// The numbers of a tree are small enough for every text below 1 GiB.
     struct Text {
-        qsizetype start = 0;
-        qsizetype length = 0;
+        static Text of(qsizetype start, qsizetype length) {
+            return {static_cast<qint32>(start), static_cast<qint32>(length)};
+        }
+
+        qint32 start = 0;
+        qint32 length = 0;
     };
 
     enum class Kind : quint8 { heading, paragraph, code, quote, list, table, rule, item };
@@ -23,21 +28,36 @@ struct MarkdownTree {
 
     enum class Alignment : quint8 { leading, center, trailing };
 
+    /// There may be one for each unit of the text, so that it is kept small.
     struct Node {
         Kind kind = Kind::rule;
         Check check = Check::none;
         /// Of a list.
         bool isOrdered = false;
-        /// The level of a heading, the first number of a list, the columns of a table; of a code block its place among
-        /// the languages, or -1.
-        int number = 0;
+        /// Of a heading.
+        quint8 level = 0;
         /// The index of the first node that isn't in this one.
-        std::size_t end = 0;
-        /// Of a heading, a paragraph and a code block.
+        quint32 end = 0;
+
+        union {
+            /// Of a heading, a paragraph and a code block.
+            Text text = {};
+            /// The first number of a list, the place of a table among the tables.
+            qint32 number;
+        };
+    };
+
+    /// Its cells row by row, the header first. The alignments of the header's cells are the columns'.
+    struct Table {
+        quint32 firstCell = 0;
+        quint32 endOfCells = 0;
+        quint32 columns = 0;
+    };
+
+    struct Language {
+        /// The code block that names it.
+        quint32 node = 0;
         Text text;
-        /// Of a table: its cells row by row, the header first. The alignments of the header's cells are the columns'.
-        std::size_t firstCell = 0;
-        std::size_t endOfCells = 0;
     };
 
     struct Cell {
@@ -45,15 +65,16 @@ struct MarkdownTree {
         Alignment alignment = Alignment::leading;
     };
 
-    QStringView view(const Text& text) const {
-        return text.start >= 0 ? QStringView(source).sliced(text.start, text.length)
-                               : QStringView(joined).sliced(~text.start, text.length);
+    QStringView view(const Text& text) const { return view(text.start, text.length); }
+
+    QStringView view(qsizetype start, qsizetype length) const {
+        return start >= 0 ? QStringView(source).sliced(start, length) : QStringView(joined).sliced(~start, length);
     }
 
     /// The language of a code block; a null view if it names none.
-    QStringView language(const Node& code) const {
-        return code.number < 0 ? QStringView() : view(languages[static_cast<std::size_t>(code.number)]);
-    }
+    QStringView language(const Node& code) const;
+
+    const Table& table(const Node& node) const { return tables[static_cast<std::size_t>(node.number)]; }
 
     /// Whether the nodes of two stretches say the same.
     static bool areEqual(const MarkdownTree& a, std::size_t firstOfA, std::size_t endOfA, const MarkdownTree& b,
@@ -64,7 +85,9 @@ struct MarkdownTree {
     QString joined;
     std::vector<Node> nodes;
     std::vector<Cell> cells;
-    std::vector<Text> languages;
+    std::vector<Table> tables;
+    /// In the order of their nodes.
+    std::vector<Language> languages;
 };
 
 } // namespace quillary
