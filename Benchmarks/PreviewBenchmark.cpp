@@ -52,6 +52,16 @@ QString numbersOfJSON() {
     return u'[' + QString(u"1,"_s).repeated(units / 2 - 2) + u"1]";
 }
 
+QString smallArraysOfJSON() {
+    return u'[' + QString(u"[1],"_s).repeated(units / 4 - 1) + u"1]";
+}
+
+QString deepArraysOfJSON() {
+    constexpr int depth = 99;
+    const QString deep = QString(depth, u'[') + QString(depth, u']') + u',';
+    return u'[' + deep.repeated(units / deep.size()) + u"1]";
+}
+
 QString recordsOfCSV() {
     QString text = u"id,nome,città,importo\n"_s;
     while (text.size() < units - 60) {
@@ -101,6 +111,12 @@ void measure(const QByteArray& task, double limit, Work&& work) {
     std::fflush(stdout);
 }
 
+void printMemory(const QByteArray& task, double before, const QString& text) {
+    const double share = (allocatedBytes() - before) / static_cast<double>(text.size()) / sizeof(QChar);
+    std::printf("%-52s %9.2f times the text (limit 10)%s\n", task.constData(), share,
+                share > 10 ? "  ABOVE THE LIMIT" : "");
+}
+
 template <typename View, typename... Arguments>
 void measurePreview(const char* name, Window& window, const QString& text, Arguments... arguments) {
     const QByteArray toggle = QByteArray(name).append(", from text to screen");
@@ -115,9 +131,7 @@ void measurePreview(const char* name, Window& window, const QString& text, Argum
     const double before = allocatedBytes();
     auto view = std::make_unique<View>(text, baseSize, arguments...);
     window.put(*view);
-    const double share = (allocatedBytes() - before) / static_cast<double>(text.size()) / sizeof(QChar);
-    std::printf("%-52s %9.2f times the text (limit 10)%s\n", QByteArray(name).append(", memory").constData(), share,
-                share > 10 ? "  ABOVE THE LIMIT" : "");
+    printMemory(QByteArray(name).append(", memory"), before, text);
 }
 
 /// The slowest of several pages, each scrolled to and painted.
@@ -174,8 +188,10 @@ void measureMarkdown(Window& window) {
 void measureJSON(Window& window) {
     const std::function<void(const QString&)> ignore = [](const QString&) {};
     for (const auto& [name, text] :
-         {std::pair("JSON, records", recordsOfJSON()), std::pair("JSON, half a million numbers", numbersOfJSON())}) {
+         {std::pair("JSON, records", recordsOfJSON()), std::pair("JSON, half a million numbers", numbersOfJSON()),
+          std::pair("JSON, small arrays", smallArraysOfJSON()), std::pair("JSON, deep arrays", deepArraysOfJSON())}) {
         measurePreview<JSONPreview>(name, window, text, ignore);
+        const double before = allocatedBytes();
         JSONPreview view(text, baseSize, ignore);
         window.put(view);
         const QList<QPushButton*> buttons = view.findChildren<QPushButton*>();
@@ -189,6 +205,7 @@ void measureJSON(Window& window) {
                 view.findChild<JSONRowsView*>()->viewport()->repaint();
             });
         });
+        printMemory(QByteArray(name).append(", memory with all open"), before, text);
         measure(QByteArray(name).append(", slowest of 50 pages"), 8,
                 [&] { return slowestPage(*view.findChild<JSONRowsView*>(), 1000); });
     }

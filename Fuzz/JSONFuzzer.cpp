@@ -39,7 +39,7 @@ void checkRows(const JSONValue& value) {
     qsizetype containers = 0;
     qsizetype idUnits = 0;
     QSet<JSONPath> paths;
-    for (const JSONTreeRow& row : rows) {
+    for (const JSONTreeRow row : rows) {
         expected += row.isExpanded() ? row.value().childCount() : 0;
         containers += row.value().isContainer() ? 1 : 0;
         const JSONPath path = row.path();
@@ -51,7 +51,7 @@ void checkRows(const JSONValue& value) {
             require(JSONPath::fromText(id) == path, "a path is equal to its text");
         }
     }
-    require(static_cast<qsizetype>(rows.size()) == expected, "the children of opened containers have rows");
+    require(rows.size() == expected, "the children of opened containers have rows");
     require(asked == containers, "each shown container is asked about once");
 }
 

@@ -121,7 +121,7 @@ void JSONPreview::changeRows(void (JSONRowsModel::*change)()) {
     const int top = m_rows->indexAt({0, 0}).row();
     const qsizetype position = top >= 0 ? m_model->row(top).value().position() : 0;
     (m_model->*change)();
-    const int row = m_model->rowOfPosition(position);
+    const auto row = static_cast<int>(m_model->rows().rowAt(position));
     if (row > 0) {
         m_rows->scrollTo(m_model->index(row), QAbstractItemView::PositionAtTop);
     }

@@ -24,7 +24,7 @@ constexpr double rowHeightFactor = 1.65;
 constexpr double fontFactor = 0.95;
 constexpr qsizetype shownUnits = 500;
 
-const JSONTreeRow& rowOf(const QModelIndex& index) {
+JSONTreeRow rowOf(const QModelIndex& index) {
     return static_cast<const JSONRowsModel*>(index.model())->row(index.row());
 }
 
@@ -106,7 +106,7 @@ QSize JSONRowView::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) con
 }
 
 void JSONRowView::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    const JSONTreeRow& row = rowOf(index);
+    const JSONTreeRow row = rowOf(index);
     const QPalette& palette = option.palette;
     if (option.state.testFlag(QStyle::State_Selected)) {
         painter->fillRect(option.rect, palette.color(QPalette::Highlight));
@@ -138,7 +138,7 @@ bool JSONRowView::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QS
     if (event->type() != QEvent::ToolTip || !index.isValid()) {
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     }
-    const JSONTreeRow& row = rowOf(index);
+    const JSONTreeRow row = rowOf(index);
     const QFontMetrics metrics(Theme::font(m_baseSize * fontFactor));
     const QString shown = labelText(row) + valueText(row);
     const bool isWhole = metrics.horizontalAdvance(shown) <= option.rect.width() - contentLeft(row) - padding;

@@ -3,7 +3,7 @@
 #include "Quillary/Previews/JSONRowView.h"
 #include "QuillaryCore/Formats/JSONTree.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace quillary {
 
@@ -28,37 +28,21 @@ void JSONRowsModel::toggle(int row) {
         return;
     }
     m_expansion.toggle(toggled);
-    std::vector<JSONTreeRow> rows = makeRows();
+    JSONTreeRows rows = makeRows();
     const int change = static_cast<int>(rows.size()) - static_cast<int>(m_rows.size());
     if (change > 0) {
         beginInsertRows({}, row + 1, row + change);
-        takeRows(std::move(rows));
+        m_rows = std::move(rows);
         endInsertRows();
     } else if (change < 0) {
         beginRemoveRows({}, row + 1, row - change);
-        takeRows(std::move(rows));
+        m_rows = std::move(rows);
         endRemoveRows();
     } else {
-        takeRows(std::move(rows));
+        m_rows = std::move(rows);
     }
     const QModelIndex changed = index(row);
     Q_EMIT dataChanged(changed, changed);
-}
-
-int JSONRowsModel::parentOf(int row) const {
-    const qint64 depth = this->row(row).depth();
-    int parent = row - 1;
-    while (parent >= 0 && this->row(parent).depth() >= depth) {
-        --parent;
-    }
-    return parent;
-}
-
-int JSONRowsModel::rowOfPosition(qsizetype position) const {
-    const auto behind =
-        std::upper_bound(m_rows.begin(), m_rows.end(), position,
-                         [](qsizetype wanted, const JSONTreeRow& row) { return wanted < row.value().position(); });
-    return std::max(static_cast<int>(behind - m_rows.begin()) - 1, 0);
 }
 
 int JSONRowsModel::rowCount(const QModelIndex& parent) const {
@@ -67,28 +51,20 @@ int JSONRowsModel::rowCount(const QModelIndex& parent) const {
 
 QVariant JSONRowsModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole) {
-        const JSONTreeRow& shown = row(index.row());
+        const JSONTreeRow shown = row(index.row());
         return QString(JSONRowView::labelText(shown) + JSONRowView::valueText(shown));
     }
     return {};
 }
 
-std::vector<JSONTreeRow> JSONRowsModel::makeRows() const {
+JSONTreeRows JSONRowsModel::makeRows() const {
     return JSONTree::rows(m_value,
                           [this](const JSONPath& path, qint64 depth) { return m_expansion.isExpanded(path, depth); });
 }
 
-void JSONRowsModel::takeRows(std::vector<JSONTreeRow> rows) {
-    m_rows = std::move(rows);
-    m_greatestDepth = 0;
-    for (const JSONTreeRow& row : m_rows) {
-        m_greatestDepth = std::max(m_greatestDepth, row.depth());
-    }
-}
-
 void JSONRowsModel::resetRows() {
     beginResetModel();
-    takeRows(makeRows());
+    m_rows = makeRows();
     endResetModel();
 }
 

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "QuillaryCore/Formats/JSONExpansion.h"
-#include "QuillaryCore/Formats/JSONTreeRow.h"
+#include "QuillaryCore/Formats/JSONTreeRows.h"
 
 #include <QAbstractListModel>
-
-#include <vector>
 
 namespace quillary {
 
@@ -28,16 +26,9 @@ public:
     /// Opens a closed container and closes an open one; nothing for any other row.
     void toggle(int row);
 
-    const JSONTreeRow& row(int row) const { return m_rows[static_cast<std::size_t>(row)]; }
+    const JSONTreeRows& rows() const { return m_rows; }
 
-    /// The row of the container that a row lies in; -1 for the root.
-    int parentOf(int row) const;
-
-    /// The row whose value stands at this place of the text, or the last one before it. There must be rows.
-    int rowOfPosition(qsizetype position) const;
-
-    /// How deep the deepest row lies.
-    qint64 greatestDepth() const { return m_greatestDepth; }
+    JSONTreeRow row(int row) const { return m_rows[row]; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
 
@@ -45,14 +36,12 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    std::vector<JSONTreeRow> makeRows() const;
-    void takeRows(std::vector<JSONTreeRow> rows);
+    JSONTreeRows makeRows() const;
     void resetRows();
 
     JSONValue m_value;
     JSONExpansion m_expansion;
-    std::vector<JSONTreeRow> m_rows;
-    qint64 m_greatestDepth = 0;
+    JSONTreeRows m_rows;
 };
 
 } // namespace quillary

@@ -6,11 +6,14 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -32,35 +35,173 @@ JSONRowsView::JSONRowsView(JSONRowsModel& model, QWidget* parent)
     setItemDelegate(m_rowView);
     setAccessibleName(tr("Albero JSON"));
     setFrameShape(QFrame::NoFrame);
-    setUniformItemSizes(true);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
-    setVerticalScrollMode(ScrollPerPixel);
-    setHorizontalScrollMode(ScrollPerPixel);
     setMouseTracking(true);
-    connect(&model, &QAbstractItemModel::modelReset, this, &JSONRowsView::fitWidth);
-    connect(&model, &QAbstractItemModel::rowsInserted, this, &JSONRowsView::fitWidth);
-    connect(&model, &QAbstractItemModel::rowsRemoved, this, &JSONRowsView::fitWidth);
+    viewport()->setAttribute(Qt::WA_Hover);
+    connect(&model, &QAbstractItemModel::modelReset, this, &JSONRowsView::fitRows);
+    connect(&model, &QAbstractItemModel::rowsInserted, this, &JSONRowsView::fitRows);
+    connect(&model, &QAbstractItemModel::rowsRemoved, this, &JSONRowsView::fitRows);
 }
 
 void JSONRowsView::setBaseSize(double baseSize) {
     m_rowView->setBaseSize(baseSize);
-    scheduleDelayedItemsLayout();
+    fitRows();
 }
 
-void JSONRowsView::fitWidth() {
-    m_rowView->setRowWidth(2 * JSONRowView::padding + static_cast<int>(m_model.greatestDepth()) * JSONRowView::indent +
+void JSONRowsView::fitRows() {
+    m_rowView->setRowWidth(2 * JSONRowView::padding +
+                           static_cast<int>(m_model.rows().greatestDepth()) * JSONRowView::indent +
                            JSONRowView::markWidth + leastContentWidth);
+    updateGeometries();
+    viewport()->update();
+}
+
+void JSONRowsView::doItemsLayout() {
+    QAbstractItemView::doItemsLayout();
+}
+
+QSize JSONRowsView::rowSize() const {
+    const QSize hint = m_rowView->sizeHint({}, {});
+    return {std::max(hint.width(), viewport()->width()), std::max(hint.height(), 1)};
+}
+
+int JSONRowsView::lastRow() const {
+    return m_model.rowCount() - 1;
+}
+
+/// The row at a height of the viewport, or the first or last one beyond them.
+int JSONRowsView::rowNear(int y) const {
+    return std::clamp((y + verticalOffset()) / rowSize().height(), 0, std::max(lastRow(), 0));
+}
+
+QRect JSONRowsView::visualRect(const QModelIndex& index) const {
+    if (!index.isValid()) {
+        return {};
+    }
+    const QSize size = rowSize();
+    return {QPoint(-horizontalOffset(), index.row() * size.height() - verticalOffset()), size};
+}
+
+QModelIndex JSONRowsView::indexAt(const QPoint& place) const {
+    const QModelIndex index = m_model.index(rowNear(place.y()));
+    return visualRect(index).contains(place) ? index : QModelIndex();
+}
+
+int JSONRowsView::horizontalOffset() const {
+    return horizontalScrollBar()->value();
 }
 
 // The padding above the first row and below the last scrolls with them.
 int JSONRowsView::verticalOffset() const {
-    return QListView::verticalOffset() - verticalPadding;
+    return verticalScrollBar()->value() - verticalPadding;
 }
 
 void JSONRowsView::updateGeometries() {
-    QListView::updateGeometries();
-    verticalScrollBar()->setMaximum(std::max(contentsSize().height() + 2 * verticalPadding - viewport()->height(), 0));
+    const QSize size = rowSize();
+    const QSize room = viewport()->size();
+    verticalScrollBar()->setSingleStep(size.height());
+    verticalScrollBar()->setPageStep(room.height());
+    verticalScrollBar()->setRange(0,
+                                  std::max((lastRow() + 1) * size.height() + 2 * verticalPadding - room.height(), 0));
+    horizontalScrollBar()->setSingleStep(JSONRowView::indent);
+    horizontalScrollBar()->setPageStep(room.width());
+    horizontalScrollBar()->setRange(0, size.width() - room.width());
+    QAbstractItemView::updateGeometries();
+}
+
+void JSONRowsView::scrollContentsBy(int dx, int dy) {
+    viewport()->scroll(dx, dy);
+}
+
+void JSONRowsView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    const QRect rect = visualRect(index);
+    if (!rect.isValid()) {
+        return;
+    }
+    const int room = viewport()->height();
+    // The first and the last row bring their padding along.
+    const int top = index.row() == 0 ? rect.top() - verticalPadding : rect.top();
+    const int bottom = rect.bottom() + 1 + (index.row() == lastRow() ? verticalPadding : 0);
+    int distance = 0;
+    switch (hint) {
+    case EnsureVisible:
+        distance = top < 0 ? top : std::max(bottom - room, 0);
+        break;
+    case PositionAtTop:
+        distance = top;
+        break;
+    case PositionAtBottom:
+        distance = bottom - room;
+        break;
+    case PositionAtCenter:
+        distance = rect.center().y() - room / 2;
+        break;
+    }
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + distance);
+}
+
+QModelIndex JSONRowsView::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
+    const int page = std::max(viewport()->height() / rowSize().height(), 1);
+    int row = currentIndex().row();
+    switch (action) {
+    case MoveUp:
+    case MoveLeft:
+    case MovePrevious:
+        --row;
+        break;
+    case MoveDown:
+    case MoveRight:
+    case MoveNext:
+        ++row;
+        break;
+    case MovePageUp:
+        row -= page;
+        break;
+    case MovePageDown:
+        row += page;
+        break;
+    case MoveHome:
+        row = 0;
+        break;
+    case MoveEnd:
+        row = lastRow();
+        break;
+    }
+    return m_model.index(std::clamp(row, 0, std::max(lastRow(), 0)));
+}
+
+void JSONRowsView::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) {
+    const QRect area = rect.normalized();
+    const QItemSelection rows(m_model.index(rowNear(area.top())), m_model.index(rowNear(area.bottom())));
+    selectionModel()->select(rows, command);
+}
+
+QRegion JSONRowsView::visualRegionForSelection(const QItemSelection& selection) const {
+    QRegion region;
+    for (const QItemSelectionRange& range : selection) {
+        const QRect rows = visualRect(range.topLeft()).united(visualRect(range.bottomRight()));
+        region += rows.intersected(viewport()->rect());
+    }
+    return region;
+}
+
+void JSONRowsView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const QStyle::State state = option.state;
+    const QModelIndex hovered =
+        viewport()->underMouse() ? indexAt(viewport()->mapFromGlobal(QCursor::pos())) : QModelIndex();
+    const int last = std::min(rowNear(event->rect().bottom()), lastRow());
+    for (int row = rowNear(event->rect().top()); row <= last; ++row) {
+        const QModelIndex index = m_model.index(row);
+        option.rect = visualRect(index);
+        option.state = state;
+        option.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+        option.state.setFlag(QStyle::State_MouseOver, index == hovered);
+        itemDelegate()->paint(&painter, option, index);
+    }
 }
 
 QString JSONRowsView::pathText(int row) const {
@@ -111,7 +252,7 @@ void JSONRowsView::keyPressEvent(QKeyEvent* event) {
         QListView::keyPressEvent(event);
         return;
     }
-    const JSONTreeRow& current = m_model.row(row);
+    const JSONTreeRow current = m_model.row(row);
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -128,7 +269,7 @@ void JSONRowsView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Left:
         if (current.isExpanded()) {
             m_model.toggle(row);
-        } else if (const int parent = m_model.parentOf(row); parent >= 0) {
+        } else if (const auto parent = static_cast<int>(m_model.rows().containerOf(row)); parent >= 0) {
             goTo(parent);
         }
         return;

@@ -3,7 +3,10 @@
 #include "QuillaryCore/Formats/JSONFormatter.h"
 #include "QuillaryCore/Formats/JSONKeyScan.h"
 
+#include <algorithm>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace quillary {
 
@@ -11,9 +14,9 @@ namespace quillary {
 class JSONTreeBuilder {
 public:
     JSONTreeBuilder(const JSONValue& value, const JSONTree::Predicate& isExpanded)
-        : m_tree(new Row::Tree(value)), m_isExpanded(isExpanded) {}
+        : m_tree(new Tree(value)), m_isExpanded(isExpanded) {}
 
-    std::vector<JSONTreeRow> build() {
+    JSONTreeRows build() {
         appendRoot();
         while (!m_open.empty()) {
             if (m_open.back().position == m_open.back().end) {
@@ -22,92 +25,91 @@ public:
                 appendChild();
             }
         }
-        return std::move(m_rows);
+        m_tree->rows.shrink_to_fit();
+        m_tree->branches.shrink_to_fit();
+        return JSONTreeRows(JSONTreeRow::TreePointer(m_tree.data()));
     }
 
 private:
-    using Row = JSONTreeRow;
-    using Role = JSONTreeRow::Role;
+    using Tree = JSONTreeRow::Tree;
+    using Row = JSONTreeRow::Row;
 
     struct Level {
-        std::size_t branch;
+        quint32 branch;
         bool isObject;
         qsizetype position;
         qsizetype end;
-        qsizetype index;
+        quint32 index;
         std::vector<qsizetype> duplicates;
         std::size_t nextDuplicate;
+        JSONPath::Shared path;
     };
 
-    const JSONTape& tape() const { return m_tree->value.document()->tape; }
-
-    Row& appendRow(std::size_t branch, Role role, qsizetype index, qsizetype position) {
-        return m_rows.emplace_back(Row(Row::TreePointer(m_tree.data()), branch, role, index, position));
-    }
+    const JSONTape& tape() const { return m_tree->document().tape; }
 
     void appendRoot() {
         const JSONValue& value = m_tree->value;
-        m_tree->branches.push_back({JSONPath().shared(), 0});
-        Row& row = appendRow(0, Role::root, 0, value.position());
+        m_tree->rows.push_back({static_cast<quint32>(value.position()), 0, 0, 0});
         if (!value.isContainer()) {
             return;
         }
-        row.m_isExpanded = m_isExpanded(row.path(), 0);
-        if (row.m_isExpanded && value.childCount() > 0) {
+        const JSONPath path;
+        const bool isExpanded = m_isExpanded(path, 0);
+        m_tree->rows.back().isExpanded = isExpanded;
+        if (isExpanded && value.childCount() > 0) {
             m_keys.emplace(*value.document());
-            open(0, value.position());
+            open(path, value.position());
         }
     }
 
     void appendChild() {
         Level& level = m_open.back();
         const qsizetype position = level.isObject ? level.position + 1 : level.position;
-        Row& row = appendRow(level.branch, takeRole(level), level.index, position);
+        const bool isDuplicate = takeDuplicate(level);
+        Row& row = m_tree->rows.emplace_back(
+            Row{static_cast<quint32>(position), level.index & Row::indexMask, 0, isDuplicate});
         level.position = tape().next(position);
         ++level.index;
-        if (!isContainer(tape().tag(position))) {
+        if (tape().tag(position) > JSONTape::Tag::emptyArray) {
             return;
         }
-        const JSONPath path = row.path();
-        const qint64 depth = row.depth();
-        row.m_isExpanded = m_isExpanded(path, depth);
-        if (row.m_isExpanded && tape().isFullContainer(position)) {
-            m_tree->branches.push_back({path.shared(), depth});
-            open(m_tree->branches.size() - 1, position);
+        const JSONPath path = m_tree->pathIn(JSONPath(level.path), level.isObject, row);
+        const bool isExpanded = m_isExpanded(path, static_cast<qint64>(m_open.size()));
+        row.isExpanded = isExpanded;
+        if (isExpanded && tape().isFullContainer(position)) {
+            open(path, position);
         }
     }
 
-    void open(std::size_t branch, qsizetype container) {
+    /// Opens the container of the last row.
+    void open(const JSONPath& path, qsizetype container) {
         const bool isObject = tape().tag(container) == JSONTape::Tag::object;
         std::vector<qsizetype> duplicates;
         if (isObject) {
             duplicates = m_keys->duplicates(container);
         }
-        m_open.push_back(
-            {branch, isObject, JSONTape::firstChild(container), tape().next(container), 0, std::move(duplicates), 0});
+        m_tree->branches.push_back(
+            {static_cast<quint32>(m_tree->rows.size() - 1), m_open.empty() ? 0 : m_open.back().branch});
+        m_open.push_back({static_cast<quint32>(m_tree->branches.size() - 1), isObject, JSONTape::firstChild(container),
+                          tape().next(container), 0, std::move(duplicates), 0, path.shared()});
+        m_tree->greatestDepth = std::max(m_tree->greatestDepth, static_cast<qint64>(m_open.size()));
     }
 
-    static Role takeRole(Level& level) {
-        if (!level.isObject) {
-            return Role::element;
-        }
+    static bool takeDuplicate(Level& level) {
         if (level.nextDuplicate == level.duplicates.size() || level.duplicates[level.nextDuplicate] != level.index) {
-            return Role::member;
+            return false;
         }
         ++level.nextDuplicate;
-        return Role::duplicate;
+        return true;
     }
 
-    static bool isContainer(JSONTape::Tag tag) { return tag <= JSONTape::Tag::emptyArray; }
-
-    QExplicitlySharedDataPointer<Row::Tree> m_tree;
+    QExplicitlySharedDataPointer<Tree> m_tree;
     const JSONTree::Predicate& m_isExpanded;
     std::optional<JSONKeyScan> m_keys;
     std::vector<Level> m_open;
-    std::vector<Row> m_rows;
 };
 
-std::vector<JSONTreeRow> JSONTree::rows(const JSONValue& value, const Predicate& isExpanded) {
+JSONTreeRows JSONTree::rows(const JSONValue& value, const Predicate& isExpanded) {
     return JSONTreeBuilder(value, isExpanded).build();
 }
 

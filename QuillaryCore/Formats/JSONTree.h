@@ -1,9 +1,8 @@
 #pragma once
 
-#include "QuillaryCore/Formats/JSONTreeRow.h"
+#include "QuillaryCore/Formats/JSONTreeRows.h"
 
 #include <functional>
-#include <vector>
 
 namespace quillary {
 
@@ -15,7 +14,7 @@ public:
 
     /// The row of the value and, behind each container that `isExpanded` opens, the rows of its children. Takes time
     /// for what is shown, not for what the value holds; scalars are never asked about.
-    static std::vector<JSONTreeRow> rows(const JSONValue& value, const Predicate& isExpanded);
+    static JSONTreeRows rows(const JSONValue& value, const Predicate& isExpanded);
 
     /// A value as text for use elsewhere: a container pretty-printed with two spaces a level, a string without
     /// quotes, any other as it is written.

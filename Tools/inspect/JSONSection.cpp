@@ -145,10 +145,10 @@ void writeTreeLabel(AnswerWriter& answer, const JSONTreeRow::Label& label) {
     answer.endObject();
 }
 
-void writeTreeRows(AnswerWriter& answer, const std::vector<JSONTreeRow>& rows) {
+void writeTreeRows(AnswerWriter& answer, const JSONTreeRows& rows) {
     answer.key(u"rows");
     answer.beginArray();
-    for (const JSONTreeRow& row : rows) {
+    for (const JSONTreeRow row : rows) {
         answer.beginObject();
         answer.member(u"id", row.id());
         answer.member(u"depth", row.depth());

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <optional>
 #include <set>
 
 namespace quillary {
@@ -19,7 +20,7 @@ JSONValue treeValue(const QByteArray& text) {
     return JSONParser::parse(text).value();
 }
 
-std::vector<JSONTreeRow> rowsOf(const JSONValue& value, const JSONExpansion& expansion) {
+JSONTreeRows rowsOf(const JSONValue& value, const JSONExpansion& expansion) {
     return JSONTree::rows(value, [&](const JSONPath& path, qint64 depth) { return expansion.isExpanded(path, depth); });
 }
 
@@ -40,20 +41,20 @@ std::string labelText(const JSONTreeRow::Label& label) {
 }
 
 /// A row as one line: depth, id, label, and "open" if it is.
-std::vector<std::string> lines(const std::vector<JSONTreeRow>& rows) {
+std::vector<std::string> lines(const JSONTreeRows& rows) {
     std::vector<std::string> result;
-    result.reserve(rows.size());
-    for (const JSONTreeRow& row : rows) {
+    result.reserve(static_cast<std::size_t>(rows.size()));
+    for (const JSONTreeRow row : rows) {
         result.push_back(std::to_string(row.depth()) + ' ' + row.id().toStdString() + ' ' + labelText(row.label()) +
                          (row.isExpanded() ? " open" : ""));
     }
     return result;
 }
 
-std::vector<std::string> ids(const std::vector<JSONTreeRow>& rows) {
+std::vector<std::string> ids(const JSONTreeRows& rows) {
     std::vector<std::string> result;
-    result.reserve(rows.size());
-    for (const JSONTreeRow& row : rows) {
+    result.reserve(static_cast<std::size_t>(rows.size()));
+    for (const JSONTreeRow row : rows) {
         result.push_back(row.id().toStdString());
     }
     return result;
@@ -105,6 +106,43 @@ TEST(JSONTree, AsksForEachShownContainerOnceWithItsPathAndDepth) {
     EXPECT_THAT(asked, ElementsAre("$ 0", "$.a 1", "$.a[0] 2", "$.b 1", "$.a#2 1"));
 }
 
+TEST(JSONTree, KnowsTheContainerOfEachRow) {
+    const auto rows = rowsOf(treeValue(R"([[[1],[]],{"a":[2,{}],"b":3},4])"), everything());
+    std::vector<qsizetype> containers;
+    for (qsizetype row = 0; row < rows.size(); ++row) {
+        containers.push_back(rows.containerOf(row));
+    }
+    EXPECT_THAT(containers, ElementsAre(-1, 0, 1, 2, 1, 0, 5, 6, 6, 5, 0));
+    EXPECT_EQ(rows.greatestDepth(), 3);
+    EXPECT_EQ(rowsOf(treeValue("[[]]"), everything()).greatestDepth(), 1);
+    EXPECT_EQ(rowsOf(treeValue("[]"), everything()).greatestDepth(), 0);
+    EXPECT_EQ(JSONTreeRows().greatestDepth(), 0);
+    EXPECT_EQ(JSONTreeRows().size(), 0);
+}
+
+TEST(JSONTree, FindsTheRowOfAPlaceInTheText) {
+    const JSONValue value = treeValue(R"([[[1]],2])");
+    const auto all = rowsOf(value, everything());
+    const auto few = rowsOf(value, JSONExpansion{1, {}});
+    ASSERT_EQ(few.size(), 3);
+    for (qsizetype row = 0; row < all.size(); ++row) {
+        EXPECT_EQ(all.rowAt(all[row].value().position()), row);
+    }
+    EXPECT_EQ(few.rowAt(all[3].value().position()), 1) << "what isn't on show lies in the row above";
+    EXPECT_EQ(few.rowAt(all[4].value().position()), 2);
+    EXPECT_EQ(few.rowAt(1'000'000), 2);
+    EXPECT_EQ(few.rowAt(-1), 0);
+    EXPECT_EQ(JSONTreeRows().rowAt(0), 0);
+}
+
+TEST(JSONTree, ARowOutlivesTheRows) {
+    std::optional<JSONTreeRows> rows = rowsOf(treeValue(R"({"a":[1]})"), everything());
+    const JSONTreeRow last = (*rows)[2];
+    rows.reset();
+    EXPECT_EQ(last.id(), u"$.a[0]"_s);
+    EXPECT_EQ(last.value(), treeValue("1"));
+}
+
 TEST(JSONTree, MarksDuplicatesWithTheirPosition) {
     EXPECT_THAT(ids(rowsOf(treeValue(R"({"a":1,"a":2})"), everything())), ElementsAre("$", "$.a", "$.a#1"));
     EXPECT_THAT(ids(rowsOf(treeValue(R"({"k":0,"l":0,"k":0,"m":0,"n":0,"k":0})"), everything())),
@@ -152,18 +190,11 @@ TEST(JSONTree, ComesBackToAnObjectWhoseChildHadDuplicates) {
                 ElementsAre("$", "$.a", "$.a.x", "$.a.x#1", "$.x", "$.a#2", "$.a#2.x", "$.x#3"));
 }
 
-TEST(JSONTree, RowsOutliveTheirValue) {
-    std::vector<JSONTreeRow> rows = rowsOf(treeValue(R"({"a":["b"]})"), everything());
-    rows.erase(rows.begin(), rows.begin() + 2);
-    EXPECT_EQ(rows[0].id(), u"$.a[0]"_s);
-    EXPECT_EQ(rows[0].value().string(), u"b"_s);
-}
-
 TEST(JSONTree, OfAHundredLevelsIsWhole) {
     const auto rows = rowsOf(treeValue(QByteArray(100, '[') + QByteArray(100, ']')), everything());
-    ASSERT_EQ(rows.size(), 100U);
-    EXPECT_EQ(rows.back().depth(), 99);
-    EXPECT_EQ(rows.back().id(), u'$' + u"[0]"_s.repeated(99));
+    ASSERT_EQ(rows.size(), 100);
+    EXPECT_EQ(rows[rows.size() - 1].depth(), 99);
+    EXPECT_EQ(rows[rows.size() - 1].id(), u'$' + u"[0]"_s.repeated(99));
 }
 
 // A path of its own in each row would need 140 GB.
@@ -173,13 +204,13 @@ TEST(JSONTree, KeepsALongKeyAboveManyRowsOnce) {
         "{\"" + QByteArray(700'000, 'k') + "\":[" + QByteArray("[],").repeated(containers - 1) + "[]]}";
     JSONExpansion expansion = everything();
     auto rows = rowsOf(treeValue(text), expansion);
-    ASSERT_EQ(rows.size(), containers + 2U);
+    ASSERT_EQ(rows.size(), containers + 2);
     expansion.toggle(rows[5]);
-    expansion.toggle(rows.back());
+    expansion.toggle(rows[rows.size() - 1]);
     rows = rowsOf(treeValue(text), expansion);
     EXPECT_EQ(std::count_if(rows.begin(), rows.end(), [](const JSONTreeRow& row) { return !row.isExpanded(); }), 2);
     EXPECT_FALSE(rows[5].isExpanded());
-    EXPECT_FALSE(rows.back().isExpanded());
+    EXPECT_FALSE(rows[rows.size() - 1].isExpanded());
 }
 
 TEST(JSONExpansion, BeginsWithTwoLevels) {
@@ -199,7 +230,7 @@ TEST(JSONExpansion, ClosesOneContainerOfAnOpenTree) {
     EXPECT_THAT(lines(rowsOf(value, expansion)),
                 ElementsAre("0 $ root open", "1 $.a key a", "1 $.b key b open", "2 $.b[0] index 0"));
     expansion.toggle(rowsOf(value, expansion)[1]);
-    EXPECT_EQ(rowsOf(value, expansion).size(), 8U);
+    EXPECT_EQ(rowsOf(value, expansion).size(), 8);
 }
 
 TEST(JSONExpansion, OpensOneContainerOfAClosedTree) {

@@ -19,6 +19,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace quillary;
 using namespace Qt::StringLiterals;
 
@@ -164,6 +166,70 @@ TEST(JSONPreview, KeysWalkThroughTheTree) {
     EXPECT_EQ(preview.rows().size(), 4);
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_EQ(preview.rows().size(), 5);
+}
+
+TEST(JSONPreview, KeysMoveByRowByPageAndToTheEnds) {
+    JSONPreviewOf preview(u"["_s % QString(u"1,"_s).repeated(500) % u"1]"_s);
+    JSONRowsView& list = preview.list();
+    const int page = list.viewport()->height() / list.visualRect(list.model()->index(0, 0)).height();
+
+    struct Case {
+        Qt::Key key;
+        int row;
+    };
+
+    list.setCurrentIndex(list.model()->index(0, 0));
+    for (const Case& each :
+         {Case{Qt::Key_Up, 0}, Case{Qt::Key_Down, 1}, Case{Qt::Key_PageDown, 1 + page}, Case{Qt::Key_PageUp, 1},
+          Case{Qt::Key_PageUp, 0}, Case{Qt::Key_End, 501}, Case{Qt::Key_Down, 501}, Case{Qt::Key_PageDown, 501},
+          Case{Qt::Key_Up, 500}, Case{Qt::Key_Home, 0}}) {
+        QTest::keyClick(&list, each.key);
+        EXPECT_EQ(list.currentIndex().row(), each.row);
+        EXPECT_TRUE(list.viewport()->rect().contains(list.visualRect(list.currentIndex())));
+    }
+    QTest::keyClick(&list, Qt::Key_End);
+    EXPECT_EQ(list.verticalScrollBar()->value(), list.verticalScrollBar()->maximum());
+    QTest::keyClick(&list, Qt::Key_Home);
+    EXPECT_EQ(list.verticalScrollBar()->value(), 0);
+}
+
+TEST(JSONPreview, TheMouseSelectsRowsAndStretchesOfThem) {
+    JSONPreviewOf preview(uR"([10,11,12,13,14])"_s);
+    JSONRowsView& list = preview.list();
+    const auto place = [&](int row) { return list.visualRect(list.model()->index(row, 0)).center(); };
+    const auto selected = [&] {
+        QList<int> rows;
+        for (const QModelIndex& index : list.selectionModel()->selectedIndexes()) {
+            rows.append(index.row());
+        }
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    };
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place(2));
+    EXPECT_EQ(selected(), QList<int>{2});
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ShiftModifier, place(4));
+    EXPECT_EQ(selected(), (QList<int>{2, 3, 4}));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, place(3));
+    EXPECT_EQ(selected(), (QList<int>{2, 4}));
+    EXPECT_EQ(list.indexAt({5, list.viewport()->height() - 1}), QModelIndex()) << "below the last row is none";
+    EXPECT_EQ(list.indexAt({5, 2}), QModelIndex()) << "nor is there one above the first";
+}
+
+TEST(JSONPreview, RowsAreScrolledToWhereTheyAreWanted) {
+    JSONPreviewOf preview(u"["_s % QString(u"1,"_s).repeated(500) % u"1]"_s);
+    JSONRowsView& list = preview.list();
+    const QModelIndex index = list.model()->index(250, 0);
+    const int room = list.viewport()->height();
+    list.scrollTo(index, QAbstractItemView::PositionAtTop);
+    EXPECT_EQ(list.visualRect(index).top(), 0);
+    list.scrollTo(index, QAbstractItemView::PositionAtBottom);
+    EXPECT_EQ(list.visualRect(index).bottom() + 1, room);
+    list.scrollTo(index, QAbstractItemView::PositionAtCenter);
+    EXPECT_NEAR(list.visualRect(index).center().y(), room / 2, 1);
+    const int before = list.verticalScrollBar()->value();
+    list.scrollTo(index);
+    EXPECT_EQ(list.verticalScrollBar()->value(), before) << "it is in view";
+    EXPECT_EQ(list.indexAt(list.visualRect(index).center()), index);
 }
 
 TEST(JSONPreview, FormattingIsOfferedWhereThereIsSomethingToDo) {
