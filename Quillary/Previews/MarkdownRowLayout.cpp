@@ -9,7 +9,9 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
 
 namespace quillary {
 
@@ -19,34 +21,46 @@ constexpr double inlineCodeFactor = 0.9;
 constexpr double unlimitedWidth = 1e6;
 constexpr double pointsPerPixel = 0.75;
 
+QTextCharFormat formatOf(const MarkdownStyledText::Run& run, const QFont& font, const QPalette& palette) {
+    QTextCharFormat format;
+    if (run.code) {
+        const QFont code = Theme::monospacedFont(font.pointSizeF() / pointsPerPixel * inlineCodeFactor);
+        format.setFontFamilies(code.families());
+        format.setFontPointSize(code.pointSizeF());
+        format.setFontFixedPitch(true);
+        format.setBackground(Theme::subtleFill(palette));
+    }
+    if (run.strong) {
+        format.setFontWeight(QFont::Bold);
+    }
+    if (run.emphasis) {
+        format.setFontItalic(true);
+    }
+    if (run.strike) {
+        format.setFontStrikeOut(true);
+    }
+    if (run.link >= 0) {
+        format.setForeground(palette.color(QPalette::Link));
+    }
+    return format;
+}
+
 /// What the marks of a text say, for a text whose font has a size.
 QList<QTextLayout::FormatRange> formatsOf(const MarkdownStyledText& styled, const QFont& font,
                                           const QPalette& palette) {
+    // Runs may be many; the ways in which they differ are few.
+    std::array<std::optional<QTextCharFormat>, 32> looks;
     QList<QTextLayout::FormatRange> formats;
     for (const MarkdownStyledText::Run& run : styled.runs) {
-        QTextCharFormat format;
-        if (run.code) {
-            const QFont code = Theme::monospacedFont(font.pointSizeF() / pointsPerPixel * inlineCodeFactor);
-            format.setFontFamilies(code.families());
-            format.setFontPointSize(code.pointSizeF());
-            format.setFontFixedPitch(true);
-            format.setBackground(Theme::subtleFill(palette));
+        const std::size_t look = (run.code ? 1U : 0U) | (run.strong ? 2U : 0U) | (run.emphasis ? 4U : 0U) |
+                                 (run.strike ? 8U : 0U) | (run.link >= 0 ? 16U : 0U);
+        if (look == 0) {
+            continue;
         }
-        if (run.strong) {
-            format.setFontWeight(QFont::Bold);
+        if (!looks[look]) {
+            looks[look] = formatOf(run, font, palette);
         }
-        if (run.emphasis) {
-            format.setFontItalic(true);
-        }
-        if (run.strike) {
-            format.setFontStrikeOut(true);
-        }
-        if (run.link >= 0) {
-            format.setForeground(palette.color(QPalette::Link));
-        }
-        if (!format.isEmpty()) {
-            formats.append({static_cast<int>(run.start), static_cast<int>(run.length), format});
-        }
+        formats.append({static_cast<int>(run.start), static_cast<int>(run.length), *looks[look]});
     }
     return formats;
 }

@@ -43,6 +43,17 @@ qsizetype cutNear(QStringView text, qsizetype start, qsizetype wanted) {
     return boundary > from ? boundary : wanted;
 }
 
+/// Whether a raw text is too much for one row, by its length or by how often its looks may change.
+bool takesPieces(QStringView raw) {
+    constexpr qsizetype usualText = 2000;
+    if (raw.size() <= usualText || raw.size() > MarkdownRows::longText) {
+        return raw.size() > usualText;
+    }
+    const auto marks =
+        std::count_if(raw.begin(), raw.end(), [](QChar unit) { return QStringView(u"*_`~[<").contains(unit); });
+    return marks > 2 * MarkdownRows::mostRuns;
+}
+
 qint32 narrowed(qsizetype number) {
     return static_cast<qint32>(number);
 }
@@ -220,16 +231,25 @@ private:
             row.level = isHeading ? static_cast<quint8>(block.level()) : 0;
             return row;
         };
-        if (block.text().size() <= MarkdownRows::longText) {
+        if (!takesPieces(block.text())) {
             add().text = block.text();
             return;
         }
         const qint32 source = addLongText(block.text());
         const QString& text = m_rows.longTexts.back().text;
+        const std::vector<MarkdownStyledText::Run>& runs = m_rows.longTexts.back().runs;
         const qint32 first = nextRow();
+        auto run = runs.begin();
         qsizetype start = 0;
         do {
-            const qsizetype end = cutNear(text, start, start + MarkdownRows::longText / 2);
+            qsizetype wanted = start + MarkdownRows::longText / 2;
+            run = std::partition_point(run, runs.end(), [start](const MarkdownStyledText::Run& candidate) {
+                return candidate.start + candidate.length <= start;
+            });
+            if (runs.end() - run > MarkdownRows::mostRuns) {
+                wanted = std::min(wanted, run[MarkdownRows::mostRuns].start);
+            }
+            const qsizetype end = cutNear(text, start, wanted);
             MarkdownRow& row = add();
             row.source = source;
             row.start = narrowed(start);

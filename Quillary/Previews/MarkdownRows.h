@@ -31,6 +31,9 @@ struct MarkdownRows {
     /// Texts above this length are read at once and shown in pieces of about half of it.
     static constexpr qsizetype longText = 12'000;
 
+    /// A piece of a long text has about so many runs at most, since each is laid out for itself.
+    static constexpr qsizetype mostRuns = 300;
+
     /// Reads a text.
     static MarkdownRows of(const QString& text);
 

@@ -15,6 +15,7 @@ MarkdownStyledText MarkdownStyledText::of(QStringView raw) {
     } else {
         styled.text.reserve(raw.size());
     }
+    styled.runs.reserve(static_cast<std::size_t>(runs.size()));
     // Runs of one link differ in other marks; they stay one link.
     std::optional<QString> link;
     for (const MarkdownRun& run : std::as_const(runs)) {

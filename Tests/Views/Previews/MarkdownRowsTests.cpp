@@ -141,6 +141,22 @@ TEST(MarkdownRows, LongTextsAreShownInPiecesThatLoseNothing) {
     EXPECT_TRUE(rows.rows.back().isLast && !rows.rows.back().isFirst);
 }
 
+TEST(MarkdownRows, TextsThatKeepChangingTheirLookAreShownInPiecesToo) {
+    for (const int count : {500, 5'000}) {
+        const QString text = u"`a`b "_s.repeated(count);
+        const MarkdownRows rows = MarkdownRows::of(text);
+        EXPECT_GT(rows.rows.size(), 1U);
+        QString joined;
+        for (const MarkdownRow& row : rows.rows) {
+            const MarkdownStyledText piece = rows.styledText(row);
+            EXPECT_LE(piece.runs.size(), static_cast<std::size_t>(MarkdownRows::mostRuns) + 1);
+            joined += piece.text;
+        }
+        EXPECT_EQ(joined, u"ab "_s.repeated(count).chopped(1));
+    }
+    EXPECT_EQ(MarkdownRows::of(u"`a`b "_s.repeated(300)).rows.size(), 1U);
+}
+
 TEST(MarkdownRows, LongCodeIsShownInPiecesThatLoseNothing) {
     QString code;
     for (int i = 0; i < 300; ++i) {
