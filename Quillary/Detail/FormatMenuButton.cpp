@@ -4,6 +4,7 @@
 #include "Quillary/Theme/Theme.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QMenu>
 #include <QStyleOptionToolButton>
 
@@ -21,10 +22,12 @@ FormatMenuButton::FormatMenuButton(NotesStore& store, QWidget* parent) : QToolBu
     setFont(font);
 
     auto* const menu = new QMenu(this);
+    auto* const group = new QActionGroup(menu);
     for (const NoteFormat format : allNoteFormats) {
         QAction* const action = menu->addAction(displayName(format));
         action->setCheckable(true);
         action->setData(static_cast<int>(format));
+        group->addAction(action);
         connect(action, &QAction::triggered, this, [this, format] {
             if (m_item != nullptr) {
                 m_store.changeFormat(*m_item, format);
@@ -49,8 +52,8 @@ void FormatMenuButton::setItem(const NoteItemPtr& item) {
 }
 
 QSize FormatMenuButton::sizeHint() const {
-    // The style would leave a gap of two blanks before the arrow.
-    return QToolButton::sizeHint() - QSize(fontMetrics().horizontalAdvance(u' ') * 2, 0);
+    // The style leaves a gap of two blanks before the arrow; one of them stands before the text instead.
+    return QToolButton::sizeHint() - QSize(fontMetrics().horizontalAdvance(u' '), 0);
 }
 
 void FormatMenuButton::markPresentFormat() {

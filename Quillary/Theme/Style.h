@@ -4,7 +4,9 @@
 
 namespace quillary {
 
-/// The Fusion style with slim scroll bars: a thumb on the ground of what it scrolls, without arrows and frames.
+/// The Fusion style with slim scroll bars: a thumb on the ground of what it scrolls, without arrows and frames; with
+/// check boxes that stand out from their ground in both appearances; and with menus that mark what is chosen with a
+/// check mark and what isn't with nothing.
 class Style : public QProxyStyle {
     Q_OBJECT
 
@@ -14,6 +16,10 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                          const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,

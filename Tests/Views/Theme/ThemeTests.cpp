@@ -3,7 +3,6 @@
 #include "Quillary/Theme/Appearance.h"
 #include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Palettes.h"
-#include "Quillary/Theme/Style.h"
 #include "Quillary/Theme/Symbol.h"
 
 #include <QApplication>
@@ -11,14 +10,12 @@
 #include <QFontInfo>
 #include <QPainter>
 #include <QPixmap>
-#include <QStyleOptionSlider>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
-#include <limits>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -276,32 +273,4 @@ TEST(Symbol, TakesTheColourOfTheTextWheneverItIsDrawn) {
     QApplication::setPalette(darkPalette());
     EXPECT_GT(darkest().lightness(), 150);
     QApplication::setPalette(before);
-}
-
-TEST(Style, AScrollBarIsAllThumbAndPagesAndTheThumbStandsForWhatIsShown) {
-    Style style;
-    QStyleOptionSlider bar;
-    bar.orientation = Qt::Vertical;
-    bar.rect = QRect(0, 0, 12, 400);
-    bar.minimum = 0;
-    bar.maximum = 300;
-    bar.pageStep = 100;
-    const auto part = [&](QStyle::SubControl control) {
-        return style.subControlRect(QStyle::CC_ScrollBar, &bar, control, nullptr);
-    };
-    bar.sliderPosition = 0;
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 12, 100));
-    EXPECT_TRUE(part(QStyle::SC_ScrollBarAddLine).isEmpty());
-    EXPECT_EQ(part(QStyle::SC_ScrollBarAddPage), QRect(0, 100, 12, 300));
-    bar.sliderPosition = 300;
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 300, 12, 100));
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSubPage), QRect(0, 0, 12, 300));
-
-    // Of a very long text the thumb stays long enough to be caught, and of the longest it does not overflow.
-    bar.maximum = std::numeric_limits<int>::max();
-    bar.sliderPosition = bar.maximum;
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider).height(), 28);
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider).bottom(), 399);
-    bar.maximum = 0;
-    EXPECT_TRUE(part(QStyle::SC_ScrollBarSlider).isEmpty());
 }

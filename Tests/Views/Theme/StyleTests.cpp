@@ -1,0 +1,146 @@
+#include "Quillary/Theme/Style.h"
+
+#include "Quillary/Theme/Contrast.h"
+#include "Quillary/Theme/Palettes.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCheckBox>
+#include <QImage>
+#include <QMenu>
+#include <QStyleOptionButton>
+#include <QStyleOptionSlider>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+using namespace quillary;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What a part of a graphical control needs at least against its ground to be seen (WCAG 2.1, 1.4.11).
+constexpr double partContrast = 3;
+
+class StyleInEachAppearance : public testing::TestWithParam<bool> {
+protected:
+    StyleInEachAppearance() { QApplication::setPalette(GetParam() ? darkPalette() : lightPalette()); }
+
+    ~StyleInEachAppearance() override { QApplication::setPalette(m_before); }
+
+    /// The box of a check box, as it is drawn on a window or on the ground of an editor.
+    static QImage boxOf(QCheckBox& checkBox, QPalette::ColorRole ground) {
+        checkBox.setBackgroundRole(ground);
+        checkBox.setAutoFillBackground(true);
+        checkBox.adjustSize();
+        QStyleOptionButton option;
+        option.initFrom(&checkBox);
+        const QRect box = checkBox.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &checkBox);
+        return checkBox.grab(box).toImage();
+    }
+
+    static double greatestContrast(const QImage& image, const QColor& ground) {
+        double greatest = 1;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                greatest = std::max(greatest, contrast(image.pixelColor(x, y), ground));
+            }
+        }
+        return greatest;
+    }
+
+    static QImage pictureOf(QMenu& menu) {
+        menu.adjustSize();
+        return menu.grab().toImage();
+    }
+
+private:
+    QPalette m_before = QApplication::palette();
+};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Style, StyleInEachAppearance, testing::Bool(),
+                         [](const auto& instance) { return instance.param ? "Dark" : "Light"; });
+
+TEST_P(StyleInEachAppearance, ACheckBoxStandsOutFromItsGround) {
+    QCheckBox checkBox(u"Scelta"_s);
+    for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base}) {
+        const QColor color = checkBox.palette().color(ground);
+        checkBox.setChecked(false);
+        const QImage empty = boxOf(checkBox, ground);
+        EXPECT_GE(greatestContrast(empty, color), partContrast);
+        EXPECT_EQ(empty.pixelColor(empty.rect().center()), color);
+
+        checkBox.setChecked(true);
+        const QImage checked = boxOf(checkBox, ground);
+        const QColor fill = checkBox.palette().color(QPalette::Link);
+        EXPECT_GE(contrast(fill, color), partContrast);
+        EXPECT_EQ(checked.pixelColor(checked.width() / 2, 2), fill);
+        EXPECT_GE(greatestContrast(checked.copy(checked.rect().adjusted(3, 3, -3, -3)), fill), partContrast);
+    }
+}
+
+TEST_P(StyleInEachAppearance, ACheckBoxShowsEachOfItsStates) {
+    QCheckBox checkBox(u"Scelta"_s);
+    checkBox.setTristate(true);
+    QList<QImage> pictures;
+    for (const bool isEnabled : {true, false}) {
+        checkBox.setEnabled(isEnabled);
+        for (const Qt::CheckState state : {Qt::Unchecked, Qt::PartiallyChecked, Qt::Checked}) {
+            checkBox.setCheckState(state);
+            const QImage picture = boxOf(checkBox, QPalette::Window);
+            EXPECT_FALSE(pictures.contains(picture));
+            pictures.append(picture);
+        }
+    }
+}
+
+TEST_P(StyleInEachAppearance, AMenuMarksWhatIsChosenAndNothingElse) {
+    QMenu menu;
+    QAction* const action = menu.addAction(u"Voce"_s);
+    const QImage plain = pictureOf(menu);
+    action->setCheckable(true);
+    EXPECT_EQ(pictureOf(menu), plain);
+    action->setChecked(true);
+    const QImage checked = pictureOf(menu);
+    EXPECT_NE(checked, plain);
+
+    // One choice of several has the same mark.
+    QActionGroup group(&menu);
+    group.addAction(action);
+    EXPECT_EQ(pictureOf(menu), checked);
+    action->setChecked(false);
+    EXPECT_EQ(pictureOf(menu), plain);
+}
+
+TEST(Style, AScrollBarIsAllThumbAndPagesAndTheThumbStandsForWhatIsShown) {
+    Style style;
+    QStyleOptionSlider bar;
+    bar.orientation = Qt::Vertical;
+    bar.rect = QRect(0, 0, 12, 400);
+    bar.minimum = 0;
+    bar.maximum = 300;
+    bar.pageStep = 100;
+    const auto part = [&](QStyle::SubControl control) {
+        return style.subControlRect(QStyle::CC_ScrollBar, &bar, control, nullptr);
+    };
+    bar.sliderPosition = 0;
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 12, 100));
+    EXPECT_TRUE(part(QStyle::SC_ScrollBarAddLine).isEmpty());
+    EXPECT_EQ(part(QStyle::SC_ScrollBarAddPage), QRect(0, 100, 12, 300));
+    bar.sliderPosition = 300;
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 300, 12, 100));
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSubPage), QRect(0, 0, 12, 300));
+
+    // Of a very long text the thumb stays long enough to be caught, and of the longest it does not overflow.
+    bar.maximum = std::numeric_limits<int>::max();
+    bar.sliderPosition = bar.maximum;
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider).height(), 28);
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider).bottom(), 399);
+    bar.maximum = 0;
+    EXPECT_TRUE(part(QStyle::SC_ScrollBarSlider).isEmpty());
+}
