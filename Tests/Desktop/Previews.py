@@ -119,6 +119,37 @@ class Previews(DesktopTest):
         self.click_text(program, "giù")
         wait_for("the place", lambda: abs(self.top_of(program, "La meta")) < 12)
 
+    def test_key_and_button_lead_to_the_preview_and_back(self):
+        self.write("Nota.md", "# Titolo\n\ntesto\n")
+        self.write("Semplice.txt", "testo\n")
+        program = self.open_note("Nota")
+        program.keys("shift+ctrl+p")
+        wait_for("the page", lambda: self.page(program) == "Titolo\n\ntesto")
+        self.assertIsNone(program.find("text", "Testo della nota"))
+        program.keys("shift+ctrl+p")
+        wait_for("the editor", lambda: program.find("text", "Testo della nota"))
+        program.keys("ctrl+Home")
+        program.type("1")
+        wait_for("the typed text", lambda: self.read("Nota.md").startswith("1"))
+
+        self.show_preview(program)
+        wait_for("the page with what was typed", lambda: self.page(program).startswith("1# Titolo"))
+        self.show_editor(program)
+        wait_for("the editor", lambda: program.find("text", "Testo della nota"))
+        program.keys("ctrl+Home", "Delete")
+        wait_for("the text as it was", lambda: self.read("Nota.md").startswith("#"))
+
+        # A note without a preview keeps its editor, by key as by button.
+        program.click_row("Semplice")
+        wait_for("the title", lambda: program.title() == "Semplice")
+        button = wait_for("the button", lambda: self.find_named(program, "Anteprima formattata (⇧⌘P)"))
+        from gi.repository import Atspi
+        wait_for("the disabled button", lambda: not button.get_state_set().contains(Atspi.StateType.ENABLED))
+        self.click_node(program, "Testo della nota")
+        program.keys("shift+ctrl+p", "ctrl+End")
+        program.type("x")
+        wait_for("the typed text", lambda: self.read("Semplice.txt") == "testo\nx")
+
     def test_formats_json_in_the_preview_and_undoes_it_in_the_editor(self):
         self.write("Dati.json", '{"b":[1,2],"a":{}}')
         program = self.open_note("Dati")
