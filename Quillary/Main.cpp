@@ -24,7 +24,8 @@ int main(int argc, char* argv[]) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     quillary::ApplicationService service;
-    if (service.claim() == quillary::Claim::handedOver) {
+    const quillary::Claim claim = service.claim();
+    if (claim == quillary::Claim::handedOver) {
         return 0;
     }
 
@@ -35,7 +36,7 @@ int main(int argc, char* argv[]) {
         QApplication::installTranslator(&translator);
     }
 
-    quillary::AppDelegate delegate;
+    quillary::AppDelegate delegate(claim == quillary::Claim::first);
     QObject::connect(&service, &quillary::ApplicationService::activated, &delegate, &quillary::AppDelegate::activate);
     QObject::connect(&service, &quillary::ApplicationService::actionActivated, &delegate,
                      &quillary::AppDelegate::performAction);

@@ -61,6 +61,9 @@ public:
     /// Whether the shortcut of `summon` could not be had from the desktop.
     bool globalHotKeyFailed() const { return m_globalHotKeyFailed; }
 
+    /// Whether the shortcut of `summon` brings the application up at this moment.
+    bool isHotKeyRegistered() const { return m_globalHotKey.isRegistered(); }
+
     /// Starts the recording of an action's shortcut, goes over to it from another action's, or cancels its own. The hot
     /// key rests meanwhile, so that its combination reaches the recording.
     void toggleRecording(ShortcutAction action);

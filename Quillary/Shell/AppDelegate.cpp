@@ -9,7 +9,8 @@ namespace quillary {
 
 using namespace Qt::StringLiterals;
 
-AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {}
+AppDelegate::AppDelegate(bool isReachedByOtherStarts, QObject* parent)
+    : QObject(parent), m_isReachedByOtherStarts(isReachedByOtherStarts) {}
 
 AppDelegate::~AppDelegate() {
     AppActions::shared() = {};
@@ -74,6 +75,12 @@ void AppDelegate::applicationDidFinishLaunching() {
 
     m_keyMonitor = std::make_unique<KeyMonitor>(&keyboard());
     keyboard().start();
+    m_menuBarExtra = std::make_unique<MenuBarExtra>(&store(), &settings());
+    connect(m_menuBarExtra.get(), &MenuBarExtra::settingsRequested, this, &AppDelegate::openSettings);
+
+    connect(qGuiApp, &QGuiApplication::lastWindowClosed, this, &AppDelegate::lastWindowDidClose);
+    connect(m_menuBarExtra.get(), &MenuBarExtra::isShownChanged, this, &AppDelegate::wayBackDidChange);
+    connect(&keyboard(), &KeyboardController::globalHotKeyFailedChanged, this, &AppDelegate::wayBackDidChange);
 
     m_signals = std::make_unique<TerminationSignals>();
     connect(m_signals.get(), &TerminationSignals::received, this, &AppDelegate::endOnSignal);
@@ -134,6 +141,24 @@ void AppDelegate::openSettings() {
         m_settingsView = std::make_unique<SettingsView>(&settings(), &store(), &keyboard());
     }
     m_settingsView->present();
+}
+
+bool AppDelegate::canComeBack() {
+    return m_isReachedByOtherStarts || keyboard().isHotKeyRegistered() || m_menuBarExtra->isShown();
+}
+
+void AppDelegate::lastWindowDidClose() {
+    if (!canComeBack()) {
+        QCoreApplication::quit();
+    }
+}
+
+void AppDelegate::wayBackDidChange() {
+    const bool isOffScreen =
+        m_window != nullptr && !m_window->isVisible() && (m_settingsView == nullptr || !m_settingsView->isVisible());
+    if (isOffScreen && !canComeBack()) {
+        openMainWindow();
+    }
 }
 
 void AppDelegate::endOnSignal() {

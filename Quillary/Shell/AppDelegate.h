@@ -2,6 +2,7 @@
 
 #include "Quillary/Find/FindController.h"
 #include "Quillary/Keyboard/KeyboardController.h"
+#include "Quillary/MenuBarExtra/MenuBarExtra.h"
 #include "Quillary/Platform/TerminationSignals.h"
 #include "Quillary/Settings/SettingsView.h"
 #include "Quillary/Shell/KeyMonitor.h"
@@ -24,7 +25,8 @@ class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
-    explicit AppDelegate(QObject* parent = nullptr);
+    /// `isReachedByOtherStarts` tells whether another start of the program activates this one.
+    explicit AppDelegate(bool isReachedByOtherStarts, QObject* parent = nullptr);
     ~AppDelegate() override;
 
     AppSettings& settings();
@@ -49,12 +51,19 @@ private:
     void openSettings();
     void endOnSignal();
 
+    /// Whether the user has a way to a window while there is none on screen.
+    bool canComeBack();
+    void lastWindowDidClose();
+    void wayBackDidChange();
+
+    bool m_isReachedByOtherStarts;
     SystemDesktop m_desktop;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<NotesStore> m_store;
     std::unique_ptr<FindController> m_find;
     std::unique_ptr<KeyboardController> m_keyboard;
     std::unique_ptr<KeyMonitor> m_keyMonitor;
+    std::unique_ptr<MenuBarExtra> m_menuBarExtra;
     std::unique_ptr<SoloController> m_solo;
     std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<TerminationSignals> m_signals;

@@ -44,6 +44,10 @@ class Display:
         os.close(writer)
         with os.fdopen(reader) as pipe:
             os.environ["DISPLAY"] = ":" + pipe.readline().strip()
+        # The accessibility bus has its socket there, and runs of several tests at once must not share one.
+        self.runtime = tempfile.TemporaryDirectory()
+        os.environ["XDG_RUNTIME_DIR"] = self.runtime.name
+        subprocess.run(["dbus-update-activation-environment", "XDG_RUNTIME_DIR"], check=True)
         os.environ["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         os.environ["QT_QPA_PLATFORM"] = "xcb"
         os.environ.pop("WAYLAND_DISPLAY", None)
@@ -55,6 +59,7 @@ class Display:
         for process in (self.manager, self.server):
             process.terminate()
             process.wait()
+        self.runtime.cleanup()
 
     @staticmethod
     def picture(name):
