@@ -35,6 +35,9 @@ enum Setup : unsigned {
     folderSelected = 2,
     noNote = 8,
     fieldFilled = 16,
+    findBarOpen = 32,
+    ownKeys = 64,
+    recording = 128,
 };
 
 struct KeyRow {
@@ -69,6 +72,42 @@ const KeyRow keyRows[] = {
      twoNotes | folderSelected,
      Qt::Key_Escape,
      {u"one note"_s}},
+    {"Backspace edits the text and leaves a folder",
+     {Focus::editor},
+     folderSelected,
+     Qt::Key_Backspace,
+     {u"no folder"_s, u"text: «alf»"_s}},
+    {"Backspace edits the field also with a folder",
+     {Focus::field},
+     folderSelected | fieldFilled,
+     Qt::Key_Backspace,
+     {u"field: «»"_s}},
+    {"Escape in a text leaves a folder alone", {Focus::editor, Focus::field}, folderSelected, Qt::Key_Escape, {}},
+    {"Delete is the list's with a single note", {Focus::list}, nothing, Qt::Key_Delete, {u"asks about 1 notes"_s}},
+    {"Backspace is the list's with a single note",
+     {Focus::list},
+     nothing,
+     Qt::Key_Backspace,
+     {u"asks about 1 notes"_s}},
+    {"⇧⌫ is no plain key", {Focus::list}, twoNotes | folderSelected, Qt::SHIFT | Qt::Key_Backspace, {}},
+    {"⇧⎋ is no plain key", {Focus::list}, twoNotes | folderSelected, Qt::SHIFT | Qt::Key_Escape, {}},
+    {"⌘G finds the next match while the bar is open",
+     everywhere,
+     twoNotes | findBarOpen,
+     Qt::CTRL | Qt::Key_G,
+     {u"match 1"_s}},
+    {"⌘G finds although the user gave it to another command",
+     everywhere,
+     findBarOpen | ownKeys,
+     Qt::CTRL | Qt::Key_G,
+     {u"match 1"_s}},
+    {"⇧⌘G is the menu's", everywhere, findBarOpen, Qt::SHIFT | Qt::CTRL | Qt::Key_G, {u"match 1"_s}},
+    {"⌘G groups one", everywhere, nothing, Qt::CTRL | Qt::Key_G, {u"2 folders"_s}},
+    {"⌘G groups although the user gave it to another command",
+     everywhere,
+     ownKeys,
+     Qt::CTRL | Qt::Key_G,
+     {u"2 folders"_s}},
     {"⌘G groups several", everywhere, twoNotes, Qt::CTRL | Qt::Key_G, {u"one note"_s, u"2 folders"_s}},
     {"⌘G beeps with nothing to group", {Focus::list, Focus::field}, noNote, Qt::CTRL | Qt::Key_G, {u"beep"_s}},
     {"⌘↓ selects the next note", everywhere, nothing, Qt::CTRL | Qt::Key_Down, {u"note b"_s}},
@@ -76,8 +115,30 @@ const KeyRow keyRows[] = {
     {"⌘K asks for the search field", everywhere, nothing, Qt::CTRL | Qt::Key_K, {u"search"_s}},
     {"⇧⌘P shows the preview", everywhere, nothing, Qt::SHIFT | Qt::CTRL | Qt::Key_P, {u"preview"_s}},
     {"⌘3 selects by place", everywhere, nothing, Qt::CTRL | Qt::Key_3, {u"note b"_s}},
+    {"⌘3 selects by place also with a folder",
+     {Focus::list},
+     folderSelected,
+     Qt::CTRL | Qt::Key_3,
+     {u"no folder"_s, u"note b"_s}},
+    {"⌘9 does nothing where there are fewer notes", everywhere, nothing, Qt::CTRL | Qt::Key_9, {}},
+    {"⌘S of the user goes before the menu's", everywhere, ownKeys, Qt::CTRL | Qt::Key_S, {u"note b"_s}},
+    {"A recording has every key for itself",
+     everywhere,
+     recording,
+     Qt::CTRL | Qt::Key_N,
+     {u"search by ⌘N"_s, u"no recording"_s}},
+    {"A recording refuses typing", everywhere, recording, Qt::Key_A, {u"beep"_s}},
+    {"A recording ends with Escape", everywhere, recording | twoNotes, Qt::Key_Escape, {u"no recording"_s}},
+    {"A recording turns off with Backspace",
+     everywhere,
+     recording | twoNotes,
+     Qt::Key_Backspace,
+     {u"search by nothing"_s, u"no recording"_s}},
     {"⌘= zooms in", everywhere, nothing, Qt::CTRL | Qt::Key_Equal, {u"14 pt"_s}},
     {"⌘+ is the menu's", everywhere, nothing, Qt::CTRL | Qt::Key_Plus, {u"14 pt"_s}},
+    {"⌘- is the menu's", everywhere, nothing, Qt::CTRL | Qt::Key_Minus, {u"12 pt"_s}},
+    {"What no rule takes is typed", {Focus::editor}, nothing, Qt::Key_X, {u"text: «alfax»"_s}},
+    {"What no rule takes is typed in a field", {Focus::field}, nothing, Qt::Key_X, {u"field: «x»"_s}},
     {"⌃⌥N is the hot key's", {Focus::list}, nothing, Qt::META | Qt::ALT | Qt::Key_N, {}},
 };
 
@@ -132,6 +193,20 @@ protected:
         if ((row.setup & noNote) != 0) {
             store.setSelectedID(std::nullopt);
         }
+        if ((row.setup & ownKeys) != 0) {
+            folder.settings().setShortcut(KeyShortcut(KeyCode::g, KeyShortcut::Modifiers::command, u"g"_s),
+                                          ShortcutAction::previousNote);
+            folder.settings().setShortcut(KeyShortcut(1, KeyShortcut::Modifiers::command, u"s"_s),
+                                          ShortcutAction::nextNote);
+        }
+        if ((row.setup & findBarOpen) != 0) {
+            folder.find().show(false);
+            folder.find().setQuery(u"a"_s);
+            folder.find().search(0);
+        }
+        if ((row.setup & recording) != 0) {
+            folder.keyboard().toggleRecording(ShortcutAction::search);
+        }
         if (editor() != nullptr) {
             editor()->setSelection({4, 4});
         }
@@ -159,6 +234,11 @@ protected:
             {u"11"_s, u"text: «%1»"_s.arg(note->document()->storage().text())},
             {u"12"_s, u"field: «%1»"_s.arg(field()->text())},
             {u"13"_s, yes(desktop.beeps > 0, u"beep"_s)},
+            {u"14"_s, u"match %1"_s.arg(folder.find().currentIndex().value_or(-1))},
+            {u"15"_s, u"search by "_s + (folder.settings().shortcut(ShortcutAction::search)
+                                             ? folder.settings().shortcut(ShortcutAction::search)->displayString()
+                                             : u"nothing"_s)},
+            {u"16"_s, yes(!folder.keyboard().recordingAction(), u"no recording"_s)},
         };
     }
 
