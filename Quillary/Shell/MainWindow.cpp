@@ -7,6 +7,7 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QWindow>
 
 #include <utility>
 
@@ -50,6 +51,10 @@ void MainWindow::deminiaturize() {
 }
 
 void MainWindow::makeKeyAndOrderFront() {
+    if (QWindow* const hidden = isVisible() ? nullptr : windowHandle()) {
+        // A place that was asked for is kept; else the window manager looks for one each time.
+        hidden->setGeometry(hidden->geometry());
+    }
     show();
     raise();
     activateWindow();
