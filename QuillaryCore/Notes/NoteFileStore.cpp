@@ -180,19 +180,27 @@ Status<FileError> NoteFileStore::collectNotes(const std::optional<QString>& fold
     return Done();
 }
 
-Result<QList<NoteFileInfo>, FileError> NoteFileStore::listNotes() const {
-    QList<NoteFileInfo> notes;
-    QStringList folders;
-    if (const auto listed = collectNotes(std::nullopt, notes, &folders); !listed) {
+Result<NoteFileStore::Listing, FileError> NoteFileStore::list() const {
+    Listing listing;
+    QList<NoteFileInfo>& notes = listing.notes;
+    if (const auto listed = collectNotes(std::nullopt, notes, &listing.folders); !listed) {
         return listed.error();
     }
-    for (const QString& folder : std::as_const(folders)) {
+    for (const QString& folder : std::as_const(listing.folders)) {
         const qsizetype count = notes.size();
         if (!collectNotes(folder, notes, nullptr)) {
             notes.resize(count);
         }
     }
-    return notes;
+    return listing;
+}
+
+Result<QList<NoteFileInfo>, FileError> NoteFileStore::listNotes() const {
+    auto listing = list();
+    if (!listing) {
+        return listing.error();
+    }
+    return std::move(listing->notes);
 }
 
 Result<QStringList, FileError> NoteFileStore::listFolders() const {

@@ -51,6 +51,17 @@ public:
 
     // Notes
 
+    /// What the directory holds.
+    struct Listing {
+        /// The names of all folders in the order that the file system gives.
+        QStringList folders;
+        /// All notes, those of the top first, otherwise in no order.
+        QList<NoteFileInfo> notes;
+    };
+
+    /// The folders and the notes by one look at each directory; fails as listNotes does.
+    Result<Listing, FileError> list() const;
+
     /// All notes, those of the top first, otherwise in no order. Folders that can't be listed and files whose facts
     /// can't be read are left out; only a failure to list the directory itself is one.
     Result<QList<NoteFileInfo>, FileError> listNotes() const;

@@ -90,6 +90,27 @@ TEST_F(NoteFileStoreListing, PassesOverHiddenEntriesLinksPackagesAndWhatLiesDeep
     EXPECT_EQ(folders(), (QStringList{u"Lavoro"_s, u"directory.md"_s}));
 }
 
+TEST_F(NoteFileStoreListing, ALookAtTheDirectoryGivesTheFoldersAndTheNotesThatEachGivesAlone) {
+    for (const char* const folder : {"Lavoro", "vuota", "casa.md", ".nascosta", "Pacchetto.app", "not\xFFutf8"}) {
+        directory.makeDirectory(folder);
+    }
+    for (const char* const note : {"a.md", "Lavoro/b.txt", "casa.md/c.json", ".nascosta/d.md", "Pacchetto.app/e.md"}) {
+        directory.write(note);
+    }
+    const auto listing = store.list();
+    const auto folders = store.listFolders();
+    const auto notes = store.listNotes();
+    ASSERT_TRUE(listing && folders && notes);
+    EXPECT_EQ(listing->folders.size(), 4);
+    EXPECT_EQ(listing->folders, *folders);
+    EXPECT_EQ(listing->notes.size(), 3);
+    EXPECT_EQ(listing->notes, *notes);
+
+    const auto failed = NoteFileStore(directory.path("a.md")).list();
+    ASSERT_FALSE(failed);
+    EXPECT_EQ(localizedDescription(failed.error()), localizedDescription(FileError(SystemError{ENOTDIR})));
+}
+
 TEST_F(NoteFileStoreListing, TakesDirectoriesForFoldersWhoseNamesOnlyResembleAPackage) {
     for (const char* const name : {"app", "x.apps", "x.app.d", "bundle", "myrtfd", "x. app"}) {
         directory.makeDirectory(name);
