@@ -1,16 +1,23 @@
 #include "QuillaryCore/Notes/NoteDates.h"
 
 #include "QuillaryCore/Unicode/DatePattern.h"
-#include "QuillaryCore/Unicode/DayCalendar.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
 
 namespace quillary {
 
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono;
+
+/// How many days back the last week and the last month go.
+constexpr int lastOfWeek = 6;
+constexpr int lastOfMonth = 29;
 
 /// A date by a pattern, without full stops, so that short names of months and weekdays never show one.
 QString format(Moment date, const QString& pattern, const DayCalendar& calendar, const QString& locale) {
@@ -48,21 +55,55 @@ QString NoteDateText::shortText(Moment date, Moment now, const QTimeZone& timeZo
 }
 
 QString NoteDateGroup::title(Moment date, Moment now, const QTimeZone& timeZone, const QString& locale) {
-    const DayCalendar calendar(timeZone);
-    const int days = daysBetween(date, now, calendar);
-    if (days <= 0) {
+    return NoteDateGroups(now, timeZone, locale).title(date);
+}
+
+NoteDateGroups::NoteDateGroups(Moment now, const QTimeZone& timeZone, QString locale)
+    : m_calendar(timeZone), m_today(m_calendar.day(now)), m_locale(std::move(locale)) {}
+
+const QString& NoteDateGroups::title(Moment date) {
+    const local_days day = m_calendar.day(date);
+    if (!m_days || day < m_days->first || day > m_days->last) {
+        m_days = daysAround(day);
+        m_title = titleOf(day, date);
+    }
+    return m_title;
+}
+
+NoteDateGroups::Days NoteDateGroups::daysAround(local_days day) const {
+    if (day >= m_today) {
+        return {m_today, local_days::max()};
+    }
+    if (day == m_today - days(1)) {
+        return {day, day};
+    }
+    if (day >= m_today - days(lastOfWeek)) {
+        return {m_today - days(lastOfWeek), m_today - days(2)};
+    }
+    if (day >= m_today - days(lastOfMonth)) {
+        return {m_today - days(lastOfMonth), m_today - days(lastOfWeek + 1)};
+    }
+    const year_month_day date(day);
+    const local_days monthEnd(date.year() / date.month() / last);
+    return {local_days(date.year() / date.month() / 1), std::min(monthEnd, m_today - days(lastOfMonth + 1))};
+}
+
+QString NoteDateGroups::titleOf(local_days day, Moment date) const {
+    const auto age = (m_today - day).count();
+    if (age <= 0) {
         return QCoreApplication::translate("NoteDateGroup", "Oggi");
     }
-    if (days == 1) {
+    if (age == 1) {
         return QCoreApplication::translate("NoteDateGroup", "Ieri");
     }
-    if (days <= 6) {
+    if (age <= lastOfWeek) {
         return QCoreApplication::translate("NoteDateGroup", "Ultimi 7 giorni");
     }
-    if (days <= 29) {
+    if (age <= lastOfMonth) {
         return QCoreApplication::translate("NoteDateGroup", "Ultimi 30 giorni");
     }
-    return withCapital(format(date, areInOneYear(date, now, calendar) ? u"LLLL"_s : u"LLLL yyyy"_s, calendar, locale));
+    const bool isOfThisYear = year_month_day(day).year() == year_month_day(m_today).year();
+    return withCapital(format(date, isOfThisYear ? u"LLLL"_s : u"LLLL yyyy"_s, m_calendar, m_locale));
 }
 
 } // namespace quillary

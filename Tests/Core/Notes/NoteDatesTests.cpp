@@ -134,4 +134,25 @@ TEST(NoteDateGroup, TheFirstCharacterIsACapitalAndTheRestStays) {
     EXPECT_EQ(NoteDateGroup::title(longAgo, now, rome, u"ja"_s), u"10\u6708 2024"_s);
 }
 
+TEST(NoteDateGroups, GiveEveryDateTheHeadingThatItHasAlone) {
+    // Day by day over the ends of weeks, months, years and of summer time, forward and back.
+    const Moment now = local(2026y / April / 12, 15h);
+    NoteDateGroups groups(now, rome, u"it"_s);
+    const auto expectSame = [&](Moment date) {
+        EXPECT_EQ(groups.title(date), NoteDateGroup::title(date, now, rome, u"it"_s))
+            << date.time_since_epoch().count();
+    };
+    const Moment first = local(2024y / December / 20, 0h);
+    const Moment last = local(2026y / April / 15, 0h);
+    for (Moment date = first; date < last; date += 11h) {
+        expectSame(date);
+    }
+    for (Moment date = last; date > first; date -= 11h) {
+        expectSame(date);
+    }
+    for (const Moment date : {distantPast, Moment::max(), now, distantPast}) {
+        expectSame(date);
+    }
+}
+
 } // namespace quillary
