@@ -64,17 +64,16 @@ void preload(const NotesStore& store) {
 }
 
 /// Everything that is due, drawing included.
-void settle(QWidget& widget) {
+void settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
-    keep(widget.width());
 }
 
 void showAt(QWidget& widget) {
     widget.resize(sidebarSize);
     widget.show();
-    settle(widget);
+    settle();
 }
 
 /// The peer: strings of the same number, in rows of one height.
@@ -133,7 +132,7 @@ int main(int argc, char** argv) {
         for (int frame = 0; frame < frames; ++frame) {
             // A page and a bit: nothing of the last frame can be kept.
             bar.setValue((bar.value() + area.viewport()->height() + 37) % std::max(1, bar.maximum()));
-            settle(area);
+            settle();
         }
     };
     compareWithPeer(
@@ -159,17 +158,17 @@ int main(int argc, char** argv) {
         [&] {
             for (const QString& query : queries) {
                 store.setSearchQuery(query);
-                settle(view);
+                settle();
             }
         },
         [&] {
             for (const QString& query : queries) {
                 filter.setFilterFixedString(query);
-                settle(filtered);
+                settle();
             }
         });
     store.setSearchQuery({});
-    settle(view);
+    settle();
 
     const auto topLevel = store.notes(std::nullopt);
     compareWithPeer(
@@ -178,11 +177,11 @@ int main(int argc, char** argv) {
             const NoteItemPtr& note = topLevel[(topLevel.size() / 2 + ++round) % topLevel.size()];
             note->setModified(now() + std::chrono::seconds(round));
             store.resort();
-            settle(view);
+            settle();
         },
         [&] {
             peer.model.moveRow({}, noteCount / 2, {}, 0);
-            settle(peer.view);
+            settle();
         });
 
     constexpr int steps = 60;
@@ -191,7 +190,7 @@ int main(int argc, char** argv) {
         [&] {
             for (int step = 0; step < steps; ++step) {
                 store.sidebarMove(step < steps / 2 ? +1 : -1);
-                settle(view);
+                settle();
             }
         },
         [&] {
@@ -199,7 +198,7 @@ int main(int argc, char** argv) {
                 const int row =
                     std::clamp(peer.view.currentIndex().row() + (step < steps / 2 ? 1 : -1), 0, noteCount - 1);
                 peer.view.setCurrentIndex(peer.model.index(row));
-                settle(peer.view);
+                settle();
             }
         });
     return 0;
