@@ -1,0 +1,54 @@
+#include "Tests/Views/Editor/ZoomableTextViewTest.h"
+
+#include <QApplication>
+#include <QInputMethodEvent>
+
+#include <gtest/gtest.h>
+
+namespace quillary {
+
+namespace {
+
+TEST_F(ZoomableTextViewTest, APreeditIsShownAndNeverPartOfTextOrHistory) {
+    open(u"ab"_s);
+    putCaret(1);
+    const int before = m_view->caretRect().left();
+    QInputMethodEvent composing(u"xyz"_s, {QInputMethodEvent::Attribute(QInputMethodEvent::Cursor, 2, 1)});
+    QApplication::sendEvent(m_view.get(), &composing);
+    EXPECT_EQ(text(), u"ab"_s);
+    EXPECT_FALSE(m_document->undoManager().canUndo());
+    EXPECT_NEAR(m_view->caretRect().left() - before, 2 * m_view->textLayout().blankWidth(), 1);
+    QInputMethodEvent commit;
+    commit.setCommitString(u"k"_s);
+    QApplication::sendEvent(m_view.get(), &commit);
+    EXPECT_EQ(text(), u"akb"_s);
+    EXPECT_TRUE(m_view->textLayout().preedit().isEmpty());
+    EXPECT_EQ(caret(), 2);
+    m_view->undo();
+    EXPECT_EQ(text(), u"ab"_s);
+}
+
+TEST_F(ZoomableTextViewTest, ACommitMayReplaceWhatStandsBeforeTheCaret) {
+    open(u"casa"_s);
+    putCaret(4);
+    QInputMethodEvent event;
+    event.setCommitString(u"e"_s, -1, 1);
+    QApplication::sendEvent(m_view.get(), &event);
+    EXPECT_EQ(text(), u"case"_s);
+}
+
+TEST_F(ZoomableTextViewTest, InputMethodsSeeAThousandUnitsOfTheLineAtMost) {
+    open(u"sopra\n"_s + QString(100'000, u'x') + u"qui"_s + QString(100'000, u'y') + u"\nsotto"_s);
+    putCaret(6 + 100'000);
+    const QString surrounding = m_view->inputMethodQuery(Qt::ImSurroundingText).toString();
+    const int position = m_view->inputMethodQuery(Qt::ImCursorPosition).toInt();
+    EXPECT_LE(surrounding.size(), 1000);
+    EXPECT_EQ(surrounding.mid(position, 3), u"qui"_s);
+    putCaret(3);
+    EXPECT_EQ(m_view->inputMethodQuery(Qt::ImSurroundingText).toString(), u"sopra"_s);
+    EXPECT_EQ(m_view->inputMethodQuery(Qt::ImCursorPosition).toInt(), 3);
+}
+
+} // namespace
+
+} // namespace quillary

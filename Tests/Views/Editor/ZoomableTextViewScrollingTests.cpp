@@ -1,0 +1,123 @@
+#include "Tests/Views/Editor/HostileTexts.h"
+#include "Tests/Views/Editor/ZoomableTextViewTest.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QFont>
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace quillary {
+
+namespace {
+
+TEST_F(ZoomableTextViewTest, TheScrollBarReachesBothEnds) {
+    for (const bool wraps : {true, false}) {
+        open(words(2000).replace(u"a "_s, u"\n"_s).repeated(200));
+        m_view->setWraps(wraps);
+        QScrollBar& bar = *m_view->verticalScrollBar();
+        bar.setValue(bar.maximum());
+        EXPECT_EQ(m_view->visibleRange()->end(), m_view->storage().length());
+        EXPECT_EQ(bar.value(), bar.maximum());
+        bar.setValue(0);
+        EXPECT_EQ(m_view->visibleRange()->location, 0);
+    }
+}
+
+TEST_F(ZoomableTextViewTest, WhatIsSeenDoesNotJumpWhileEstimatesAreCorrected) {
+    open(words(300'000).replace(u"q "_s, u"\n"_s));
+    QScrollBar& bar = *m_view->verticalScrollBar();
+    bar.setValue(bar.maximum() / 2);
+    const int pitch = m_view->textLayout().pitch();
+    for (int i = 0; i < 200; ++i) {
+        // The row at the middle of the viewport goes up or down by exactly what was scrolled.
+        const int middle = m_view->viewport()->height() / 2;
+        const qsizetype seen = m_view->positionAt({ZoomableTextView::horizontalInset, middle});
+        const int distance = (i % 3 == 0 ? 2 : -3) * pitch;
+        bar.setValue(bar.value() + distance);
+        ASSERT_EQ(m_view->positionAt({ZoomableTextView::horizontalInset, middle - distance}), seen) << i;
+    }
+}
+
+TEST_F(ZoomableTextViewTest, TheScrollBarSoonKnowsTheTrueHeightWhileTheTextStandsStill) {
+    open(words(200'000).replace(u"q "_s, u"\n"_s));
+    QFont font = m_view->textLayout().font();
+    font.setPointSizeF(11);
+    m_view->setEditorFont(font);
+    QScrollBar& bar = *m_view->verticalScrollBar();
+    bar.setValue(bar.maximum() / 2);
+    const std::optional<TextRange> seen = m_view->visibleRange();
+    TextLayout exact(m_document->storage());
+    exact.setFont(m_view->textLayout().font());
+    exact.setWidth(m_view->textLayout().width());
+    ASSERT_TRUE(exact.measureUntil(QDeadlineTimer::Forever));
+    ASSERT_NE(m_view->textLayout().rowCount(), exact.rowCount()) << "an estimate has been right by chance";
+    const qint64 height = exact.rowCount() * exact.pitch() + 2 * ZoomableTextView::verticalInset;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.maximum() == height - m_view->viewport()->height(); }));
+    EXPECT_EQ(m_view->visibleRange(), seen);
+}
+
+TEST_F(ZoomableTextViewTest, ANewWidthKeepsTheTopWhereItIs) {
+    open(words(100'000));
+    m_view->verticalScrollBar()->setValue(m_view->verticalScrollBar()->maximum() / 2);
+    const qsizetype top = m_view->visibleRange()->location;
+    m_view->resize(600, 300);
+    EXPECT_LE(m_view->visibleRange()->location, top);
+    EXPECT_GE(m_view->visibleRange()->end(), top);
+    m_view->verticalScrollBar()->setValue(0);
+    m_view->resize(400, 300);
+    EXPECT_EQ(m_view->scrollOrigin(), QPointF(0, 0));
+}
+
+TEST_F(ZoomableTextViewTest, TypingOutOfSightComesBackIntoSight) {
+    open(u"riga\n"_s.repeated(1000));
+    putCaret(0);
+    m_view->verticalScrollBar()->setValue(m_view->verticalScrollBar()->maximum());
+    type(u"x"_s);
+    EXPECT_EQ(m_view->scrollOrigin().y(), 0);
+    m_view->setWraps(false);
+    putCaret(0);
+    type(QString(300, u'y'));
+    EXPECT_GT(m_view->horizontalScrollBar()->value(), 0);
+    EXPECT_TRUE(m_view->viewport()->rect().contains(m_view->caretRect()));
+}
+
+TEST_F(ZoomableTextViewTest, CtrlAndTheWheelZoom) {
+    open(u"uno"_s);
+    int steps = 0;
+    m_view->onZoomStep = [&](int step) { steps += step; };
+    QWheelEvent up({50, 50}, m_view->mapToGlobal(QPointF(50, 50)), {}, {0, 120}, {}, Qt::ControlModifier,
+                   Qt::NoScrollPhase, false);
+    QApplication::sendEvent(m_view->viewport(), &up);
+    EXPECT_EQ(steps, 1);
+}
+
+TEST_F(ZoomableTextViewTest, APinchZoomsInStepsOfAFixedTravel) {
+    open(u"uno"_s);
+    QList<int> steps;
+    m_view->onZoomStep = [&](int step) { steps += step; };
+    const auto pinch = [&](Qt::NativeGestureType type, double value) {
+        QNativeGestureEvent event(type, QPointingDevice::primaryPointingDevice(), 2, {}, {}, {}, value, {});
+        QApplication::sendEvent(m_view->viewport(), &event);
+    };
+    pinch(Qt::ZoomNativeGesture, 0.2);
+    EXPECT_EQ(steps, QList<int>({1, 1}));
+    pinch(Qt::ZoomNativeGesture, 0.05);
+    EXPECT_EQ(steps.size(), 3);
+    pinch(Qt::ZoomNativeGesture, 0.06);
+    pinch(Qt::EndNativeGesture, 0);
+    pinch(Qt::ZoomNativeGesture, 0.03);
+    EXPECT_EQ(steps.size(), 3) << "the end of a gesture drops the rest";
+    pinch(Qt::ZoomNativeGesture, -0.12);
+    EXPECT_EQ(steps, QList<int>({1, 1, 1, -1}));
+}
+
+} // namespace
+
+} // namespace quillary
