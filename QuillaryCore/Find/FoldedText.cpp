@@ -58,6 +58,10 @@ const Table& table() {
 
 } // namespace
 
+std::span<const char16_t, 0x10000> singleFoldings() {
+    return table().single;
+}
+
 Folding foldNext(QStringView text, qsizetype& position) {
     const char16_t unit = text[position].unicode();
     if (const char16_t single = table().single[unit]; single != 0) {

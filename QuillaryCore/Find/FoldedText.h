@@ -11,6 +11,9 @@ namespace quillary {
 /// of more than one character and the text that they compare it with.
 namespace case_folding {
 
+/// For each unit the one unit that it folds to; 0 for one that folds to several, and for half of a character.
+std::span<const char16_t, 0x10000> singleFoldings();
+
 /// The folding of one code point; as a rule one code point, "ß" gives two.
 using Folding = QVarLengthArray<char16_t, 4>;
 

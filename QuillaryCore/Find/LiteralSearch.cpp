@@ -36,7 +36,11 @@ std::vector<qsizetype> borders(QStringView text) {
 class LiteralSearch::Run {
 public:
     Run(const LiteralSearch& search, QStringView text, const Accept& accept)
-        : m_search(search), m_literal(search.m_literal), m_text(text), m_accept(accept) {}
+        : m_search(search),
+          m_literal(search.m_literal),
+          m_text(text),
+          m_accept(accept),
+          m_singleFoldings(search.m_caseSensitive ? nullptr : case_folding::singleFoldings().data()) {}
 
     void scanForAnchor(const LiteralAnchor& anchor);
     void read(qsizetype from);
@@ -51,6 +55,8 @@ private:
     QStringView m_literal;
     QStringView m_text;
     const Accept& m_accept;
+    /// What most letters are compared by; null where case matters.
+    const char16_t* m_singleFoldings;
     /// Where the last occurrence ends.
     qsizetype m_end = 0;
     /// Units that were compared and did not lead to an occurrence.
@@ -125,6 +131,15 @@ std::optional<qsizetype> LiteralSearch::Run::startBefore(qsizetype position, qsi
     }
     qsizetype left = foldedLength;
     while (left > 0 && position > 0) {
+        if (const char16_t single = m_singleFoldings[m_text[position - 1].unicode()]; single != 0) {
+            ++m_wasted;
+            if (m_literal[left - 1] != QChar(single)) {
+                return std::nullopt;
+            }
+            --left;
+            --position;
+            continue;
+        }
         const Folding folding = case_folding::foldPrevious(m_text, position);
         ++m_wasted;
         left -= folding.size();
@@ -152,8 +167,16 @@ std::optional<qsizetype> LiteralSearch::Run::endFrom(qsizetype start) {
         if (position == m_text.size()) {
             return std::nullopt;
         }
-        const Folding folding = case_folding::foldNext(m_text, position);
         ++m_wasted;
+        if (const char16_t single = m_singleFoldings[m_text[position].unicode()]; single != 0) {
+            if (m_literal[matched] != QChar(single)) {
+                return std::nullopt;
+            }
+            ++matched;
+            ++position;
+            continue;
+        }
+        const Folding folding = case_folding::foldNext(m_text, position);
         if (matched + folding.size() > length ||
             m_literal.sliced(matched, folding.size()) != QStringView(folding.data(), folding.size())) {
             return std::nullopt;
