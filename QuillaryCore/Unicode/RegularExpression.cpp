@@ -3,12 +3,14 @@
 #include "QuillaryCore/Unicode/Icu.h"
 #include "QuillaryCore/Unicode/PatternClasses.h"
 
-#include <QDeadlineTimer>
-
 #include <unicode/regex.h>
 #include <unicode/utf16.h>
 
 #include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <semaphore>
+#include <thread>
 #include <utility>
 
 namespace quillary {
@@ -22,17 +24,19 @@ constexpr int32_t mostStackBytes = 64 * 1024 * 1024;
 
 /// Watches the clock on behalf of one search. ICU's own limit counts steps, which take as long as they take.
 class SearchWatch {
+    using Clock = std::chrono::steady_clock;
+
 public:
-    explicit SearchWatch(std::chrono::milliseconds limit) : m_deadline(limit) {}
+    explicit SearchWatch(std::chrono::milliseconds limit) : m_start(Clock::now()), m_deadline(m_start + limit) {}
 
     void install(icu::RegexMatcher& matcher, UErrorCode& status) {
-        matcher.setMatchCallback(
-            [](const void* watch, int32_t) -> UBool { return !self(watch).m_deadline.hasExpired(); }, this, status);
+        matcher.setMatchCallback([](const void* watch, int32_t) -> UBool { return !self(watch).hasExpired(); }, this,
+                                 status);
         matcher.setFindProgressCallback(
             [](const void* watch, int64_t position) -> UBool { return self(watch).mayGoOn(position); }, this, status);
     }
 
-    bool hasExpired() const { return m_deadline.hasExpired(); }
+    bool hasExpired() const { return Clock::now() >= m_deadline; }
 
     /// Where the engine was last about to try.
     qsizetype position() const { return m_position; }
@@ -40,15 +44,29 @@ public:
 private:
     static SearchWatch& self(const void* watch) { return *static_cast<SearchWatch*>(const_cast<void*>(watch)); }
 
+    /// A try at one place may take a nanosecond or read the whole text, so the clock is looked at as often as the last
+    /// tries ask for.
     bool mayGoOn(int64_t position) {
-        constexpr quint32 callsBetweenLooks = 16;
+        constexpr quint32 mostCallsBetweenLooks = 16;
+        constexpr std::chrono::microseconds longTime{200};
         m_position = static_cast<qsizetype>(position);
-        return ++m_calls % callsBetweenLooks != 0 || !m_deadline.hasExpired();
+        if (++m_calls < m_callsBetweenLooks) {
+            return true;
+        }
+        m_calls = 0;
+        const Clock::time_point now = Clock::now();
+        m_callsBetweenLooks =
+            now - m_lastLook > longTime ? 1 : std::min(m_callsBetweenLooks * 2, mostCallsBetweenLooks);
+        m_lastLook = now;
+        return now < m_deadline;
     }
 
-    QDeadlineTimer m_deadline;
+    Clock::time_point m_start;
+    Clock::time_point m_deadline;
+    Clock::time_point m_lastLook = m_start;
     qsizetype m_position = 0;
     quint32 m_calls = 0;
+    quint32 m_callsBetweenLooks = 1;
 };
 
 qsizetype nextLine(QStringView text, qsizetype position) {
@@ -62,6 +80,37 @@ bool mayTakeLong(QStringView pattern) {
     return std::any_of(pattern.begin(), pattern.end(), [](QChar unit) { return u"*+?{(123456789kX"_s.contains(unit); });
 }
 
+/// ICU counts its steps where it keeps a way back. A reference to a group, however long, is compared in one step, and
+/// what is looked ahead to is read in one, so that a look at the clock may come after minutes.
+bool mayStall(QStringView pattern) {
+    for (qsizetype i = 0; i + 1 < pattern.size(); ++i) {
+        const QStringView rest = pattern.sliced(i + 1);
+        if (pattern[i] == u'\\') {
+            if ((rest[0] >= u'1' && rest[0] <= u'9') || rest[0] == u'k') {
+                return true;
+            }
+            ++i;
+        } else if (pattern[i] == u'(' && rest.size() > 1 && rest[0] == u'?' && u"=!><"_s.contains(rest[1])) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// What a search that may stall shares with whoever waits for it.
+struct Wait {
+    std::mutex mutex;
+    std::condition_variable ends;
+    bool isDone = false;
+    bool isAbandoned = false;
+};
+
+/// Searches that were abandoned and have not come to their next look yet. More than this many never run.
+std::counting_semaphore<2>& stalledSearches() {
+    static std::counting_semaphore<2> seats(2);
+    return seats;
+}
+
 quint8 classesOf(char32_t codePoint) {
     static const std::span<const quint8, 0x10000> basicPlane = basicPlanePatternClasses();
     return codePoint < basicPlane.size() ? basicPlane[codePoint] : patternClasses(codePoint);
@@ -73,6 +122,9 @@ struct RegularExpression::Compiled {
     std::unique_ptr<icu::RegexPattern> pattern;
     /// Whether trying at a place may cost more than a few steps.
     bool mayTakeLong = true;
+    bool mayStall = false;
+
+    void search(QStringView text, std::chrono::milliseconds timeLimit, const Accept& accept) const;
 };
 
 struct RegularExpression::Match::Source {
@@ -100,19 +152,46 @@ std::optional<RegularExpression> RegularExpression::make(QStringView pattern, bo
         return std::nullopt;
     }
     compiled->mayTakeLong = mayTakeLong(pattern);
+    compiled->mayStall = mayStall(pattern);
     return RegularExpression(std::move(compiled));
 }
 
-void RegularExpression::forEach(QStringView text, std::chrono::milliseconds timeLimit,
-                                const std::function<bool(const Match&)>& accept) const {
+void RegularExpression::forEach(QStringView text, std::chrono::milliseconds timeLimit, const Accept& accept) const {
+    if (!m_compiled->mayStall) {
+        m_compiled->search(text, timeLimit, accept);
+        return;
+    }
+    // The search has a thread and a text of its own, and is left alone when its time is over: it ends at its next look.
+    const auto deadline = std::chrono::steady_clock::now() + timeLimit;
+    if (!stalledSearches().try_acquire_until(deadline)) {
+        return;
+    }
+    const auto wait = std::make_shared<Wait>();
+    std::thread([compiled = m_compiled, own = text.toString(), timeLimit, wait, &accept] {
+        compiled->search(own, timeLimit, [&](const Match& match) {
+            const std::scoped_lock lock(wait->mutex);
+            return !wait->isAbandoned && accept(match);
+        });
+        stalledSearches().release();
+        const std::scoped_lock lock(wait->mutex);
+        wait->isDone = true;
+        wait->ends.notify_all();
+    }).detach();
+    std::unique_lock lock(wait->mutex);
+    wait->ends.wait_until(lock, deadline, [&] { return wait->isDone; });
+    wait->isAbandoned = true;
+}
+
+void RegularExpression::Compiled::search(QStringView text, std::chrono::milliseconds timeLimit,
+                                         const Accept& accept) const {
     UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::RegexMatcher> matcher(m_compiled->pattern->matcher(status));
+    const std::unique_ptr<icu::RegexMatcher> matcher(pattern->matcher(status));
     icu_support::require(status, "make a matcher");
     icu_support::TextAlias alias(text);
     SearchWatch watch(timeLimit);
     matcher->reset(alias.get());
     matcher->setStackLimit(mostStackBytes, status);
-    if (m_compiled->mayTakeLong) {
+    if (mayTakeLong) {
         watch.install(*matcher, status);
     }
     icu_support::require(status, "search a text");

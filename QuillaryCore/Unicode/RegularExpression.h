@@ -34,13 +34,17 @@ public:
         const Source& m_source;
     };
 
+    /// Told of each match; false ends the search.
+    using Accept = std::function<bool(const Match&)>;
+
     /// Nothing if the pattern is not well formed.
     static std::optional<RegularExpression> make(QStringView pattern, bool caseSensitive);
 
     /// Calls `accept` with each match, empty ones included, from front to back until it gives false or the time is
-    /// over. Where the engine's memory is not enough for a match, the search goes on in the next line.
-    void forEach(QStringView text, std::chrono::milliseconds timeLimit,
-                 const std::function<bool(const Match&)>& accept) const;
+    /// over. Where the engine's memory is not enough for a match, the search goes on in the next line. A pattern that
+    /// looks around or refers to its groups is searched on another thread, on which `accept` is called while this one
+    /// waits.
+    void forEach(QStringView text, std::chrono::milliseconds timeLimit, const Accept& accept) const;
 
 private:
     struct Compiled;

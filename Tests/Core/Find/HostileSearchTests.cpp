@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <vector>
 
 namespace quillary {
 
@@ -27,6 +28,8 @@ std::vector<SearchMatch> matches(const QString& query, SearchOptions options, co
 // Nothing but ending is asked here; a search without a limit would take hours.
 TEST(HostileSearch, EndsWithinItsTimeWithWhatItFound) {
     const QString letters = QString(300'000, u'a');
+    // Enough to stall, and soon over once abandoned.
+    const QString someLetters = QString(5'000, u'a');
 
     struct Case {
         QString pattern;
@@ -42,6 +45,12 @@ TEST(HostileSearch, EndsWithinItsTimeWithWhatItFound) {
         {u".*x"_s, letters, 0},
         {u"[a-z]*+x"_s, letters, 0},
         {u"x|(a|aa)+b"_s, u"x"_s % letters, 1},
+        // A step of these takes as long as what they look ahead to, or as the group is.
+        {u"(?:(?=\\w*).)*"_s, someLetters, 0},
+        {u"(?:(?>\\w*)x|\\w)+y"_s, someLetters, 0},
+        {u"(?:a(?=.*))*x"_s, someLetters, 0},
+        {u"(\\w*)(?:\\1)+x"_s, someLetters, 0},
+        {u"(?<all>\\w*)(?:\\k<all>)+x"_s, someLetters, 0},
     };
     for (const Case& each : cases) {
         const auto expression = RegularExpression::make(each.pattern, false);
@@ -61,12 +70,31 @@ TEST(HostileSearch, GivesASearchOfTheUsersASecond) {
               (TextRange{0, 1}));
 }
 
+TEST(HostileSearch, LeavesNothingBehindThatHoldsUpTheNextSearch) {
+    const auto stalling = RegularExpression::make(u"(\\w*)(?:\\1)+x"_s, false);
+    const QString letters(3'000, u'a');
+    for (int i = 0; i < 6; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        stalling->forEach(letters, 1ms, [](const RegularExpression::Match&) { return true; });
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+    }
+    // As many searches as may stall have ended by then.
+    const auto finding = RegularExpression::make(u"(a)\\1"_s, false);
+    int found = 0;
+    finding->forEach(u"aaaa"_s, 30s, [&](const RegularExpression::Match&) { return ++found > 0; });
+    EXPECT_EQ(found, 2);
+}
+
 TEST(HostileSearch, GoesOnInTheNextLineWhereThePatternTakesTooMuchMemory) {
     const QString line = QString(3'000'000, u'a');
-    const auto found = matches(u"(a|b)*c"_s, asPattern, u"abc\n"_s % line % u"\nbac"_s);
-    ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[0].range, (TextRange{0, 3}));
-    EXPECT_EQ(found[1].range, (TextRange{line.size() + 5, 3}));
+    const QString text = u"abc\n"_s % line % u"\nbac"_s;
+    const auto expression = RegularExpression::make(u"(a|b)*c"_s, false);
+    std::vector<TextRange> found;
+    expression->forEach(text, 60s, [&](const RegularExpression::Match& match) {
+        found.push_back(match.range());
+        return true;
+    });
+    EXPECT_EQ(found, (std::vector<TextRange>{{0, 3}, {line.size() + 5, 3}}));
 }
 
 TEST(HostileSearch, FindsLiteralsInTextsThatShowThemEverywhere) {
