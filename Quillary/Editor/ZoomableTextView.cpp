@@ -140,6 +140,8 @@ void ZoomableTextView::follow(const TextChange& change) {
         return position;
     };
     announceChange(change);
+    // Whoever looks for matches finds them anew.
+    m_currentFind.reset();
     TextSelection selection{follows(m_selection.anchor), follows(m_selection.caret)};
     selection.anchor = m_storage.clusterBoundaryAtOrBefore(selection.anchor);
     selection.caret = m_storage.clusterBoundaryAtOrBefore(selection.caret);

@@ -7,7 +7,9 @@
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
+#include <QColor>
 #include <QElapsedTimer>
+#include <QPalette>
 #include <QPointer>
 
 #include <functional>
@@ -162,6 +164,14 @@ private:
         int top = 0;
     };
 
+    /// How text that stands out is drawn.
+    struct Colors {
+        QColor ground;
+        QColor ink;
+        /// Whose appearance the colours of syntax go by.
+        QPalette syntax;
+    };
+
     /// What a drag of the mouse selects by.
     enum class Unit { cluster, word, line };
 
@@ -230,7 +240,8 @@ private:
     void updateInputMethod();
 
     // Looks
-    void drawSelection(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip);
+    void drawOver(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip, TextRange range,
+                  const Colors& colors);
     void drawCaret(QPainter& painter);
     QRect placeOfCaret(const Row& row, qsizetype position);
     void drawFindIndicator(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip);

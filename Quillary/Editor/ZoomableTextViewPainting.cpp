@@ -27,8 +27,17 @@ void ZoomableTextView::paintEvent(QPaintEvent* event) {
     for (const VisibleRow& row : rows) {
         m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, palette());
     }
-    if (!m_selection.isEmpty()) {
-        drawSelection(painter, rows, clip);
+    const bool isCurrentFindSelected = m_currentFind == m_selection.range();
+    if (!m_selection.isEmpty() && !isCurrentFindSelected) {
+        const QPalette::ColorGroup group = hasFocus() || isActiveWindow() ? QPalette::Active : QPalette::Inactive;
+        drawOver(painter, rows, clip, m_selection.range(),
+                 {palette().color(group, QPalette::Highlight), palette().color(group, QPalette::HighlightedText),
+                  palette()});
+    }
+    if (m_currentFind) {
+        // It has one ground in both appearances, so its text has the colours of the light one.
+        drawOver(painter, rows, clip, *m_currentFind,
+                 {Theme::findHighlight, Theme::findHighlightedText, lightPalette()});
     }
     if (m_isCaretOn) {
         drawCaret(painter);
@@ -36,29 +45,29 @@ void ZoomableTextView::paintEvent(QPaintEvent* event) {
     drawDropPlace(painter);
 }
 
-/// Selected text stands in its own colour on a fill that takes the whole pitch, cut where the fill is cut.
-void ZoomableTextView::drawSelection(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip) {
-    const QPalette::ColorGroup group = hasFocus() || isActiveWindow() ? QPalette::Active : QPalette::Inactive;
+/// The text of a range stands in colours of its own on a fill that takes the whole pitch, cut where the fill is cut.
+void ZoomableTextView::drawOver(QPainter& painter, const std::vector<VisibleRow>& rows, const QRectF& clip,
+                                TextRange range, const Colors& colors) {
     const qreal left = horizontalInset - horizontalScrollBar()->value();
-    QRegion selected;
+    QRegion covered;
     for (const VisibleRow& row : rows) {
         const HorizontalSpan visible{clip.left() - left, clip.right() - left};
-        for (const HorizontalSpan& span : m_layout.spansOf(row.row, m_selection.range(), visible)) {
+        for (const HorizontalSpan& span : m_layout.spansOf(row.row, range, visible)) {
             const int from = qRound(std::max(left + span.left, clip.left() - 1));
             const int to = qRound(std::min(left + span.right, clip.right() + 1));
-            selected += QRect(from, row.top, std::max(0, to - from), m_layout.pitch());
+            covered += QRect(from, row.top, std::max(0, to - from), m_layout.pitch());
         }
     }
+    if (covered.isEmpty()) {
+        return;
+    }
     painter.save();
-    painter.setClipRegion(selected);
-    // The find bar's current match has one ground in both appearances, so its text has the colours of the light one.
-    const bool isCurrentFind = m_currentFind == m_selection.range();
-    const QPalette colors = isCurrentFind ? lightPalette() : palette();
-    painter.fillRect(clip, isCurrentFind ? Theme::findHighlight : palette().color(group, QPalette::Highlight));
-    painter.setPen(isCurrentFind ? Theme::findHighlightedText : palette().color(group, QPalette::HighlightedText));
+    painter.setClipRegion(covered);
+    painter.fillRect(clip, colors.ground);
+    painter.setPen(colors.ink);
     for (const VisibleRow& row : rows) {
-        if (selected.intersects(QRect(0, row.top, viewport()->width(), m_layout.pitch()))) {
-            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, colors);
+        if (covered.intersects(QRect(0, row.top, viewport()->width(), m_layout.pitch()))) {
+            m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, colors.syntax);
         }
     }
     painter.restore();

@@ -7,6 +7,7 @@
 #include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/Find/FindController.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/Theme/Palettes.h"
 #include "Quillary/Theme/Theme.h"
 
 #include "Tests/Views/NotesFolder.h"
@@ -365,6 +366,29 @@ TEST_F(FindBarTest, MarksWhatItFoundInTheText) {
     find().close();
     text().setSelection({0, 0});
     EXPECT_EQ(yellow(), 0);
+}
+
+TEST_F(FindBarTest, TheCurrentMatchIsReadableInTheDarkSelectedOrNot) {
+    text().setPalette(darkPalette());
+    open();
+    type(u"uno"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text().findChildren<QVariantAnimation*>().isEmpty(); }));
+    for (const TextSelection selection : {TextSelection{0, 3}, TextSelection{7, 7}}) {
+        text().setSelection(selection);
+        ASSERT_EQ(find().currentIndex(), 0);
+        const QImage letter = picture().copy(text().characterRect(0)).toImage();
+        int dark = 0;
+        int bright = 0;
+        for (int y = 0; y < letter.height(); ++y) {
+            for (int x = 0; x < letter.width(); ++x) {
+                const QColor color = letter.pixelColor(x, y);
+                dark += color.red() < 110 ? 1 : 0;
+                bright += color.blue() > 130 ? 1 : 0;
+            }
+        }
+        EXPECT_GT(dark, 5) << selection.caret;
+        EXPECT_EQ(bright, 0) << selection.caret;
+    }
 }
 
 TEST_F(FindBarTest, ScrollsToTheMatch) {
