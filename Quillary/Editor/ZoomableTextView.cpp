@@ -1,5 +1,6 @@
 #include "Quillary/Editor/ZoomableTextView.h"
 
+#include "Quillary/Editor/OfferedText.h"
 #include "Quillary/Editor/TextViewAccessible.h"
 #include "Quillary/State/NoteDocument.h"
 
@@ -42,7 +43,12 @@ ZoomableTextView::ZoomableTextView(NoteDocument& document, QWidget* parent)
             &ZoomableTextView::restartBlinking);
 }
 
-ZoomableTextView::~ZoomableTextView() = default;
+ZoomableTextView::~ZoomableTextView() {
+    // The text may end next.
+    if (m_offeredText) {
+        m_offeredText->keep();
+    }
+}
 
 void ZoomableTextView::setWraps(bool wraps) {
     setHorizontalScrollBarPolicy(wraps ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
@@ -217,7 +223,8 @@ void ZoomableTextView::selectAll() {
 void ZoomableTextView::publishPrimarySelection() {
     QClipboard* clipboard = QGuiApplication::clipboard();
     if (clipboard->supportsSelection() && !m_selection.isEmpty()) {
-        clipboard->setText(selectedText(), QClipboard::Selection);
+        m_offeredText = new OfferedText(m_storage, m_selection.range());
+        clipboard->setMimeData(m_offeredText, QClipboard::Selection);
     }
 }
 

@@ -141,6 +141,7 @@ void TextStorage::setText(QString text) {
     if (change.removedLength == 0 && change.insertedLength == 0) {
         return;
     }
+    Q_EMIT aboutToChange();
     m_contents->pages.setText(std::move(text));
     m_contents->clusters.forgetFrom(0);
     m_contents->steps.push_back(change);
@@ -151,6 +152,7 @@ void TextStorage::replaceExactly(std::span<const TextReplacementView> replacemen
     if (replacements.empty()) {
         return;
     }
+    Q_EMIT aboutToChange();
     std::vector<TextChange>& steps = m_contents->steps;
     qsizetype behind = 0;
     qsizetype growth = 0;

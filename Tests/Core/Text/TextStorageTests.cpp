@@ -1,5 +1,7 @@
 #include "QuillaryCore/Text/TextStorage.h"
 
+#include <QStringList>
+
 #include <gmock/gmock.h>
 
 namespace quillary {
@@ -248,6 +250,20 @@ TEST(TextStorage, HasTheNewTextWhenItAnnouncesIt) {
     storage.replace({1, 1}, u"\r\n\r\n");
     EXPECT_EQ(seen, u"a\r\n\r\nb"_s);
     EXPECT_EQ(lines, 3);
+}
+
+TEST(TextStorage, HasTheOldTextWhenItAnnouncesAChangeToCome) {
+    TextStorage storage(u"abc"_s);
+    QStringList seen;
+    QObject::connect(&storage, &TextStorage::aboutToChange, &storage, [&] { seen.append(storage.text()); });
+    storage.replace({1, 1}, u"xy");
+    storage.replace({1, 0}, u"");
+    storage.beginEditing();
+    storage.replace({0, 1}, u"");
+    storage.replace({0, 1}, u"z");
+    storage.endEditing();
+    storage.setText(u"altro"_s);
+    EXPECT_EQ(seen, QStringList({u"abc"_s, u"axyc"_s, u"xyc"_s, u"zyc"_s}));
 }
 
 TEST(TextStorage, AnnouncesABracketAsTheSmallestCoveringChange) {
