@@ -7,6 +7,7 @@
 #include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/Find/FindController.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/State/NoteDocument.h"
 #include "Quillary/Theme/Palettes.h"
 #include "Quillary/Theme/Theme.h"
 
@@ -292,6 +293,35 @@ TEST_F(FindBarTest, ReplacesWithReturnAndTheButtons) {
     EXPECT_EQ(text().selection(), (TextSelection{0, 3}));
     text().redo();
     EXPECT_EQ(noteText(), u"X due X\ntre X"_s);
+}
+
+TEST_F(FindBarTest, OneUndoTakesBackTenThousandReplacementsWithSelectionAndScrollPosition) {
+    const QString before = u"la riga con uno dentro\n"_s.repeated(10'000);
+    m_folder.store().selectedItem()->document()->replaceAll(before);
+    text().setSelection({115'000, 115'010});
+    text().scrollToRange({115'000, 10});
+    open(true);
+    find().setQuery(u"uno"_s);
+    find().setReplacement(u"quattordici"_s);
+    ASSERT_EQ(find().matchCount(), 10'000);
+    const TextSelection selection = text().selection();
+    const std::optional<TextRange> visible = text().visibleRange();
+    ASSERT_GT(visible->location, 100'000);
+
+    click(button(u"Tutte"_s));
+    EXPECT_EQ(noteText(), u"la riga con quattordici dentro\n"_s.repeated(10'000));
+    EXPECT_EQ(status(), u"Nessun risultato"_s);
+    text().undo();
+    EXPECT_EQ(noteText(), before);
+    EXPECT_EQ(find().matchCount(), 10'000);
+    EXPECT_EQ(text().selection(), selection);
+    ASSERT_TRUE(text().visibleRange());
+    EXPECT_LE(text().visibleRange()->location, selection.range().location);
+    EXPECT_GE(text().visibleRange()->end(), selection.range().end());
+    text().undo();
+    EXPECT_EQ(noteText(), before) << "the replacements were one step";
+    text().redo();
+    EXPECT_EQ(noteText(), u"la riga con quattordici dentro\n"_s.repeated(10'000));
 }
 
 TEST_F(FindBarTest, RefusesToReplaceInACoveredEditor) {
