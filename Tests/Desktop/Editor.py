@@ -14,6 +14,7 @@ SOURCES = {
                  '  return x + y * 0x1f;\n}\nclass Nota extends Base { valore = null; }\n',
     "Script.php": '<p><?php\n// commento\nfunction saluta(string $nome): string {\n  $testo = "ciao";\n'
                   '  return strtoupper($testo) . $nome . 42;\n}\n?></p>\n',
+    "Testo.md": "# Lista\n\nUna *prova* con `codice` e un [legame](https://example.org/a).\n\n- primo\n- altro\n",
 }
 
 
@@ -109,6 +110,18 @@ class Editor(DesktopTest):
         first, second = self.place(program, 0)[1], self.place(program, 1403)[1]
         self.assertLess(second - first, 40)
 
+    def test_what_was_selected_by_keys_stays_on_offer_to_the_middle_button(self):
+        self.write("Nota.txt", "uno due")
+        program = self.start()
+        self.open(program, "Nota")
+        program.keys("ctrl+Home", "shift+ctrl+Right", "shift+Right")
+        # The selected text ends, and with it what the offer was made of.
+        program.keys("BackSpace")
+        self.expect_text(program, "ue")
+        program.click(*self.place(program, 1), button=2)
+        wait_for("the text", lambda: sorted(self.text(program)) == sorted("ueuno d"))
+        self.assertIn("uno d", self.text(program))
+
     def test_selected_text_is_dragged_and_pasted_by_the_middle_button(self):
         self.write("Nota.txt", "uno due tre")
         program = self.start()
@@ -122,17 +135,27 @@ class Editor(DesktopTest):
         program.click(*self.place(program, 8), button=2)
         self.expect_text(program, "uno due uno tre")
 
-    def test_source_text_is_coloured_in_light_and_in_dark(self):
+    def test_source_text_is_coloured_in_light_and_in_dark_with_the_find_bar_over_it(self):
         self.preferences["sortOrder"] = "title"
         for name, text in SOURCES.items():
             self.write(name, text)
         for appearance in ("light", "dark"):
             self.preferences["appearance"] = appearance
             program = self.start()
-            for name in SOURCES:
+            for name, text in SOURCES.items():
                 self.open(program, name.split(".")[0])
-                self.expect_text(program, SOURCES[name])
-                self.display.picture(f"editor-{name}-{appearance}")
+                self.expect_text(program, text)
+                if not program.find("text", "Trova"):
+                    self.display.picture(f"editor-{name}-{appearance}")
+                    program.keys("ctrl+f")
+                    wait_for("the field", lambda: program.find("text", "Trova"))
+                    program.type("a")
+                # The bar stays open from note to note, and the second match is the one that is stepped to.
+                count = text.lower().count("a")
+                wait_for("the first match", lambda: program.find("label", f"1 di {count}"))
+                program.keys("ctrl+g")
+                wait_for("the second match", lambda: program.find("label", f"2 di {count}"))
+                self.display.picture(f"editor-{name}-find-{appearance}")
             program.close()
 
 
