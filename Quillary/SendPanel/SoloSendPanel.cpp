@@ -306,6 +306,15 @@ void SoloSendPanel::showError() {
     m_failure->setVisible(m_solo.errorMessage().has_value());
 }
 
+bool SoloSendPanel::event(QEvent* event) {
+    const bool isTaken = QDialog::event(event);
+    if (event->type() == QEvent::LayoutRequest) {
+        // How high tools and a failure are depends on the width, which a window's own minimum doesn't know of.
+        resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
+    }
+    return isTaken;
+}
+
 void SoloSendPanel::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_failure != nullptr) {

@@ -37,6 +37,7 @@ public:
     SoloSendPanel(SoloController& solo, AppSettings& settings, const Message& message, QWidget* parent = nullptr);
 
 protected:
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:

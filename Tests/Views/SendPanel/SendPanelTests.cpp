@@ -24,6 +24,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace quillary {
 
 namespace {
@@ -153,6 +155,33 @@ TEST_F(SendPanelTest, AChipChoosesTheTool) {
     EXPECT_TRUE(shown<AgentChip>(u"Codex"_s)->isChecked()) << "a second click leaves it chosen";
     QTest::keyClick(shown<AgentChip>(u"Claude"_s), Qt::Key_Space);
     EXPECT_EQ(notes.settings().soloAgentToolID(), 5);
+}
+
+TEST_F(SendPanelTest, GrowsWithItsToolsAndAFailure) {
+    QStringList tools;
+    for (int i = 0; i < 24; ++i) {
+        tools.append(uR"({"id": %1, "name": "Uno strumento dal nome lungo"})"_s.arg(i));
+    }
+    solo.play(u"agents.list"_s, {uR"(out {"ok": true, "data": {"agentTools": [%1]}})"_s.arg(tools.join(u','))});
+    show();
+    const auto isWhole = [this](const QWidget* widget) {
+        const QWidget* const parent = widget->parentWidget();
+        return parent->rect().contains(widget->geometry()) &&
+               panel->rect().contains(widget->rect().translated(widget->mapTo(panel.get(), QPoint())));
+    };
+    const auto isAllWhole = [this, &isWhole] {
+        return std::ranges::all_of(panel->findChildren<AgentChip*>(), isWhole) && isWhole(list());
+    };
+    EXPECT_EQ(panel->findChildren<AgentChip*>().size(), 24);
+    EXPECT_TRUE(await(isAllWhole));
+    const int before = panel->height();
+
+    solo.play(u"processes.spawn"_s,
+              {u"out {\"ok\": false, \"error\": {\"message\": \"%1\"}}"_s.arg(u"parole "_s.repeated(99))});
+    click<QPushButton>(u"Avvia sessione"_s);
+    ASSERT_TRUE(await([this] { return controller.errorMessage().has_value(); }));
+    EXPECT_TRUE(await([this, before] { return panel->height() > before; }));
+    EXPECT_TRUE(await(isAllWhole));
 }
 
 TEST_F(SendPanelTest, TheProjectIsSearchedForAndChosen) {
