@@ -2,6 +2,7 @@
 
 #include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Detail/WrappingLabel.h"
+#include "Quillary/Theme/Contrast.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QEvent>
@@ -106,10 +107,18 @@ void ConfirmationDialog::showEvent(QShowEvent* event) {
     m_default->setFocus(Qt::OtherFocusReason);
 }
 
+/// Red, as far as it can be read on the darkest or, in the dark, the lightest ground that the style paints for a
+/// button: a default one, or one that is pressed or under the mouse, goes from the button's colour towards the
+/// highlight's.
 void ConfirmationDialog::colourDestructive() {
+    constexpr float mostHighlight = 0.7F;
     for (QPushButton* const button : std::as_const(m_destructive)) {
         QPalette colours = palette();
-        colours.setColor(QPalette::ButtonText, Theme::diffRemoved.in(colours));
+        QColor highlight = colours.color(QPalette::Highlight);
+        highlight.setAlphaF(mostHighlight);
+        const QColor ground = over(highlight, colours.color(QPalette::Button));
+        colours.setColor(QPalette::ButtonText,
+                         readable(Theme::diffRemoved.in(colours), ground, colours.color(QPalette::ButtonText)));
         button->setPalette(colours);
     }
 }
