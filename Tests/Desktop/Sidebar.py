@@ -238,6 +238,28 @@ class Sidebar(DesktopTest):
         program.expect_rows(["Viaggi", "Lavoro", "Riunione", "Turni", "Note", "Alfa", "Beta", "Gamma"])
         wait_for("the order", lambda: self.stored_layout()["folderOrder"] == ["Viaggi", "Lavoro"])
 
+    def test_what_is_dragged_below_the_last_row_comes_last(self):
+        program = self.start_with_folders()
+        self.drag(self.place(program, "Turni"), self.place(program, "Gamma", 1.4))
+        wait_for("the file", lambda: os.path.exists(self.notes + "/Turni.md"))
+        program.expect_rows(["Lavoro", "Riunione", "Viaggi", "Note", "Alfa", "Beta", "Gamma", "Turni"])
+
+        self.drag(self.place(program, "Lavoro"), self.place(program, "Turni", 1.4))
+        program.expect_rows(["Viaggi", "Lavoro", "Riunione", "Note", "Alfa", "Beta", "Gamma", "Turni"])
+        wait_for("the order", lambda: self.stored_layout()["folderOrder"] == ["Viaggi", "Lavoro"])
+
+    def test_several_notes_are_dragged_by_one_of_them(self):
+        program = self.start_with_folders()
+        program.click_row("Alfa")
+        subprocess.run(["xdotool", "keydown", "ctrl"], check=True)
+        program.click_row("Gamma")
+        subprocess.run(["xdotool", "keyup", "ctrl"], check=True)
+        wait_for("the panel", lambda: program.find("label", "2 note selezionate"))
+        self.drag(self.place(program, "Gamma"), self.place(program, "Viaggi"))
+        wait_for("the files", lambda: all(os.path.exists(self.notes + "/Viaggi/" + name)
+                                          for name in ("Alfa.md", "Gamma.json")))
+        program.expect_rows(["Lavoro", "Riunione", "Turni", "Viaggi", "Alfa", "Gamma", "Lisbona", "Note", "Beta"])
+
     def test_escape_ends_a_drag_and_the_editor_gets_nothing(self):
         program = self.start_with_folders()
         self.drag(self.place(program, "Gamma"), self.place(program, "Lavoro"), ("key", "Escape", "mouseup", "1"))
