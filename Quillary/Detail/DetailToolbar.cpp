@@ -34,6 +34,7 @@ DetailToolbar::DetailToolbar(NotesStore& store, AppSettings& settings, SoloContr
     QFont font = Theme::sidebarTitle();
     font.setWeight(QFont::DemiBold);
     m_selectionTitle->setFont(font);
+    m_selectionImage->setAccessibleName(tr("Selezione"));
 
     auto* const commands = new QHBoxLayout;
     commands->setSpacing(4);

@@ -13,7 +13,7 @@ FindField::FindField(const QString& placeholder, Symbol symbol, QWidget* parent)
     setFrame(false);
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
-    addAction(symbolIcon(symbol), QLineEdit::LeadingPosition);
+    addAction(symbolIcon(symbol), QLineEdit::LeadingPosition)->setText(placeholder);
     setMinimumWidth(smallestWidth);
     setMinimumHeight(fontMetrics().height() + space);
 

@@ -98,6 +98,7 @@ InvalidJSONView::InvalidJSONView(const JSONParseError& error, const QString& sou
 
     auto* const icon = new QLabel(this);
     icon->setPixmap(symbolIcon(Symbol::warning).pixmap(static_cast<int>(std::lround(baseSize * 1.3))));
+    icon->setAccessibleName(tr("Attenzione"));
     auto* const message = new QLabel(tr("JSON non valido — ") + error.description(), this);
     message->setTextFormat(Qt::PlainText);
     message->setTextInteractionFlags(Qt::TextSelectableByMouse);

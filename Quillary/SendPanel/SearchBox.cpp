@@ -9,7 +9,7 @@
 namespace quillary {
 
 SearchBox::SearchBox(QWidget* parent) : QLineEdit(parent) {
-    addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition);
+    addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition)->setText(tr("Cerca"));
     QAction* const clearAction = addAction(symbolIcon(Symbol::clear), QLineEdit::TrailingPosition);
     clearAction->setText(tr("Cancella"));
     clearAction->setVisible(false);

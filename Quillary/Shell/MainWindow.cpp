@@ -2,6 +2,7 @@
 
 #include "Quillary/Shell/ContentView.h"
 #include "Quillary/Shell/QuillaryCommands.h"
+#include "Quillary/Shell/WindowAccessibility.h"
 #include "Quillary/Shell/WindowPlace.h"
 
 #include <QCloseEvent>
@@ -16,6 +17,7 @@ namespace quillary {
 MainWindow::MainWindow(NotesStore& store, AppSettings& settings, FindController& find, KeyboardController& keyboard,
                        SoloController& solo, std::function<void()> openWindow, QWidget* parent)
     : QWidget(parent, Qt::Window) {
+    installWindowAccessibility();
     constexpr QSize defaultSize(940, 620);
     constexpr int sidebarWidth = 270;
     resize(defaultSize);

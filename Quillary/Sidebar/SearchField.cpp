@@ -13,7 +13,7 @@ SearchField::SearchField(NotesStore& store, QWidget* parent) : QLineEdit(parent)
     setFrame(false);
     setPlaceholderText(tr("Cerca"));
     setAccessibleName(tr("Cerca"));
-    addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition);
+    addAction(symbolIcon(Symbol::search), QLineEdit::LeadingPosition)->setText(tr("Cerca"));
     QAction* const clearAction = addAction(symbolIcon(Symbol::clear), QLineEdit::TrailingPosition);
     clearAction->setToolTip(tr("Cancella"));
     clearAction->setText(tr("Cancella"));

@@ -115,12 +115,15 @@ class Quillary:
     # The accessibility tree
 
     def application(self):
-        from gi.repository import Atspi
+        from gi.repository import Atspi, GLib
         desktop = Atspi.get_desktop(0)
         for index in range(desktop.get_child_count()):
-            child = desktop.get_child_at_index(index)
-            if child is not None and child.get_process_id() == self.process.pid:
-                return child
+            try:
+                child = desktop.get_child_at_index(index)
+                if child is not None and child.get_process_id() == self.process.pid:
+                    return child
+            except GLib.Error:  # a program that ended and is still listed
+                continue
         return None
 
     def find(self, role, name=None):
