@@ -16,9 +16,12 @@ if(QUILLARY_SANITIZE)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # In instrumented code g++ takes the empty state of a std::optional for a use before initialization.
     target_compile_options(QuillaryCompiler INTERFACE -Wno-maybe-uninitialized)
-    # Read as one, a folder's sources look like headers, whose classes should not use an anonymous namespace.
-    target_compile_options(QuillaryCompiler INTERFACE -Wno-subobject-linkage)
   endif()
+endif()
+
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Read as one, a folder's sources look like headers, whose classes should not use an anonymous namespace.
+  target_compile_options(QuillaryCompiler INTERFACE -Wno-subobject-linkage)
 endif()
 
 find_program(LLD ld.lld)
