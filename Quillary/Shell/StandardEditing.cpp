@@ -17,7 +17,9 @@ void perform(QKeySequence::StandardKey key) {
     }
     const QKeyCombination keys = bindings.constFirst()[0];
     QKeyEvent press(QEvent::KeyPress, keys.key(), keys.keyboardModifiers());
-    QCoreApplication::sendEvent(focused, &press);
+    // Straight to the widget: on the common way the key would be looked for among the shortcuts first and found in the
+    // menu that it comes from, without end.
+    static_cast<QObject*>(focused)->event(&press);
     if (!press.isAccepted()) {
         AppActions::shared().beep();
     }

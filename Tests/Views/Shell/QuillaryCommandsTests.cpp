@@ -286,3 +286,17 @@ TEST_F(QuillaryCommandsTest, EditInTheWidgetThatHasTheKeyboard) {
     run(u"Modifica"_s, u"Incolla"_s);
     EXPECT_EQ(desktop.beeps, 1);
 }
+
+TEST_F(QuillaryCommandsTest, EditingBeepsOnceWhereTheWidgetHasNoUseForIt) {
+    QWidget other(&window);
+    other.setFocusPolicy(Qt::StrongFocus);
+    other.show();
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    other.setFocus();
+    ASSERT_TRUE(other.hasFocus());
+    // The key finds the command in the menu, and the command must not find itself there again.
+    QTest::keyClick(&other, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(desktop.beeps, 1);
+}
