@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace quillary {
 
@@ -80,17 +81,18 @@ void DiffList::keepPlace(const std::function<void()>& rebuild) {
     const qsizetype row = m_items[static_cast<std::size_t>(item)].rowId();
     const qsizetype strip = m_anchor.strip - m_strips.firstStrip(item);
     const int offset = m_anchor.offset;
-    std::optional<qsizetype> currentRow;
+    const auto rowOf = [this](qsizetype i) { return m_items[static_cast<std::size_t>(i)].rowId(); };
+    std::optional<std::pair<qsizetype, qsizetype>> selectedRows;
     if (m_current) {
-        currentRow = m_items[static_cast<std::size_t>(*m_current)].rowId();
+        selectedRows = {rowOf(m_selectionStart), rowOf(*m_current)};
     }
     rebuild();
     const qsizetype place = itemOfRow(row);
     m_anchor.strip = std::min(m_strips.firstStrip(place) + strip, m_strips.endStrip(place) - 1);
     m_anchor.offset = std::min(offset, m_strips.height(m_anchor.strip) - 1);
-    if (currentRow) {
-        m_current = itemOfRow(*currentRow);
-        m_selectionStart = *m_current;
+    if (selectedRows) {
+        m_selectionStart = itemOfRow(selectedRows->first);
+        m_current = itemOfRow(selectedRows->second);
     }
     settle();
 }
@@ -101,6 +103,7 @@ void DiffList::rebuildItems() {
     m_current.reset();
     m_selectionStart = 0;
     m_hovered.reset();
+    endDrag();
     rebuildStrips();
     tellReaders();
 }

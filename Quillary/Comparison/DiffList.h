@@ -8,6 +8,7 @@
 #include "QuillaryCore/Compare/DiffRows.h"
 
 #include <QAbstractScrollArea>
+#include <QBasicTimer>
 #include <QSet>
 
 #include <functional>
@@ -99,6 +100,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     /// A line on the screen: its part of a strip, and the chunk of it that the strip shows.
@@ -155,6 +157,7 @@ private:
     void setHovered(std::optional<qsizetype> item);
     std::optional<qsizetype> foldAt(const QPoint& place) const;
     void dragTo(const QPoint& place);
+    void endDrag();
     void tellReaders();
 
     DiffRows m_rows;
@@ -175,6 +178,9 @@ private:
     qsizetype m_selectionStart = 0;
     bool m_isNewSide = false;
     bool m_isDragging = false;
+    /// Where the mouse is while a drag has left the viewport and the list goes on scrolling by itself.
+    QPoint m_dragPlace;
+    QBasicTimer m_dragTimer;
     std::optional<qsizetype> m_hovered;
 };
 

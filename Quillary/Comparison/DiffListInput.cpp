@@ -199,13 +199,37 @@ void DiffList::mousePressEvent(QMouseEvent* event) {
     select(*item, event->modifiers().testFlag(Qt::ShiftModifier));
 }
 
+/// Selects up to the line there. Beyond the viewport the list scrolls, the faster the further, for as long as the mouse
+/// stays there.
 void DiffList::dragTo(const QPoint& place) {
-    const int y = std::clamp(place.y(), 0, std::max(0, viewport()->height() - 1));
-    if (const std::optional<qsizetype> item = itemAt({place.x(), y})) {
-        setCurrentItem(*item, true);
+    constexpr int milliseconds = 40;
+    const int bottom = std::max(0, viewport()->height() - 1);
+    const int y = std::clamp(place.y(), 0, bottom);
+    const int beyond = place.y() - y;
+    if (beyond != 0) {
+        scrollTo(scrollOffset() + std::clamp(beyond, -viewport()->height() / 2, viewport()->height() / 2));
     }
-    if (place.y() < 0 || place.y() >= viewport()->height()) {
-        scrollTo(scrollOffset() + (place.y() < 0 ? -m_metrics.pitch : m_metrics.pitch));
+    // The padding belongs to the line beside it, and what is below the last line to that one.
+    const int inside = std::clamp(y, verticalPadding, std::max(verticalPadding, bottom - verticalPadding));
+    select(itemAt({place.x(), inside}).value_or(static_cast<qsizetype>(m_items.size()) - 1), true);
+    m_dragPlace = place;
+    if (beyond == 0) {
+        m_dragTimer.stop();
+    } else if (!m_dragTimer.isActive()) {
+        m_dragTimer.start(milliseconds, this);
+    }
+}
+
+void DiffList::endDrag() {
+    m_isDragging = false;
+    m_dragTimer.stop();
+}
+
+void DiffList::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == m_dragTimer.timerId()) {
+        dragTo(m_dragPlace);
+    } else {
+        QAbstractScrollArea::timerEvent(event);
     }
 }
 
@@ -219,7 +243,7 @@ void DiffList::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void DiffList::mouseReleaseEvent(QMouseEvent*) {
-    m_isDragging = false;
+    endDrag();
 }
 
 void DiffList::contextMenuEvent(QContextMenuEvent* event) {

@@ -207,6 +207,46 @@ TEST_F(DiffListOf, NothingSelectedCopiesNothing) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"resta"_s);
 }
 
+TEST_F(DiffListOf, DraggingBeyondAnEdgeGoesOnScrolling) {
+    compareHundred();
+    m_list.setShowsAllLines(true);
+    m_list.scrollToRow(0);
+    QWidget* const viewport = m_list.viewport();
+    const QScrollBar* const bar = m_list.verticalScrollBar();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, m_list.itemRect(2).center());
+    QTest::mouseMove(viewport, QPoint(100, viewport->height() + 60));
+    // Nothing moves any more; the list scrolls while the button is held.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_list.currentItem() == 99 && bar->value() == bar->maximum(); }));
+    EXPECT_TRUE(m_list.isSelected(2));
+    EXPECT_FALSE(m_list.isSelected(1));
+    QTest::mouseMove(viewport, QPoint(100, -60));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_list.currentItem() == 0 && bar->value() == 0; }));
+    EXPECT_TRUE(m_list.isSelected(2));
+    EXPECT_FALSE(m_list.isSelected(3));
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(100, 10));
+}
+
+TEST_F(DiffListOf, TheSelectionStaysWhenTheListIsLaidOutAgain) {
+    compareHundred();
+    m_list.setCurrentItem(itemOf(u"r28"_s));
+    m_list.setCurrentItem(itemOf(u"r30"_s), true);
+    const QString text = m_list.selectedText();
+    ASSERT_EQ(text.count(u'\n'), 3);
+    m_list.resize(500, 300);
+    EXPECT_EQ(m_list.selectedText(), text);
+    m_list.setShowsAllLines(true);
+    EXPECT_EQ(m_list.selectedText(), text);
+    EXPECT_EQ(m_list.currentItem(), itemOf(u"r30"_s));
+}
+
+TEST_F(DiffListOf, DraggingBelowTheLastRowSelectsIt) {
+    compare(u"a\nb\nc\n"_s, u"a\nx\nc\n"_s);
+    QTest::mousePress(m_list.viewport(), Qt::LeftButton, {}, m_list.itemRect(0).center());
+    QTest::mouseMove(m_list.viewport(), QPoint(100, m_list.viewport()->height() - 20));
+    EXPECT_EQ(m_list.currentItem(), 2);
+    QTest::mouseRelease(m_list.viewport(), Qt::LeftButton, {}, QPoint(100, 10));
+}
+
 TEST_F(DiffListOf, DraggingSelectsRows) {
     compare(numbered(10), numbered(10, {5}));
     const auto center = [this](const QString& id) { return m_list.itemRect(itemOf(id)).center(); };
