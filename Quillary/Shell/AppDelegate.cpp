@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QSessionManager>
 
+#include <utility>
+
 namespace quillary {
 
 using namespace Qt::StringLiterals;
@@ -112,10 +114,13 @@ void AppDelegate::performAction(const QString& name) {
 }
 
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
-    if (state == Qt::ApplicationActive) {
-        store().refreshFromDisk();
-    } else {
+    if (state != Qt::ApplicationActive) {
         store().saveDirtyNotes();
+    } else if (std::exchange(m_isLaunching, false)) {
+        // The launch has just read the directory: reading it again can wait until the window is drawn.
+        store().scheduleRefresh();
+    } else {
+        store().refreshFromDisk();
     }
 }
 

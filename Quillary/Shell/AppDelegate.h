@@ -69,6 +69,7 @@ private:
     std::unique_ptr<TerminationSignals> m_signals;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<SettingsView> m_settingsView;
+    bool m_isLaunching = true;
 };
 
 } // namespace quillary

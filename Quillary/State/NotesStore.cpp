@@ -11,11 +11,19 @@ namespace quillary {
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The first window goes before: on few processors the reading of texts would compete with its drawing.
+constexpr auto preloadHeadStart = 200ms;
+
+} // namespace
+
 NotesStore::NotesStore(AppSettings* settings, QObject* parent)
     : QObject(parent),
       m_settings(settings),
       m_fileStore(settings->notesDirectory()),
       m_refreshTask(250ms, [this] { refreshFromDisk(); }),
+      m_preloadTask(preloadHeadStart, [this] { preloadDocuments(); }),
       m_preloader([this](const TextPreloader::Text& text) { attachPreloaded(text); }) {
     connect(settings, &AppSettings::sortOrderChanged, this, &NotesStore::resort);
     loadAll();

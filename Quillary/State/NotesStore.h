@@ -416,6 +416,16 @@ private:
     void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);
 
     // NotesStoreSections.cpp
+    /// What the sidebar shows from top to bottom, without the headings of dates: a step of the cursor needs none.
+    struct Arrangement {
+        bool isSearch = false;
+        /// One section for each folder; none in a search.
+        QList<SidebarSection> folders;
+        /// The notes of the top level, or those that a search has found.
+        QList<NoteItemPtr> others;
+    };
+
+    Arrangement arrangement() const;
     QList<NoteItemPtr> notesFound(const QString& query) const;
     QList<SidebarSection> dateGroups(const QList<NoteItemPtr>& items) const;
 
@@ -467,6 +477,7 @@ private:
     DelayedTask m_refreshTask;
     bool m_isLoaded = false;
     QHash<FilePath, std::weak_ptr<NoteItem>> m_preloading;
+    DelayedTask m_preloadTask;
     TextPreloader m_preloader;
 };
 

@@ -59,8 +59,8 @@ void NotesStore::scheduleRefresh() {
 }
 
 void NotesStore::refreshFromDisk() {
-    const auto infos = m_fileStore.listNotes();
-    if (!infos) {
+    const auto listing = m_fileStore.list();
+    if (!listing) {
         awaitReturn();
         return;
     }
@@ -71,8 +71,7 @@ void NotesStore::refreshFromDisk() {
     }
     m_returnWatcher.reset();
     m_mountWatcher.reset();
-    const auto names = m_fileStore.listFolders();
-    syncFolders(names ? *names : QStringList());
+    syncFolders(listing->folders);
     renewWatchersIfNeeded();
 
     QHash<FilePath, NoteItemPtr> known;
@@ -81,8 +80,8 @@ void NotesStore::refreshFromDisk() {
         known.insert(note->url(), note);
     }
     QList<NoteItemPtr> notes;
-    notes.reserve(qsizetype(infos->size()));
-    for (const NoteFileInfo& info : *infos) {
+    notes.reserve(listing->notes.size());
+    for (const NoteFileInfo& info : listing->notes) {
         if (const NoteItemPtr note = known.take(info.url)) {
             reloadIfChangedOnDisk(*note, info);
             notes.append(note);

@@ -43,20 +43,21 @@ void NotesStore::loadAll() {
     if (!m_isLoaded) {
         awaitReturn();
     }
+    m_preloadTask.restart();
     preloadDocuments();
 }
 
-/// Folders, layout and notes as they are on disk. After a failure some of them may be taken over already.
+/// Folders, layout and notes as they are on disk.
 Status<FileError> NotesStore::readDirectory() {
     if (auto made = m_fileStore.ensureDirectoryExists(); !made) {
         return made;
     }
     const SidebarLayout layout = m_fileStore.loadLayout();
-    const auto names = m_fileStore.listFolders();
-    if (!names) {
-        return names.error();
+    const auto listing = m_fileStore.list();
+    if (!listing) {
+        return listing.error();
     }
-    const QStringList folders = layout.ordered(*names);
+    const QStringList folders = layout.ordered(listing->folders);
 
     QSet<QString> collapsed;
     for (const QString& name : layout.collapsedFolders) {
@@ -75,13 +76,9 @@ Status<FileError> NotesStore::readDirectory() {
     assign(m_folderColors, colors, &NotesStore::folderColorsChanged);
     m_noteOrder = layout.noteOrder;
 
-    const auto infos = m_fileStore.listNotes();
-    if (!infos) {
-        return infos.error();
-    }
     QList<NoteItemPtr> items;
-    items.reserve(qsizetype(infos->size()));
-    for (const NoteFileInfo& info : *infos) {
+    items.reserve(listing->notes.size());
+    for (const NoteFileInfo& info : listing->notes) {
         items.append(std::make_shared<NoteItem>(info));
     }
     assignNotes(sorted(items));
@@ -116,10 +113,14 @@ void NotesStore::attach(const QString& text, const QString& snippet, NoteItem& i
     item.setLoadError({});
 }
 
+/// Reads the texts in the background: at first only those of the rows that a window shows, so that it needn't be drawn
+/// again, and all others once it had time to be drawn.
 void NotesStore::preloadDocuments() {
+    constexpr qsizetype rowsOfAWindow = 32;
+    const QList<NoteItemPtr> notes = m_preloadTask.isPending() ? visibleNotes().mid(0, rowsOfAWindow) : m_notes;
     m_preloading.clear();
     QList<FilePath> urls;
-    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+    for (const NoteItemPtr& note : notes) {
         if (!note->document() && !note->loadError()) {
             urls.append(note->url());
             m_preloading.insert(note->url(), note);

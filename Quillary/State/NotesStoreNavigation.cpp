@@ -28,18 +28,21 @@ bool exists(const FilePath& path) {
 } // namespace
 
 QList<SidebarCursor> NotesStore::sidebarCursors() const {
+    const Arrangement arrangement = this->arrangement();
     QList<SidebarCursor> cursors;
-    for (const SidebarSection& section : sidebarSections()) {
-        if (section.kind.isFolder()) {
-            cursors.append(section.kind.text);
-            if (m_collapsedFolders.contains(section.kind.text)) {
-                continue;
-            }
-        }
-        for (const NoteItemPtr& note : section.items) {
+    cursors.reserve(m_notes.size() + arrangement.folders.size());
+    const auto appendNotes = [&cursors](const QList<NoteItemPtr>& notes) {
+        for (const NoteItemPtr& note : notes) {
             cursors.append(note->id());
         }
+    };
+    for (const SidebarSection& folder : arrangement.folders) {
+        cursors.append(folder.kind.text);
+        if (!m_collapsedFolders.contains(folder.kind.text)) {
+            appendNotes(folder.items);
+        }
     }
+    appendNotes(arrangement.others);
     return cursors;
 }
 

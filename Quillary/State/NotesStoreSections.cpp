@@ -13,34 +13,44 @@
 namespace quillary {
 
 QList<SidebarSection> NotesStore::sidebarSections() const {
-    if (const QString query = trimmedOfBlanks(m_searchQuery).toString(); !query.isEmpty()) {
-        return {SidebarSection{SidebarSection::Kind::plain(), notesFound(query)}};
+    Arrangement arrangement = this->arrangement();
+    QList<SidebarSection>& sections = arrangement.folders;
+    const QList<NoteItemPtr>& others = arrangement.others;
+    if (arrangement.isSearch) {
+        return {SidebarSection{SidebarSection::Kind::plain(), others}};
     }
-    QList<SidebarSection> sections;
+    if (others.isEmpty()) {
+        return sections;
+    }
+    const NoteSortOrder order = m_settings->sortOrder();
+    if (order == NoteSortOrder::created || order == NoteSortOrder::modified) {
+        sections += dateGroups(others);
+    } else {
+        sections.append(
+            {m_folders.isEmpty() ? SidebarSection::Kind::plain() : SidebarSection::Kind::group(tr("Note")), others});
+    }
+    return sections;
+}
+
+NotesStore::Arrangement NotesStore::arrangement() const {
+    if (const QString query = trimmedOfBlanks(m_searchQuery).toString(); !query.isEmpty()) {
+        return {.isSearch = true, .folders = {}, .others = notesFound(query)};
+    }
+    Arrangement arrangement;
+    QList<SidebarSection>& sections = arrangement.folders;
     QHash<QString, qsizetype> sectionOfFolder;
     for (const QString& folder : m_folders) {
         sectionOfFolder.insert(folder, sections.size());
         sections.append({SidebarSection::Kind::folder(folder), {}});
     }
-    QList<NoteItemPtr> topLevel;
     for (const NoteItemPtr& note : m_notes) {
         if (!note->folder()) {
-            topLevel.append(note);
+            arrangement.others.append(note);
         } else if (const auto index = sectionOfFolder.constFind(*note->folder()); index != sectionOfFolder.cend()) {
             sections[*index].items.append(note);
         }
     }
-    if (topLevel.isEmpty()) {
-        return sections;
-    }
-    const NoteSortOrder order = m_settings->sortOrder();
-    if (order == NoteSortOrder::created || order == NoteSortOrder::modified) {
-        sections += dateGroups(topLevel);
-    } else {
-        sections.append(
-            {m_folders.isEmpty() ? SidebarSection::Kind::plain() : SidebarSection::Kind::group(tr("Note")), topLevel});
-    }
-    return sections;
+    return arrangement;
 }
 
 /// The notes whose title or loaded text holds the query.
@@ -55,12 +65,10 @@ QList<NoteItemPtr> NotesStore::notesFound(const QString& query) const {
 
 /// Notes under headings of their dates. Neighbours of one heading join; the same heading may come again.
 QList<SidebarSection> NotesStore::dateGroups(const QList<NoteItemPtr>& items) const {
-    const Moment present = now();
-    const QString locale = interfaceLocale();
-    const QTimeZone timeZone = QTimeZone::systemTimeZone();
+    NoteDateGroups headings(now(), QTimeZone::systemTimeZone(), interfaceLocale());
     QList<SidebarSection> groups;
     for (const NoteItemPtr& item : items) {
-        const QString title = NoteDateGroup::title(displayDate(*item), present, timeZone, locale);
+        const QString& title = headings.title(displayDate(*item));
         if (groups.isEmpty() || groups.last().kind.text != title) {
             groups.append({SidebarSection::Kind::group(title), {}});
         }
@@ -70,13 +78,14 @@ QList<SidebarSection> NotesStore::dateGroups(const QList<NoteItemPtr>& items) co
 }
 
 QList<NoteItemPtr> NotesStore::visibleNotes() const {
+    const Arrangement arrangement = this->arrangement();
     QList<NoteItemPtr> visible;
-    for (const SidebarSection& section : sidebarSections()) {
-        if (!section.kind.isFolder() || !m_collapsedFolders.contains(section.kind.text)) {
-            visible += section.items;
+    for (const SidebarSection& folder : arrangement.folders) {
+        if (!m_collapsedFolders.contains(folder.kind.text)) {
+            visible += folder.items;
         }
     }
-    return visible;
+    return visible + arrangement.others;
 }
 
 QList<NoteItemPtr> NotesStore::notes(const std::optional<QString>& inFolder) const {

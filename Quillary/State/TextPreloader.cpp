@@ -50,8 +50,6 @@ void TextPreloader::start(Read read, QList<FilePath> urls) {
 void TextPreloader::readAll() {
     lowerPriorityOfThisThread();
     std::unique_lock lock(m_mutex);
-    // The first window goes before: on few processors reading would compete with its drawing.
-    m_wake.wait_for(lock, headStart, [this] { return m_isEnding; });
     while (true) {
         m_wake.wait(lock, [this] { return m_isEnding || !m_urls.empty(); });
         if (m_isEnding) {

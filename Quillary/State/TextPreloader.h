@@ -36,9 +36,6 @@ public:
     /// How long a batch may go on before it yields.
     static constexpr std::chrono::milliseconds batchBudget{3};
 
-    /// How long the first request of all waits before it reads.
-    static constexpr std::chrono::milliseconds headStart{200};
-
     /// A clock for the budget.
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
