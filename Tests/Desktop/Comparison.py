@@ -1,0 +1,220 @@
+"""Comparing two notes in the running program: how a comparison begins and ends, what a screen reader tells of it, and
+what keys and mouse do to it."""
+
+import os
+import subprocess
+import unittest
+
+from desktop import DesktopTest, wait_for
+
+
+class Comparison(DesktopTest):
+    """Two notes of 20 lines: line 2 changed, line 18 taken out and a line put in behind the last one, with a fold of
+    the lines that are equal between them."""
+
+    OLD = [f"riga {number}" for number in range(1, 21)]
+    NEW = [OLD[0], "riga due"] + OLD[2:17] + OLD[18:] + ["ultima"]
+    FOLDED = (["Riga uguale 1: riga 1", "Riga modificata 2: riga 2; ora riga 2: riga due"]
+              + [f"Riga uguale {n}: riga {n}" for n in range(3, 6)] + ["9 righe uguali"]
+              + [f"Riga uguale {n}: riga {n}" for n in range(15, 18)] + ["Riga rimossa 18: riga 18"]
+              + [f"Riga uguale {n}, ora {n - 1}: riga {n}" for n in range(19, 21)] + ["Riga aggiunta 20: ultima"])
+    FOLD = FOLDED.index("9 righe uguali")
+    EXPANDED = FOLDED[:FOLD] + [f"Riga uguale {n}: riga {n}" for n in range(6, 15)] + FOLDED[FOLD + 1:]
+
+    def begin(self, old=None, new=None):
+        """The older note and the newer one, with the first one open; of one age, since files of one moment may be."""
+        self.write("Prima.md", "\n".join(old or self.OLD) + "\n")
+        self.write("Seconda.md", "\n".join(new or self.NEW) + "\n")
+        self.preferences["sortOrder"] = "title"
+        program = self.start()
+        program.expect_rows(["Prima", "Seconda"])
+        program.click_row("Prima")
+        wait_for("the text", lambda: program.title() == "Prima")
+        self.click_with(program, "ctrl", "Seconda")
+        wait_for("the panel", lambda: program.find("push button", "Confronta differenze"))
+        return program
+
+    def begin_comparison(self, *texts):
+        program = self.begin(*texts)
+        program.keys("shift+ctrl+d")
+        wait_for("the comparison", lambda: program.find("list", "Confronto"))
+        return program
+
+    @staticmethod
+    def click_with(program, key, title):
+        subprocess.run(["xdotool", "keydown", key], check=True)
+        try:
+            program.click_row(title)
+        finally:
+            subprocess.run(["xdotool", "keyup", key], check=True)
+
+    @staticmethod
+    def lines(program):
+        """The rows of the comparison as a screen reader tells them; none without a comparison."""
+        from gi.repository import GLib
+        try:
+            rows = program.find("list", "Confronto")
+            rows.clear_cache()
+            return [rows.get_child_at_index(i).get_name() for i in range(rows.get_child_count())]
+        except (GLib.Error, AttributeError):
+            return []
+
+    def expect_lines(self, program, expected):
+        try:
+            wait_for("the rows", lambda: self.lines(program) == expected)
+        except AssertionError:
+            self.assertEqual(expected, self.lines(program))
+
+    @staticmethod
+    def line(program, name):
+        """The accessible object of a row of the comparison, fresh from the program."""
+        rows = program.find("list", "Confronto")
+        rows.clear_cache()
+        for index in range(rows.get_child_count()):
+            row = rows.get_child_at_index(index)
+            if row.get_name() == name:
+                row.clear_cache()
+                return row
+        raise AssertionError(f"there is no row {name}")
+
+    @staticmethod
+    def extents(node):
+        from gi.repository import Atspi
+        return Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
+
+    def has_state(self, program, name, state):
+        return self.line(program, name).get_state_set().contains(state)
+
+    def await_current(self, program, name):
+        from gi.repository import Atspi
+        wait_for(f"the cursor on {name}", lambda: self.has_state(program, name, Atspi.StateType.FOCUSED))
+
+    def click_button(self, program, name):
+        def found():
+            return next(filter(None, (program.find(role, name) for role in
+                                      ("push button", "toggle button", "check box", "radio button"))), None)
+        place = self.extents(wait_for(f"the button {name}", found))
+        program.click(place.x + place.width // 2, place.y + place.height // 2)
+
+    def paste_into_new_note(self, program):
+        """What the clipboard holds, by way of a note made of it."""
+        before = set(os.listdir(self.notes))
+        program.keys("shift+ctrl+n")
+
+        def made():
+            names = [name for name in os.listdir(self.notes) if name.endswith(".txt") or name.endswith(".md")]
+            new = set(names) - before
+            return self.read(new.pop()) if new else None
+        return wait_for("the note from the clipboard", made)
+
+    def test_tells_each_row_and_opens_folds_by_keys_and_mouse(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        self.display.picture(self.id() + ".folded")
+        program.keys("Home", *["Down"] * self.FOLD)
+        self.await_current(program, "9 righe uguali")
+        program.keys("Return")
+        self.expect_lines(program, self.EXPANDED)
+        self.display.picture(self.id() + ".expanded")
+
+        # The sides swapped are another comparison of the same notes, with its folds closed.
+        self.click_button(program, "Scambia i lati")
+        wait_for("the swapped sides", lambda: "Riga modificata 2: riga due; ora riga 2: riga 2" in self.lines(program))
+        place = self.extents(self.line(program, "9 righe uguali"))
+        program.click(place.x + place.width // 2, place.y + place.height // 2)
+        wait_for("the open fold", lambda: "9 righe uguali" not in self.lines(program))
+        self.assertIn("Riga rimossa 20: ultima", self.lines(program))
+        self.assertIn("Riga aggiunta 18: riga 18", self.lines(program))
+
+    def test_shows_all_lines_and_one_column(self):
+        program = self.begin_comparison()
+        changed = "Riga modificata 2: riga 2; ora riga 2: riga due"
+        self.expect_lines(program, self.FOLDED)
+        height = self.extents(self.line(program, changed)).height
+        self.click_button(program, "Tutte le righe")
+        self.expect_lines(program, self.EXPANDED)
+        self.click_button(program, "Unificato")
+        wait_for("two lines for a changed row", lambda: self.extents(self.line(program, changed)).height == 2 * height)
+        self.display.picture(self.id() + ".unified")
+        self.click_button(program, "Tutte le righe")
+        self.expect_lines(program, self.FOLDED)
+        self.click_button(program, "Affiancato")
+        wait_for("one line for a changed row", lambda: self.extents(self.line(program, changed)).height == height)
+
+    def test_goes_from_change_to_change(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        changes = [name for name in self.FOLDED if not name.startswith("Riga uguale") and not name.endswith("uguali")]
+        for name in changes:
+            program.keys("alt+Down")
+            self.await_current(program, name)
+        program.keys("alt+Down")
+        for name in reversed(changes[:-1]):
+            program.keys("alt+Up")
+            self.await_current(program, name)
+
+    def test_copies_the_selected_lines_of_a_side(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        program.keys("Home", "Right", "shift+Down")
+        self.await_current(program, self.FOLDED[1])
+        program.keys("ctrl+c")
+        self.assertEqual("riga 1\nriga due\n", self.paste_into_new_note(program))
+
+    def test_copies_what_the_mouse_was_dragged_over(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        first = self.extents(self.line(program, self.FOLDED[self.FOLD - 1]))
+        last = self.extents(self.line(program, self.FOLDED[self.FOLD + 1]))
+        x = str(first.x + first.width // 4)
+        subprocess.run(["xdotool", "mousemove", x, str(first.y + first.height // 2), "mousedown", "1",
+                        "mousemove", x, str(last.y), "mousemove", x, str(last.y + last.height // 2)], check=True)
+        self.await_current(program, self.FOLDED[self.FOLD + 1])
+        subprocess.run(["xdotool", "mouseup", "1"], check=True)
+        program.keys("ctrl+c")
+        self.assertEqual("".join(f"riga {n}\n" for n in range(5, 16)), self.paste_into_new_note(program))
+
+    def test_escape_goes_back_to_the_note_that_was_open(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        program.keys("Escape")
+        wait_for("the note", lambda: program.title() == "Prima" and program.find("text", "Testo della nota"))
+        program.type("x")
+        wait_for("the saved text", lambda: "x" in self.read("Prima.md"))
+
+    def test_says_that_notes_are_identical(self):
+        program = self.begin(self.OLD, self.OLD)
+        program.keys("shift+ctrl+d")
+        wait_for("the state", lambda: program.find("label", "Le due note sono identiche"))
+        self.assertIsNone(program.find("list", "Confronto"))
+        self.display.picture(self.id() + ".identical")
+        program.keys("Escape")
+        wait_for("the note", lambda: program.find("text", "Testo della nota"))
+
+    def test_keeps_its_texts_while_a_note_changes_on_disk(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        # The third note shows when the program has read the folder again.
+        self.write("Seconda.md", "altro\n")
+        self.write("Terza.md", "altro ancora\n")
+        program.expect_rows(["Prima", "Seconda", "Terza"])
+        self.assertEqual(self.FOLDED, self.lines(program))
+        program.keys("Escape")
+        wait_for("the note", lambda: program.find("text", "Testo della nota"))
+        self.click_with(program, "ctrl", "Seconda")
+        program.keys("shift+ctrl+d")
+        wait_for("the new text", lambda: any("altro" in name for name in self.lines(program)))
+
+    def test_ends_when_a_note_goes_away(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        os.remove(os.path.join(self.notes, "Seconda.md"))
+        program.expect_rows(["Prima"])
+        wait_for("the comparison to go", lambda: not program.find("list", "Confronto"))
+        self.display.picture(self.id() + ".one")
+        program.click_row("Prima")
+        wait_for("the note", lambda: program.find("text", "Testo della nota"))
+
+
+if __name__ == "__main__":
+    unittest.main()
