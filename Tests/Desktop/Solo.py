@@ -100,18 +100,10 @@ class Solo(DesktopTest):
     def begin(self, appearance="light", **preferences):
         self.preferences.update(appearance=appearance, **preferences)
         program = self.start()
-        self.addCleanup(self.end, program)
         program.expect_rows(["Oggi", "La nota"])
         wait_for("the text", lambda: program.find("text", "Testo della nota"))
         wait_for("the focus", program.is_active)
         return program
-
-    def end(self, program):
-        """Lets the program end by itself: the accessibility bus can be lost with one that is killed."""
-        self.display.picture(self.id() + ".end")
-        if program.process.poll() is None:
-            program.process.terminate()
-            program.process.wait(timeout=20)
 
     @staticmethod
     def control(program, name):
@@ -311,7 +303,7 @@ class Solo(DesktopTest):
         program.type("x")
         wait_for("the text, which has kept the keyboard", lambda: self.read("La nota.md").startswith("x"))
         self.assertFalse(program.find("dialog", PANEL))
-        self.end(program)
+        program.close()
 
         # The command line alone finds sessions, but can't paste.
         self.install(".local/bin/solo")

@@ -3,7 +3,6 @@ the accessibility tree."""
 
 import json
 import os
-import signal
 import subprocess
 import tempfile
 import time
@@ -174,9 +173,14 @@ class Quillary:
             raise AssertionError(f"the rows are {self.rows()}, expected {expected}") from None
 
     def close(self):
+        """Ends the program. It takes its leave where it can: the accessibility registry may go deaf after one that is killed."""
         if self.process.poll() is None:
-            self.process.send_signal(signal.SIGKILL)
-        self.process.wait()
+            self.process.terminate()
+        try:
+            self.process.wait(timeout=10)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
 
 
 class DesktopTest(unittest.TestCase):
