@@ -31,8 +31,8 @@ namespace {
 
 constexpr int cellPadding = 8;
 constexpr double headerHeightFactor = 1.9;
-constexpr double rowHeightFactor = 1.75;
-constexpr double fontFactor = 0.95;
+constexpr double cellHeightFactor = 1.75;
+constexpr double cellFontFactor = 0.95;
 constexpr double digitWidth = 0.62;
 constexpr int numberPadding = 12;
 constexpr double leastColumnWidth = 56;
@@ -190,12 +190,12 @@ CSVGrid::CSVGrid(CSVGridModel& model, QWidget* parent) : QTableView(parent) {
 }
 
 void CSVGrid::setMeasures(double baseSize, const QList<double>& columnWidths, qsizetype numberDigits) {
-    const double size = baseSize * fontFactor;
+    const double size = baseSize * cellFontFactor;
     setFont(Theme::font(size));
     horizontalHeader()->setFont(Theme::font(size, QFont::DemiBold));
     verticalHeader()->setFont(Theme::font(size));
 
-    verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(baseSize * rowHeightFactor)));
+    verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(baseSize * cellHeightFactor)));
     verticalHeader()->setFixedWidth(
         static_cast<int>(std::lround(static_cast<double>(numberDigits) * baseSize * digitWidth + numberPadding)));
     horizontalHeader()->setFixedHeight(static_cast<int>(std::lround(baseSize * headerHeightFactor)));

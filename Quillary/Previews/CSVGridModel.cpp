@@ -9,13 +9,13 @@ namespace quillary {
 namespace {
 
 /// No column is wide enough for more.
-constexpr qsizetype shownUnits = 300;
+constexpr qsizetype shownUnitsOfCell = 300;
 
 QVariant cellText(QStringView text, int role) {
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return PreviewText::oneLine(text, shownUnits);
+        return PreviewText::oneLine(text, shownUnitsOfCell);
     case Qt::EditRole:
         return text.toString();
     default:
