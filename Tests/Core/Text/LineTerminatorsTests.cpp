@@ -16,14 +16,14 @@ TEST(LineTerminators, AreTheseSevenUnitsOnly) {
     }
 }
 
-struct Case {
+struct SplitText {
     QString text;
     std::vector<qsizetype> ends;
     qsizetype trailing;
 };
 
 TEST(LineTerminators, EndALineBehindThem) {
-    const Case cases[] = {
+    const SplitText cases[] = {
         {u""_s, {}, 0},
         {u"a"_s, {}, 0},
         {u"\n"_s, {1}, 1},
