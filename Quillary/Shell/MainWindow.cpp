@@ -5,6 +5,7 @@
 #include "Quillary/Shell/WindowAccessibility.h"
 #include "Quillary/Shell/WindowPlace.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>
@@ -58,6 +59,10 @@ void MainWindow::makeKeyAndOrderFront() {
         hidden->setGeometry(hidden->geometry());
     }
     show();
+    if (!isActiveWindow() && QGuiApplication::focusWindow() == windowHandle()) {
+        // Hidden a moment ago: the loss of the keyboard has not been told yet and, as it comes back, never will be.
+        QApplication::setActiveWindow(this);
+    }
     raise();
     activateWindow();
 }
