@@ -58,6 +58,7 @@ void JSONRowsView::fitRows() {
 }
 
 void JSONRowsView::doItemsLayout() {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): that of the list view between places each row.
     QAbstractItemView::doItemsLayout();
 }
 
@@ -107,6 +108,7 @@ void JSONRowsView::updateGeometries() {
     horizontalScrollBar()->setSingleStep(JSONRowView::indent);
     horizontalScrollBar()->setPageStep(room.width());
     horizontalScrollBar()->setRange(0, size.width() - room.width());
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): that of the list view between looks at the place of each row.
     QAbstractItemView::updateGeometries();
 }
 

@@ -1,6 +1,7 @@
 #include "Tests/Support/OwnMounts.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <fcntl.h>
 #include <linux/capability.h>

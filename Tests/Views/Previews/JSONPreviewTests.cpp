@@ -225,7 +225,7 @@ TEST(JSONPreview, RowsAreScrolledToWhereTheyAreWanted) {
     list.scrollTo(index, QAbstractItemView::PositionAtBottom);
     EXPECT_EQ(list.visualRect(index).bottom() + 1, room);
     list.scrollTo(index, QAbstractItemView::PositionAtCenter);
-    EXPECT_NEAR(list.visualRect(index).center().y(), room / 2, 1);
+    EXPECT_NEAR(list.visualRect(index).center().y(), room / 2.0, 1);
     const int before = list.verticalScrollBar()->value();
     list.scrollTo(index);
     EXPECT_EQ(list.verticalScrollBar()->value(), before) << "it is in view";
