@@ -62,9 +62,14 @@ quint64 leadingBytes(QByteArrayView key) {
     return qFromBigEndian<quint64>(bytes);
 }
 
-/// A note on its way to its place.
-struct Entry {
+/// A note on its way to its place by its date; small, since sorting moves it often.
+struct DatedPosition {
     Moment date;
+    qsizetype position = 0;
+};
+
+/// A note on its way to its place among those of its date.
+struct TitledPosition {
     qsizetype position = 0;
     /// Which of the titles that were made ready is its own, and the eight bytes of that one that decide most often.
     std::size_t title = 0;
@@ -72,8 +77,8 @@ struct Entry {
 };
 
 /// The runs of two or more entries of one date, which only their titles can bring into order.
-std::vector<std::span<Entry>> runsOfOneDate(std::span<Entry> entries) {
-    std::vector<std::span<Entry>> runs;
+std::vector<std::span<DatedPosition>> runsOfOneDate(std::span<DatedPosition> entries) {
+    std::vector<std::span<DatedPosition>> runs;
     for (std::size_t first = 0; first < entries.size();) {
         std::size_t last = first + 1;
         while (last < entries.size() && entries[last].date == entries[first].date) {
@@ -89,36 +94,43 @@ std::vector<std::span<Entry>> runsOfOneDate(std::span<Entry> entries) {
 
 /// Brings each run into the order of its titles; equal titles keep theirs. Most comparisons are decided by a number
 /// that lies in what is sorted: the eight bytes behind those that all titles have in common.
-void sortByTitle(const std::vector<std::span<Entry>>& runs, const std::vector<NoteSortKey>& keys,
+void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, const std::vector<NoteSortKey>& keys,
                  const QString& locale) {
     if (runs.empty()) {
         return;
     }
-    const auto titleOf = [&keys](const Entry& entry) -> const QString& {
-        return keys[static_cast<std::size_t>(entry.position)].title;
+    const auto titleAt = [&keys](qsizetype position) -> const QString& {
+        return keys[static_cast<std::size_t>(position)].title;
     };
     CollationKeys titles(locale);
-    for (const std::span<Entry> run : runs) {
-        for (Entry& entry : run) {
-            entry.title = titles.size();
-            titles.append(titleOf(entry));
+    std::vector<TitledPosition> entries;
+    for (const std::span<DatedPosition> run : runs) {
+        for (const DatedPosition& dated : run) {
+            entries.push_back({.position = dated.position, .title = titles.size()});
+            titles.append(titleAt(dated.position));
         }
     }
     const qsizetype prefix = commonPrefix(titles);
-    for (const std::span<Entry> run : runs) {
-        for (Entry& entry : run) {
-            entry.titleLead = leadingBytes(titles[entry.title].sliced(prefix));
-        }
-        std::ranges::sort(run, [&](const Entry& a, const Entry& b) {
+    for (TitledPosition& entry : entries) {
+        entry.titleLead = leadingBytes(titles[entry.title].sliced(prefix));
+    }
+    std::span<TitledPosition> rest = entries;
+    for (const std::span<DatedPosition> run : runs) {
+        const std::span<TitledPosition> sorted = rest.first(run.size());
+        rest = rest.subspan(run.size());
+        std::ranges::sort(sorted, [&](const TitledPosition& a, const TitledPosition& b) {
             if (a.titleLead != b.titleLead) {
                 return a.titleLead < b.titleLead;
             }
             if (const int order = titles[a.title].compare(titles[b.title])) {
                 return order < 0;
             }
-            const int order = localizedStandardCompare(titleOf(a), titleOf(b), locale);
+            const int order = localizedStandardCompare(titleAt(a.position), titleAt(b.position), locale);
             return order != 0 ? order < 0 : a.position < b.position;
         });
+        for (std::size_t i = 0; i < run.size(); ++i) {
+            run[i].position = sorted[i].position;
+        }
     }
 }
 
@@ -153,18 +165,18 @@ bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteS
 
 std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order,
                                        const QString& locale) {
-    std::vector<Entry> entries;
+    std::vector<DatedPosition> entries;
     entries.reserve(keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         entries.push_back({.date = decidingDate(order, keys[i]), .position = static_cast<qsizetype>(i)});
     }
-    std::ranges::sort(entries, [](const Entry& a, const Entry& b) {
+    std::ranges::sort(entries, [](const DatedPosition& a, const DatedPosition& b) {
         return a.date != b.date ? a.date > b.date : a.position < b.position;
     });
     sortByTitle(runsOfOneDate(entries), keys, locale);
 
     std::vector<qsizetype> positions(entries.size());
-    std::ranges::transform(entries, positions.begin(), &Entry::position);
+    std::ranges::transform(entries, positions.begin(), &DatedPosition::position);
     return positions;
 }
 
