@@ -1,10 +1,10 @@
 #include "Quillary/Shell/SystemDesktop.h"
 
 #include "Tests/State/Platform/PrivateBus.h"
+#include "Tests/Views/Shell/DesktopPrograms.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -13,7 +13,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
-#include <QUrl>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,40 +25,6 @@ using namespace quillary;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// What stands in for the programs that open files.
-class Opener : public QObject {
-    Q_OBJECT
-
-public:
-    Opener() { QDesktopServices::setUrlHandler(u"file"_s, this, "open"); }
-
-    ~Opener() override { QDesktopServices::unsetUrlHandler(u"file"_s); }
-
-    Q_SLOT void open(const QUrl& url) { opened.append(url.toEncoded()); }
-
-    QList<QByteArray> opened;
-};
-
-/// A file manager on the bus.
-class FileManager : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
-
-public:
-    explicit FileManager(QDBusConnection bus) {
-        bus.registerObject(u"/org/freedesktop/FileManager1"_s, this, QDBusConnection::ExportAllSlots);
-        bus.registerService(u"org.freedesktop.FileManager1"_s);
-    }
-
-    // NOLINTNEXTLINE(readability-identifier-naming): the interface's own name
-    Q_SLOT void ShowItems(const QStringList& uris, const QString& startupID) {
-        EXPECT_EQ(startupID, u""_s);
-        shown.append(uris);
-    }
-
-    QStringList shown;
-};
 
 /// Answers the next panel as the user would.
 void inPanel(const std::function<void(QFileDialog&)>& answer) {
@@ -182,8 +147,3 @@ TEST_F(SystemDesktopTest, WithoutAFileManagerOnTheBusTheDirectoryIsOpened) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !opener.opened.isEmpty(); }));
     EXPECT_EQ(opener.opened, QList<QByteArray>({"file:///tmp/Note"}));
 }
-
-// The linter reads sources without what is made for them.
-#if __has_include("SystemDesktopTests.moc")
-#include "SystemDesktopTests.moc"
-#endif
