@@ -4,7 +4,9 @@ import os
 import subprocess
 import unittest
 
-from desktop import PROGRAM, DesktopTest, Quillary, wait_for
+from desktop import DesktopTest
+from program import PROGRAM, Quillary
+from screen import wait_for, xdotool
 
 ID = "app.quillary.Quillary"
 
@@ -108,7 +110,7 @@ class Activation(DesktopTest):
 
     def test_actions_make_notes_in_the_running_program_and_bring_it_up(self):
         program = self.start_by_bus("Activate", "{}")
-        subprocess.run(["xdotool", "windowminimize", program.window], check=True)
+        xdotool("windowminimize", program.window)
         wait_for("the icon", lambda: not program.is_active())
         self.put_on_clipboard("dagli appunti")
         call("ActivateAction", "new-note-from-clipboard", "[]", "{}")

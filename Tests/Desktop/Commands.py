@@ -6,7 +6,8 @@ import os
 import unittest
 import urllib.parse
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from screen import wait_for
 
 
 class Commands(DesktopTest):
@@ -21,19 +22,11 @@ class Commands(DesktopTest):
         program.expect_rows([os.path.splitext(name)[0] for name in names])
         return program
 
-    def select(self, program, title):
-        program.click_row(title)
-        wait_for("the title " + title, lambda: program.title() == title)
-        wait_for("the focus", program.is_active)
-
     @staticmethod
     def choose(program, *path):
         """Chooses a command in the menus, for keys that window managers take for themselves."""
-        from gi.repository import Atspi
         for name in path:
-            node = wait_for("the item " + name, lambda: program.find("menu item", name))
-            place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-            program.click(place.x + 20, place.y + place.height // 2)
+            program.click_button(name, "menu item")
 
     def files(self):
         return sorted(os.path.relpath(path, self.notes) for path in
@@ -83,7 +76,7 @@ class Commands(DesktopTest):
 
     def test_groups_a_note_in_a_new_folder_and_places_it_by_hand(self):
         program = self.start_with("a.md", "b.md", "c.md")
-        self.select(program, "b")
+        program.open_note("b")
         self.choose(program, "Nota", "Sposta nota in su")
         program.expect_rows(["b", "a", "c"])
         self.choose(program, "Nota", "Sposta nota in giù")
@@ -98,7 +91,7 @@ class Commands(DesktopTest):
 
     def test_moves_a_note_to_the_trash_from_where_it_can_be_restored(self):
         program = self.start_with("a.md", "b è qui.md", "c.md")
-        self.select(program, "b è qui")
+        program.open_note("b è qui")
         program.keys("ctrl+End")
         program.type(" e altro")
         program.keys("ctrl+shift+BackSpace")
@@ -134,7 +127,7 @@ class Commands(DesktopTest):
 
     def test_saves_a_note_elsewhere(self):
         program = self.start_with("a.md", "b.md")
-        self.select(program, "b")
+        program.open_note("b")
         program.keys("ctrl+shift+s")
         wait_for("the panel", lambda: program.find("file chooser") or program.find("dialog"))
         program.keys("ctrl+a")

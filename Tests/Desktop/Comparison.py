@@ -2,10 +2,11 @@
 what keys and mouse do to it."""
 
 import os
-import subprocess
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from program import EDITOR, extents, has_state
+from screen import held, wait_for, xdotool
 
 
 class Comparison(DesktopTest):
@@ -28,9 +29,9 @@ class Comparison(DesktopTest):
         self.preferences["sortOrder"] = "title"
         program = self.start()
         program.expect_rows(["Prima", "Seconda"])
-        program.click_row("Prima")
-        wait_for("the text", lambda: program.title() == "Prima")
-        self.click_with(program, "ctrl", "Seconda")
+        program.open_note("Prima")
+        with held("ctrl"):
+            program.click_row("Seconda")
         wait_for("the panel", lambda: program.find("push button", "Confronta differenze"))
         return program
 
@@ -41,23 +42,9 @@ class Comparison(DesktopTest):
         return program
 
     @staticmethod
-    def click_with(program, key, title):
-        subprocess.run(["xdotool", "keydown", key], check=True)
-        try:
-            program.click_row(title)
-        finally:
-            subprocess.run(["xdotool", "keyup", key], check=True)
-
-    @staticmethod
     def lines(program):
         """The rows of the comparison as a screen reader tells them; none without a comparison."""
-        from gi.repository import GLib
-        try:
-            rows = program.find("list", "Confronto")
-            rows.clear_cache()
-            return [rows.get_child_at_index(i).get_name() for i in range(rows.get_child_count())]
-        except (GLib.Error, AttributeError):
-            return []
+        return program.names_in("Confronto")
 
     def expect_lines(self, program, expected):
         try:
@@ -67,34 +54,10 @@ class Comparison(DesktopTest):
 
     @staticmethod
     def line(program, name):
-        """The accessible object of a row of the comparison, fresh from the program."""
-        rows = program.find("list", "Confronto")
-        rows.clear_cache()
-        for index in range(rows.get_child_count()):
-            row = rows.get_child_at_index(index)
-            if row.get_name() == name:
-                row.clear_cache()
-                return row
-        raise AssertionError(f"there is no row {name}")
-
-    @staticmethod
-    def extents(node):
-        from gi.repository import Atspi
-        return Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-
-    def has_state(self, program, name, state):
-        return self.line(program, name).get_state_set().contains(state)
+        return program.row(name, "Confronto")
 
     def await_current(self, program, name):
-        from gi.repository import Atspi
-        wait_for(f"the cursor on {name}", lambda: self.has_state(program, name, Atspi.StateType.FOCUSED))
-
-    def click_button(self, program, name):
-        def found():
-            return next(filter(None, (program.find(role, name) for role in
-                                      ("push button", "toggle button", "check box", "radio button"))), None)
-        place = self.extents(wait_for(f"the button {name}", found))
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
+        wait_for(f"the cursor on {name}", lambda: has_state(program.find_row(name, "Confronto"), "FOCUSED"))
 
     def paste_into_new_note(self, program):
         """What the clipboard holds, by way of a note made of it."""
@@ -118,10 +81,9 @@ class Comparison(DesktopTest):
         self.display.picture(self.id() + ".expanded")
 
         # The sides swapped are another comparison of the same notes, with its folds closed.
-        self.click_button(program, "Scambia i lati")
+        program.click_button("Scambia i lati")
         wait_for("the swapped sides", lambda: "Riga modificata 2: riga due; ora riga 2: riga 2" in self.lines(program))
-        place = self.extents(self.line(program, "9 righe uguali"))
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
+        program.click_row("9 righe uguali", "Confronto")
         wait_for("the open fold", lambda: "9 righe uguali" not in self.lines(program))
         self.assertIn("Riga rimossa 20: ultima", self.lines(program))
         self.assertIn("Riga aggiunta 18: riga 18", self.lines(program))
@@ -130,16 +92,16 @@ class Comparison(DesktopTest):
         program = self.begin_comparison()
         changed = "Riga modificata 2: riga 2; ora riga 2: riga due"
         self.expect_lines(program, self.FOLDED)
-        height = self.extents(self.line(program, changed)).height
-        self.click_button(program, "Tutte le righe")
+        height = extents(self.line(program, changed)).height
+        program.click_button("Tutte le righe")
         self.expect_lines(program, self.EXPANDED)
-        self.click_button(program, "Unificato")
-        wait_for("two lines for a changed row", lambda: self.extents(self.line(program, changed)).height == 2 * height)
+        program.click_button("Unificato")
+        wait_for("two lines for a changed row", lambda: extents(self.line(program, changed)).height == 2 * height)
         self.display.picture(self.id() + ".unified")
-        self.click_button(program, "Tutte le righe")
+        program.click_button("Tutte le righe")
         self.expect_lines(program, self.FOLDED)
-        self.click_button(program, "Affiancato")
-        wait_for("one line for a changed row", lambda: self.extents(self.line(program, changed)).height == height)
+        program.click_button("Affiancato")
+        wait_for("one line for a changed row", lambda: extents(self.line(program, changed)).height == height)
 
     def test_goes_from_change_to_change(self):
         program = self.begin_comparison()
@@ -164,13 +126,13 @@ class Comparison(DesktopTest):
     def test_copies_what_the_mouse_was_dragged_over(self):
         program = self.begin_comparison()
         self.expect_lines(program, self.FOLDED)
-        first = self.extents(self.line(program, self.FOLDED[self.FOLD - 1]))
-        last = self.extents(self.line(program, self.FOLDED[self.FOLD + 1]))
-        x = str(first.x + first.width // 4)
-        subprocess.run(["xdotool", "mousemove", x, str(first.y + first.height // 2), "mousedown", "1",
-                        "mousemove", x, str(last.y), "mousemove", x, str(last.y + last.height // 2)], check=True)
+        first = extents(self.line(program, self.FOLDED[self.FOLD - 1]))
+        last = extents(self.line(program, self.FOLDED[self.FOLD + 1]))
+        x = first.x + first.width // 4
+        xdotool("mousemove", x, first.y + first.height // 2, "mousedown", 1,
+                "mousemove", x, last.y, "mousemove", x, last.y + last.height // 2)
         self.await_current(program, self.FOLDED[self.FOLD + 1])
-        subprocess.run(["xdotool", "mouseup", "1"], check=True)
+        xdotool("mouseup", 1)
         program.keys("ctrl+c")
         self.assertEqual("".join(f"riga {n}\n" for n in range(5, 16)), self.paste_into_new_note(program))
 
@@ -178,7 +140,7 @@ class Comparison(DesktopTest):
         program = self.begin_comparison()
         self.expect_lines(program, self.FOLDED)
         program.keys("Escape")
-        wait_for("the note", lambda: program.title() == "Prima" and program.find("text", "Testo della nota"))
+        wait_for("the note", lambda: program.title() == "Prima" and program.find("text", EDITOR))
         program.type("x")
         wait_for("the saved text", lambda: "x" in self.read("Prima.md"))
 
@@ -189,7 +151,7 @@ class Comparison(DesktopTest):
         self.assertIsNone(program.find("list", "Confronto"))
         self.display.picture(self.id() + ".identical")
         program.keys("Escape")
-        wait_for("the note", lambda: program.find("text", "Testo della nota"))
+        wait_for("the note", lambda: program.find("text", EDITOR))
 
     def test_keeps_its_texts_while_a_note_changes_on_disk(self):
         program = self.begin_comparison()
@@ -200,8 +162,9 @@ class Comparison(DesktopTest):
         program.expect_rows(["Prima", "Seconda", "Terza"])
         self.assertEqual(self.FOLDED, self.lines(program))
         program.keys("Escape")
-        wait_for("the note", lambda: program.find("text", "Testo della nota"))
-        self.click_with(program, "ctrl", "Seconda")
+        wait_for("the note", lambda: program.find("text", EDITOR))
+        with held("ctrl"):
+            program.click_row("Seconda")
         program.keys("shift+ctrl+d")
         wait_for("the new text", lambda: any("altro" in name for name in self.lines(program)))
 
@@ -213,7 +176,7 @@ class Comparison(DesktopTest):
         wait_for("the comparison to go", lambda: not program.find("list", "Confronto"))
         self.display.picture(self.id() + ".one")
         program.click_row("Prima")
-        wait_for("the note", lambda: program.find("text", "Testo della nota"))
+        wait_for("the note", lambda: program.find("text", EDITOR))
 
 
 if __name__ == "__main__":

@@ -1,12 +1,12 @@
 """The right side of the window: title, format, preview, copying, zoom, several selected notes, and the questions before
 something goes to the Trash."""
 
-import json
 import os
-import subprocess
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from program import EDITOR
+from screen import held, wait_for
 
 
 class Detail(DesktopTest):
@@ -16,44 +16,16 @@ class Detail(DesktopTest):
         program.expect_rows(list(rows))
         return program
 
-    def centre(self, node):
-        from gi.repository import Atspi
-        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-        return place.x + place.width // 2, place.y + place.height // 2
-
-    def click(self, program, name, *roles):
-        """Clicks the button of a name once it is there."""
-        def found():
-            return next(filter(None, (program.find(role, name) for role in roles or ("push button", "toggle button", "check box", "button menu"))), None)
-        program.click(*self.centre(wait_for(f"the button {name}", found)))
-
-    def click_row_with(self, program, key, title):
-        subprocess.run(["xdotool", "keydown", key], check=True)
-        try:
-            program.click_row(title)
-        finally:
-            subprocess.run(["xdotool", "keyup", key], check=True)
-
-    def preference(self, key):
-        with open(self.home + "/config/quillary/preferences.json", encoding="utf-8") as file:
-            return json.load(file).get(key)
-
     def exists(self, name):
         return os.path.exists(os.path.join(self.notes, name))
 
     def trashed(self, name):
         return os.path.exists(os.path.join(self.home, "data/Trash/files", name))
 
-    def focused(self, program, name):
-        """Whether the button of a name has the keyboard."""
-        from gi.repository import Atspi
-        node = program.find("push button", name)
-        return node is not None and node.get_state_set().contains(Atspi.StateType.FOCUSED)
-
     def test_renames_through_the_title_and_goes_on_in_the_text(self):
         self.write("Nota.md", "testo\n")
         program = self.begin("Nota")
-        self.click(program, "Nota")
+        program.click_button("Nota")
         wait_for("the field", lambda: program.find("text", "Titolo della nota"))
         program.type("Altra")
         program.keys("Return")
@@ -78,31 +50,29 @@ class Detail(DesktopTest):
     def test_changes_the_format_by_the_menu(self):
         self.write("Nota.md", "testo\n")
         program = self.begin("Nota")
-        self.click(program, "Formato della nota")
-        wait_for("the menu", lambda: len(subprocess.run(
-            ["xdotool", "search", "--onlyvisible", "--pid", str(program.process.pid)],
-            capture_output=True, text=True).stdout.split()) > 1)
+        program.click_button("Formato della nota")
+        wait_for("the menu", lambda: len(program.windows()) > 1)
         program.keys("Down", "Down", "Down", "Down", "Return")
         wait_for("the new format", lambda: self.exists("Nota.csv") and not self.exists("Nota.md"))
 
     def test_copies_zooms_and_shows_the_preview_by_buttons(self):
         self.write("Nota.md", "testo\n")
         program = self.begin("Nota")
-        self.click(program, "Copia il contenuto negli appunti (⌥⌘C)")
+        program.click_button("Copia il contenuto negli appunti (⌥⌘C)")
         program.keys("ctrl+End", "ctrl+v")
         wait_for("the pasted copy", lambda: self.read("Nota.md") == "testo\ntesto\n")
 
-        self.click(program, "Ingrandisci testo (⌘+)  ·  anche pizzicando il trackpad")
+        program.click_button("Ingrandisci testo (⌘+)  ·  anche pizzicando il trackpad")
         wait_for("the larger text", lambda: self.preference("fontSize") == 14)
-        self.click(program, "Riduci testo (⌘−)")
+        program.click_button("Riduci testo (⌘−)")
         wait_for("the smaller text", lambda: self.preference("fontSize") == 13)
-        self.click(program, "Ingrandisci testo (⌘+)  ·  anche pizzicando il trackpad")
-        self.click(program, "Dimensione predefinita (⌘0)")
+        program.click_button("Ingrandisci testo (⌘+)  ·  anche pizzicando il trackpad")
+        program.click_button("Dimensione predefinita (⌘0)")
         wait_for("the default size", lambda: self.preference("fontSize") == 13)
 
-        self.click(program, "Anteprima formattata (⇧⌘P)")
-        self.click(program, "Torna all'editor (⇧⌘P)")
-        wait_for("the editor", lambda: program.find("text", "Testo della nota"))
+        program.click_button("Anteprima formattata (⇧⌘P)")
+        program.click_button("Torna all'editor (⇧⌘P)")
+        wait_for("the editor", lambda: program.find("text", EDITOR))
 
     def test_the_keyboard_alone_answers_before_a_note_goes_to_the_trash(self):
         self.write("Prima.md", "uno\n")
@@ -116,7 +86,7 @@ class Detail(DesktopTest):
 
         wait_for("the focus", program.is_active)
         program.keys("shift+ctrl+BackSpace")
-        wait_for("the default answer", lambda: self.focused(program, "Sposta nel Cestino"))
+        wait_for("the default answer", lambda: program.has_focus("push button", "Sposta nel Cestino"))
         program.keys("Return")
         program.expect_rows(["Seconda"])
         wait_for("the file in the Trash", lambda: self.trashed("Prima.md"))
@@ -129,9 +99,9 @@ class Detail(DesktopTest):
         program.expect_rows(["Lavoro", "Note", "Nota"])
         program.keys("Delete")
         wait_for("the question", lambda: program.find("dialog", "Eliminare la cartella «Lavoro»?"))
-        wait_for("the focus on cancelling", lambda: self.focused(program, "Annulla"))
+        wait_for("the focus on cancelling", lambda: program.has_focus("push button", "Annulla"))
         program.keys("Tab")
-        wait_for("the focus on keeping", lambda: self.focused(program, "Elimina la cartella, tieni le note"))
+        wait_for("the focus on keeping", lambda: program.has_focus("push button", "Elimina la cartella, tieni le note"))
         program.keys("Return")
         program.expect_rows(["Nota", "Riunione"])
         self.assertTrue(self.exists("Riunione.md"))
@@ -143,16 +113,18 @@ class Detail(DesktopTest):
             self.write(title + ".md", f"testo di {title}\n")
         program = self.begin(*titles)
         program.click_row("Nota 1")
-        self.click_row_with(program, "ctrl", "Nota 2")
+        with held("ctrl"):
+            program.click_row("Nota 2")
         wait_for("the panel", lambda: program.find("push button", "Confronta differenze"))
         self.display.picture("Detail.two")
         program.keys("Return")
         wait_for("the comparison", lambda: program.find("label", "Confronto"))
         program.keys("Escape")
-        wait_for("the editor", lambda: program.find("text", "Testo della nota"))
+        wait_for("the editor", lambda: program.find("text", EDITOR))
 
         program.click_row("Nota 1")
-        self.click_row_with(program, "shift", "Nota 7")
+        with held("shift"):
+            program.click_row("Nota 7")
         wait_for("the panel", lambda: program.find("label", "7 note selezionate"))
         line = " · ".join(titles[:6]) + " · …"
         wait_for("the titles", lambda: program.find("label", line))

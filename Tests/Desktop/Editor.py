@@ -1,9 +1,10 @@
 """The editor in the whole program: typing, undoing, changing notes, zooming, wrapping, dragging text, and how it looks."""
 
-import subprocess
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from program import EDITOR, Atspi
+from screen import drag, held, wait_for, xdotool
 
 SOURCES = {
     "Dati.json": '{\n  "nome": "Anna",\n  "anni": 31,\n  "vera": true,\n  "altro": null,\n  "elenco": [1, 2.5, -3e4]\n}\n',
@@ -20,43 +21,25 @@ SOURCES = {
 
 def turn_wheel(place, notches):
     """Turns the wheel with Ctrl held, away from the user if positive."""
-    button = "4" if notches > 0 else "5"
-    subprocess.run(["xdotool", "mousemove", *map(str, place), "keydown", "ctrl", "click", "--repeat", str(abs(notches)),
-                    "--delay", "8", button, "keyup", "ctrl"], check=True)
-
-
-def drag(start, end):
-    def move(x, y):
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y)], check=True)
-
-    move(*start)
-    subprocess.run(["xdotool", "mousedown", "1"], check=True)
-    # A drag begins after a few pixels, and its target is told by motions over it.
-    for part in range(1, 6):
-        move(start[0] + (end[0] - start[0]) * part // 5, start[1] + (end[1] - start[1]) * part // 5 + part % 2)
-    move(*end)
-    subprocess.run(["xdotool", "mouseup", "1"], check=True)
+    with held("ctrl"):
+        xdotool("mousemove", *place, "click", "--repeat", abs(notches), "--delay", 8, 4 if notches > 0 else 5)
 
 
 class Editor(DesktopTest):
     def open(self, program, title):
-        wait_for(f"the row {title}", lambda: title in program.rows())
-        program.click_row(title)
-        wait_for("the title", lambda: program.title() == title)
+        program.open_note(title)
         # Until the note is on show, too.
         wait_for("the text view", lambda: self.view(program))
 
     @staticmethod
     def view(program):
-        return program.find("text", "Testo della nota")
+        return program.find("text", EDITOR)
 
     def text(self, program):
-        from gi.repository import Atspi
         view = self.view(program)
         return Atspi.Text.get_text(view, 0, Atspi.Text.get_character_count(view))
 
     def place(self, program, offset):
-        from gi.repository import Atspi
         place = Atspi.Text.get_character_extents(self.view(program), offset, Atspi.CoordType.SCREEN)
         return place.x + 1, place.y + place.height // 2
 

@@ -2,7 +2,8 @@
 
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from screen import wait_for
 
 
 class Find(DesktopTest):
@@ -11,11 +12,7 @@ class Find(DesktopTest):
     def open_note(self, appearance="light"):
         self.write("Nota.txt", self.TEXT)
         self.preferences["appearance"] = appearance
-        program = self.start()
-        program.expect_rows(["Oggi", "Nota"])
-        wait_for("the text", lambda: program.find("text", "Testo della nota"))
-        wait_for("the focus", program.is_active)
-        return program
+        return self.start_with_one_note("Nota")
 
     @staticmethod
     def expect_status(program, text):
@@ -23,13 +20,6 @@ class Find(DesktopTest):
 
     def expect_file(self, text):
         wait_for("the saved text", lambda: self.read("Nota.txt") == text)
-
-    def press(self, program, name):
-        from gi.repository import Atspi
-        button = wait_for(name, lambda: program.find("push button", name) or program.find("check box", name) or
-                          program.find("toggle button", name))
-        place = Atspi.Component.get_extents(button, Atspi.CoordType.SCREEN)
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
 
     def test_finds_steps_replaces_and_undoes(self):
         program = self.open_note()
@@ -40,9 +30,9 @@ class Find(DesktopTest):
         self.expect_status(program, "3 di 4")
         program.keys("shift+Return")
         self.expect_status(program, "2 di 4")
-        self.press(program, "Parola intera")
+        program.click_button("Parola intera")
         self.expect_status(program, "1 di 3")
-        self.press(program, "Maiuscole/minuscole")
+        program.click_button("Maiuscole/minuscole")
         self.expect_status(program, "1 di 2")
         self.display.picture(self.id() + ".bar")
 
@@ -52,10 +42,10 @@ class Find(DesktopTest):
         program.keys("Return")
         self.expect_file(self.TEXT.replace("uno", "quattro", 1))
         self.expect_status(program, "1 di 1")
-        self.press(program, "Maiuscole/minuscole")
-        self.press(program, "Parola intera")
+        program.click_button("Maiuscole/minuscole")
+        program.click_button("Parola intera")
         self.expect_status(program, "1 di 3")
-        self.press(program, "Tutte")
+        program.click_button("Tutte")
         self.expect_status(program, "Nessun risultato")
         self.expect_file("quattro due quattro\ntre quattro, quattrove\n")
 
@@ -70,16 +60,16 @@ class Find(DesktopTest):
     def test_replaces_by_the_template_of_a_pattern_in_the_dark(self):
         program = self.open_note("dark")
         program.keys("ctrl+f")
-        self.press(program, "Espressione regolare")
+        program.click_button("Espressione regolare")
         program.type("(\\w+")
         self.expect_status(program, "Espressione regolare non valida")
         program.type(") (\\w+)")
         self.expect_status(program, "1 di 2")
-        self.press(program, "Sostituisci (⌥⌘F)")
+        program.click_button("Sostituisci (⌥⌘F)")
         wait_for("the field", lambda: program.find("text", "Sostituisci con"))
         program.type("$2 $1")
         self.display.picture(self.id() + ".bar")
-        self.press(program, "Tutte")
+        program.click_button("Tutte")
         self.expect_file("due uno uno\nUNO tre, unove\n")
 
     def test_takes_what_is_selected_for_the_query(self):

@@ -5,7 +5,9 @@ import json
 import subprocess
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from program import EDITOR
+from screen import activate, ask_xdotool, find_window, wait_for, xdotool
 
 SUMMON = "super+alt+n"
 
@@ -18,17 +20,8 @@ class OtherProgram:
 
     def __init__(self):
         self.process = subprocess.Popen(["xev", "-name", "altro", "-event", "keyboard"], stdout=subprocess.PIPE)
-        self.window = wait_for("another program", self.find_window)
-        self.activate()
-
-    @staticmethod
-    def find_window():
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^altro$"], capture_output=True,
-                               text=True).stdout.split()
-        return found[0] if found else None
-
-    def activate(self):
-        subprocess.run(["xdotool", "windowactivate", "--sync", self.window], check=True, timeout=20)
+        self.window = wait_for("another program", lambda: find_window("^altro$"))
+        activate(self.window)
 
     def close(self):
         self.process.terminate()
@@ -68,10 +61,6 @@ class Keyboard(DesktopTest):
     def layout(name):
         subprocess.run(["setxkbmap", name], check=True)
 
-    def stored(self, key):
-        with open(self.home + "/config/quillary/preferences.json", encoding="utf-8") as file:
-            return json.load(file).get(key)
-
     def custom(self, **shortcuts):
         """Gives actions shortcuts of the user's, by key code, modifiers and character."""
         self.preferences["shortcuts"] = json.dumps(
@@ -83,29 +72,27 @@ class Keyboard(DesktopTest):
             self.write(name + ".md", name)
         program = self.start()
         program.expect_rows(["a", "b", "c"])
-        program.click_row("a")
-        wait_for("the note", lambda: program.title() == "a")
+        program.open_note("a")
         return program
 
     def leave(self, program, other):
         """Goes over to another program, until Quillary knows that it is not in use any more."""
-        other.activate()
-        wait_for("the focus to go", lambda: not self.has_focus(program, "text", "Testo della nota"))
+        activate(other.window)
+        wait_for("the focus to go", lambda: not program.has_focus("text", EDITOR))
 
     def expect_summoned(self, program):
         program.window = wait_for("the window", program.find_window)
         wait_for("the keyboard", lambda: self.has_keyboard(program))
         # Only then the program itself knows that it is the one in use.
-        wait_for("the focus", lambda: self.has_focus(program, "text", "Testo della nota"))
+        wait_for("the focus", lambda: program.has_focus("text", EDITOR))
 
     @staticmethod
     def has_keyboard(program):
-        focus = subprocess.run(["xdotool", "getwindowfocus"], capture_output=True, text=True).stdout.strip()
-        return focus == program.window
+        return ask_xdotool("getwindowfocus") == [program.window]
 
     @staticmethod
     def place(program):
-        return subprocess.run(["xdotool", "getwindowgeometry", program.window], capture_output=True, text=True).stdout
+        return ask_xdotool("getwindowgeometry", program.window)
 
     def expect_hidden(self, program):
         wait_for("the window to go", lambda: program.find_window() is None and not self.has_keyboard(program))
@@ -115,26 +102,17 @@ class Keyboard(DesktopTest):
     def open_shortcuts(self, program):
         program.keys("ctrl+comma")
         self.settings = wait_for("the settings", self.find_settings)
-        subprocess.run(["xdotool", "windowactivate", "--sync", self.settings], check=True, timeout=20)
-        self.press(program, "page tab", "Scorciatoie")
+        activate(self.settings)
+        program.click_button("Scorciatoie")
         wait_for("the shortcuts", lambda: program.find("check box", "Nota successiva: ⌘↓"))
 
     @staticmethod
     def find_settings():
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Impostazioni"], capture_output=True,
-                               text=True).stdout.split()
-        return found[0] if found else None
-
-    @staticmethod
-    def press(program, role, name):
-        from gi.repository import Atspi
-        node = wait_for("the " + name, lambda: program.find(role, name))
-        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
+        return find_window("^Impostazioni")
 
     def record(self, program, name, shown):
         """Starts the recording of an action that shows a shortcut now."""
-        self.press(program, "check box", f"{name}: {shown}")
+        program.click_button(f"{name}: {shown}")
         wait_for("the recording", lambda: program.find("check box", name + ": Premi i tasti…"))
 
     @staticmethod
@@ -163,7 +141,7 @@ class Keyboard(DesktopTest):
         program.keys("Caps_Lock", "Num_Lock")
 
         # Out of its icon, and anew when it was closed; the focus is in the text.
-        subprocess.run(["xdotool", "windowminimize", "--sync", program.window], check=True, timeout=20)
+        xdotool("windowminimize", "--sync", program.window)
         program.keys(SUMMON)
         self.expect_summoned(program)
         program.keys("ctrl+w")
@@ -175,7 +153,7 @@ class Keyboard(DesktopTest):
         wait_for("the text", lambda: self.read("a.md") == "a!")
 
         # The other program never saw the key.
-        other.activate()
+        activate(other.window)
         program.keys("x")
         other.process.terminate()
         self.assertNotIn("keysym 0x6e, n", other.process.communicate()[0].decode())
@@ -237,19 +215,10 @@ class Keyboard(DesktopTest):
                 program.keys(*("ctrl+" + key for key in equal), "ctrl+Home")
                 # By key, whatever it is called in the layout.
                 program.keys("ctrl+alt+" + KEY_Y)
-                wait_for("the search field", lambda: self.has_focus(program, "text", "Cerca"))
-                self.assertEqual(self.stored("fontSize"), size)
+                wait_for("the search field", lambda: program.has_focus("text", "Cerca"))
+                self.assertEqual(self.preference("fontSize"), size)
                 program.keys("Escape")
                 program.click_row("a")
-
-    @staticmethod
-    def has_focus(program, role, name):
-        from gi.repository import Atspi
-        node = program.find(role, name)
-        if node is None:
-            return False
-        node.clear_cache()
-        return node.get_state_set().contains(Atspi.StateType.FOCUSED)
 
     # Recording
 
@@ -262,7 +231,7 @@ class Keyboard(DesktopTest):
         wait_for("the message", lambda: program.find("label", "Usa almeno uno tra ⌘ ⌥ ⌃"))
         program.keys("ctrl+n")
         self.expect_shown(program, "Cerca note", "⌘N")
-        self.assertEqual(json.loads(self.stored("shortcuts"))["search"],
+        self.assertEqual(json.loads(self.preference("shortcuts"))["search"],
                          {"keyCode": 45, "modifiers": 0x100000, "key": "n"})
         self.assertEqual(len(program.rows()), 3)
 
@@ -279,14 +248,14 @@ class Keyboard(DesktopTest):
         self.record(program, "Nota successiva", "⌘↓")
         program.keys("BackSpace")
         self.expect_shown(program, "Nota successiva", "Nessuna")
-        self.press(program, "push button", "Ripristina predefinita (⌘↓)")
+        program.click_button("Ripristina predefinita (⌘↓)")
         self.expect_shown(program, "Nota successiva", "⌘↓")
 
         # A recording ends with its window, and the hot key works again.
         self.record(program, "Nota successiva", "⌘↓")
         program.keys("alt+F4")
         wait_for("the settings to close", lambda: self.find_settings() is None)
-        subprocess.run(["xdotool", "windowactivate", "--sync", program.window], check=True, timeout=20)
+        activate(program.window)
         self.expect_summoned(program)
         program.keys(SUMMON)
         self.expect_hidden(program)
@@ -295,7 +264,7 @@ class Keyboard(DesktopTest):
 
         # The recorded key is the search's from now on.
         program.keys("ctrl+n")
-        wait_for("the search field", lambda: self.has_focus(program, "text", "Cerca"))
+        wait_for("the search field", lambda: program.has_focus("text", "Cerca"))
         self.assertEqual(len(program.rows()), 3)
 
 

@@ -2,11 +2,14 @@
 
 import glob
 import os
-import subprocess
 import threading
 import unittest
 
-from desktop import DesktopTest, Quillary, wait_for
+from gi.repository import Gio, GLib
+
+from desktop import DesktopTest
+from program import Quillary
+from screen import find_window, wait_for
 
 WATCHER = """
 <node><interface name="org.kde.StatusNotifierWatcher">
@@ -24,7 +27,6 @@ class Panel:
     """A panel of a desktop, on the session bus of this test. It lists the items that are there now."""
 
     def __init__(self):
-        from gi.repository import Gio
         self.items = []
         self.ready = threading.Event()
         self.thread = threading.Thread(target=self.run, daemon=True)
@@ -33,7 +35,6 @@ class Panel:
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
 
     def run(self):
-        from gi.repository import Gio, GLib
         context = GLib.MainContext()
         context.push_thread_default()
         self.loop = GLib.MainLoop(context)
@@ -57,7 +58,6 @@ class Panel:
         invocation.return_value(None)
 
     def property(self, _connection, _sender, _path, _interface, name):
-        from gi.repository import GLib
         return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True), "ProtocolVersion": GLib.Variant("i", 0),
                 "RegisteredStatusNotifierItems": GLib.Variant("as", [])}[name]
 
@@ -73,18 +73,15 @@ class Panel:
     # What a panel asks an item for
 
     def ask(self, path, interface, method, arguments):
-        from gi.repository import Gio
         return self.bus.call_sync(self.items[-1][0], path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
                                   5000, None).unpack()
 
     def item(self, name):
-        from gi.repository import GLib
         return self.ask("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
                         GLib.Variant("(ss)", ("org.kde.StatusNotifierItem", name)))[0]
 
     def menu(self):
         """The entries on show as (number, properties)."""
-        from gi.repository import GLib
         _, (_, _, entries) = self.ask(self.item("Menu"), "com.canonical.dbusmenu", "GetLayout",
                                       GLib.Variant("(iias)", (0, 1, [])))
         return [(number, properties) for number, properties, _ in entries if properties.get("visible", True)]
@@ -94,7 +91,6 @@ class Panel:
                 for _, properties in self.menu()]
 
     def choose(self, text):
-        from gi.repository import GLib
         number = next(number for number, properties in self.menu() if properties.get("label") == text)
         self.ask(self.item("Menu"), "com.canonical.dbusmenu", "Event",
                  GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("s", ""), 0)))
@@ -153,8 +149,7 @@ class MenuBarExtra(DesktopTest):
         wait_for("it under the recent ones", lambda: panel.texts()[6] not in ("a", "b", "c__d  —  Lavoro"))
 
         panel.choose("Impostazioni…")
-        wait_for("the settings", lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Impostazioni"],
-                                                        capture_output=True).stdout)
+        wait_for("the settings", lambda: find_window("^Impostazioni"))
         panel.choose("Esci da Quillary")
         self.assertEqual(program.process.wait(timeout=20), 0)
 
@@ -165,7 +160,7 @@ class MenuBarExtra(DesktopTest):
         program.keys("ctrl+comma")
         toggle = "Mostra Quillary nella barra dei menu"
         for expected in (False, True):
-            self.press(program, toggle)
+            program.click_button(toggle)
             wait_for("the item to change", lambda: bool(panel.items) == expected)
         self.assertIsNotNone(program.find_window())
 
@@ -173,18 +168,9 @@ class MenuBarExtra(DesktopTest):
         panel = self.open_panel()
         wait_for("the item", lambda: panel.items)
 
-    @staticmethod
-    def press(program, name):
-        from gi.repository import Atspi
-        node = wait_for(name, lambda: program.find("check box", name))
-        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-        program.click(place.x + 10, place.y + place.height // 2)
-
     def test_closing_ends_the_program_where_nothing_could_bring_it_back(self):
         # Without a session bus there is neither a panel nor a second start that would be heard.
-        bus = os.environ["DBUS_SESSION_BUS_ADDRESS"]
-        self.addCleanup(os.environ.__setitem__, "DBUS_SESSION_BUS_ADDRESS", bus)
-        os.environ["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/dev/null"
+        self.set_environment("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null")
 
         program = Quillary(self.home, self.preferences)
         self.addCleanup(program.close)

@@ -1,93 +1,50 @@
 """Previews in the whole program: links that are clicked, and JSON that is formatted and unformatted."""
 
-import os
 import unittest
 
-from desktop import DesktopTest, wait_for
-
-# Stands for the program with which the desktop opens files and addresses.
-OPENER = """#!/bin/sh
-printf '%s\\n' "$@" >> "$QUILLARY_OPENED"
-"""
+from desktop import DesktopTest
+from program import EDITOR, Atspi, extents, has_state
+from screen import wait_for
 
 
 class Previews(DesktopTest):
     def setUp(self):
         super().setUp()
-        programs = os.path.join(self.home, "bin")
-        os.mkdir(programs)
-        opener = os.path.join(programs, "xdg-open")
-        with open(opener, "w", encoding="utf-8") as file:
-            file.write(OPENER)
-        os.chmod(opener, 0o755)
-        self.opened_file = os.path.join(self.home, "opened")
-        before = dict(os.environ)
-        self.addCleanup(os.environ.update, before)
-        os.environ["PATH"] = programs + os.pathsep + os.environ["PATH"]
-        os.environ["QUILLARY_OPENED"] = self.opened_file
+        self.replace_opener()
         self.preferences["sortOrder"] = "title"
-
-    def opened(self):
-        try:
-            with open(self.opened_file, encoding="utf-8") as file:
-                return file.read().splitlines()
-        except FileNotFoundError:
-            return []
 
     def open_note(self, title):
         program = self.start()
-        wait_for("the row", lambda: title in program.rows())
-        program.click_row(title)
-        wait_for("the title", lambda: program.title() == title)
+        program.open_note(title)
         return program
 
-    def find_named(self, program, name):
-        """The first node on show of a name."""
-        from gi.repository import Atspi
-        nodes = [program.application()]
-        while nodes:
-            node = nodes.pop(0)
-            try:
-                if node.get_name() == name and node.get_state_set().contains(Atspi.StateType.SHOWING):
-                    return node
-                if node.get_role_name() not in ("list", "table"):
-                    nodes.extend(filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count()))))
-            except Exception:  # a node that ended between two questions
-                continue
-        return None
-
-    def click_node(self, program, name):
-        from gi.repository import Atspi
-        node = wait_for(name, lambda: self.find_named(program, name))
-        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
+    @staticmethod
+    def click_named(program, name):
+        program.click_node(wait_for(name, lambda: program.find_named(name)))
 
     def page(self, program):
         """The text of the Markdown preview; nothing while it is not on show."""
-        from gi.repository import Atspi
-        page = self.find_named(program, "Anteprima Markdown")
+        page = program.find_named("Anteprima Markdown")
         return Atspi.Text.get_text(page, 0, -1) if page else ""
 
     def show_preview(self, program):
-        self.click_node(program, "Anteprima formattata (⇧⌘P)")
+        self.click_named(program, "Anteprima formattata (⇧⌘P)")
 
     def show_editor(self, program):
-        self.click_node(program, "Torna all'editor (⇧⌘P)")
+        self.click_named(program, "Torna all'editor (⇧⌘P)")
 
     def click_text(self, program, text):
         """Clicks in the middle of a text of the Markdown preview."""
-        from gi.repository import Atspi
-        page = wait_for("the page", lambda: self.find_named(program, "Anteprima Markdown"))
+        page = wait_for("the page", lambda: program.find_named("Anteprima Markdown"))
         offset = wait_for(text, lambda: Atspi.Text.get_text(page, 0, -1).find(text) + 1) - 1
         place = Atspi.Text.get_character_extents(page, offset + len(text) // 2, Atspi.CoordType.SCREEN)
         program.click(place.x + place.width // 2, place.y + place.height // 2)
 
     def top_of(self, program, text):
-        from gi.repository import Atspi
-        page = self.find_named(program, "Anteprima Markdown")
+        page = program.find_named("Anteprima Markdown")
         offset = Atspi.Text.get_text(page, 0, -1).find(text)
         place = Atspi.Text.get_character_extents(page, offset, Atspi.CoordType.SCREEN)
-        return place.y - Atspi.Component.get_extents(page, Atspi.CoordType.SCREEN).y
+        return place.y - extents(page).y
 
     def test_links_lead_to_places_notes_files_and_the_web(self):
         body = "Un capoverso qualunque.\n\n" * 80
@@ -125,9 +82,9 @@ class Previews(DesktopTest):
         program = self.open_note("Nota")
         program.keys("shift+ctrl+p")
         wait_for("the page", lambda: self.page(program) == "Titolo\n\ntesto")
-        self.assertIsNone(program.find("text", "Testo della nota"))
+        self.assertIsNone(program.find("text", EDITOR))
         program.keys("shift+ctrl+p")
-        wait_for("the editor", lambda: program.find("text", "Testo della nota"))
+        wait_for("the editor", lambda: program.find("text", EDITOR))
         program.keys("ctrl+Home")
         program.type("1")
         wait_for("the typed text", lambda: self.read("Nota.md").startswith("1"))
@@ -135,17 +92,15 @@ class Previews(DesktopTest):
         self.show_preview(program)
         wait_for("the page with what was typed", lambda: self.page(program).startswith("1# Titolo"))
         self.show_editor(program)
-        wait_for("the editor", lambda: program.find("text", "Testo della nota"))
+        wait_for("the editor", lambda: program.find("text", EDITOR))
         program.keys("ctrl+Home", "Delete")
         wait_for("the text as it was", lambda: self.read("Nota.md").startswith("#"))
 
         # A note without a preview keeps its editor, by key as by button.
-        program.click_row("Semplice")
-        wait_for("the title", lambda: program.title() == "Semplice")
-        button = wait_for("the button", lambda: self.find_named(program, "Anteprima formattata (⇧⌘P)"))
-        from gi.repository import Atspi
-        wait_for("the disabled button", lambda: not button.get_state_set().contains(Atspi.StateType.ENABLED))
-        self.click_node(program, "Testo della nota")
+        program.open_note("Semplice")
+        button = wait_for("the button", lambda: program.find_named("Anteprima formattata (⇧⌘P)"))
+        wait_for("the disabled button", lambda: not has_state(button, "ENABLED"))
+        self.click_named(program, EDITOR)
         program.keys("shift+ctrl+p", "ctrl+End")
         program.type("x")
         wait_for("the typed text", lambda: self.read("Semplice.txt") == "testo\nx")
@@ -154,13 +109,13 @@ class Previews(DesktopTest):
         self.write("Dati.json", '{"b":[1,2],"a":{}}')
         program = self.open_note("Dati")
         self.show_preview(program)
-        wait_for("the summary", lambda: self.find_named(program, "Oggetto · 2 chiavi"))
-        self.click_node(program, "Formatta testo")
+        wait_for("the summary", lambda: program.find_named("Oggetto · 2 chiavi"))
+        self.click_named(program, "Formatta testo")
         formatted = '{\n  "b": [\n    1,\n    2\n  ],\n  "a": {}\n}'
         wait_for("the formatted file", lambda: self.read("Dati.json") == formatted)
 
         self.show_editor(program)
-        wait_for("the editor", lambda: not self.find_named(program, "Formatta testo"))
+        wait_for("the editor", lambda: not program.find_named("Formatta testo"))
         program.keys("ctrl+z")
         wait_for("the file as it was", lambda: self.read("Dati.json") == '{"b":[1,2],"a":{}}')
 
@@ -168,11 +123,11 @@ class Previews(DesktopTest):
         self.write("Tabella.csv", "nome,anni\nAda,36\n")
         program = self.open_note("Tabella")
         self.show_preview(program)
-        wait_for("the summary", lambda: self.find_named(program, "1 righe · 2 colonne · separatore «,»"))
+        wait_for("the summary", lambda: program.find_named("1 righe · 2 colonne · separatore «,»"))
         self.write("Tabella.csv", "nome,anni\nAda,36\nAlan,41\n")
-        wait_for("the new summary", lambda: self.find_named(program, "2 righe · 2 colonne · separatore «,»"))
-        self.click_node(program, "Prima riga come intestazione")
-        wait_for("the row more", lambda: self.find_named(program, "3 righe · 2 colonne · separatore «,»"))
+        wait_for("the new summary", lambda: program.find_named("2 righe · 2 colonne · separatore «,»"))
+        self.click_named(program, "Prima riga come intestazione")
+        wait_for("the row more", lambda: program.find_named("3 righe · 2 colonne · separatore «,»"))
 
 
 if __name__ == "__main__":

@@ -2,10 +2,13 @@
 
 import json
 import os
-import subprocess
 import unittest
 
-from desktop import DesktopTest, wait_for
+from gi.repository import GLib
+
+from desktop import DesktopTest
+from program import Atspi, extents, has_state, title_of
+from screen import drag, held, wait_for, xdotool
 
 
 class Sidebar(DesktopTest):
@@ -23,58 +26,30 @@ class Sidebar(DesktopTest):
     all_rows = ["Lavoro", "Riunione", "Turni", "Viaggi", "Note", "Alfa", "Beta", "Gamma"]
 
     @staticmethod
-    def row(program, title):
-        """The accessible object of a row, fresh from the program."""
-        rows = program.find("list", "Note")
-        rows.clear_cache()
-        for index in range(rows.get_child_count()):
-            row = rows.get_child_at_index(index)
-            if row.get_name().rsplit(", ", 1)[0] == title:
-                row.clear_cache()
-                return row
-        raise AssertionError(f"there is no row {title}")
-
-    def has_state(self, program, title, state):
-        return self.row(program, title).get_state_set().contains(state)
+    def has_state(program, title, state):
+        return has_state(program.row(title), state)
 
     def focus_list(self, program):
         """Takes the keyboard to the list as somebody without a mouse does."""
-        from gi.repository import Atspi
         program.keys("ctrl+k")
-        wait_for("the search field", lambda: program.find("text", "Cerca").get_state_set().contains(Atspi.StateType.FOCUSED))
+        wait_for("the search field", lambda: program.has_focus("text", "Cerca"))
         program.keys("Tab", "Tab")
 
-    def await_cursor(self, program, title):
-        from gi.repository import Atspi
-        wait_for(f"the cursor on {title}", lambda: self.has_state(program, title, Atspi.StateType.FOCUSED))
+    @staticmethod
+    def await_cursor(program, title):
+        wait_for(f"the cursor on {title}", lambda: has_state(program.find_row(title), "FOCUSED"))
 
     @staticmethod
     def open_menu(program):
         """Opens the context menu with the menu key; on the display it is one more window of the program."""
-        def windows():
-            return len(subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(program.process.pid)],
-                                      capture_output=True, text=True).stdout.split())
-        before = windows()
+        before = len(program.windows())
         program.keys("Menu")
-        wait_for("the menu", lambda: windows() > before)
-
-    def place(self, program, title, part=0.5):
-        from gi.repository import Atspi
-        extents = Atspi.Component.get_extents(self.row(program, title), Atspi.CoordType.SCREEN)
-        return extents.x + extents.width // 3, extents.y + int(extents.height * part)
+        wait_for("the menu", lambda: len(program.windows()) > before)
 
     @staticmethod
-    def drag(start, end, finish=("mouseup", "1")):
-        """Moves with the button held in small steps, as a hand does."""
-        steps = 12
-        command = ["xdotool", "mousemove", *map(str, start), "mousedown", "1"]
-        for step in range(1, steps + 1):
-            x = start[0] + (end[0] - start[0]) * step // steps
-            y = start[1] + (end[1] - start[1]) * step // steps
-            command += ["mousemove", str(x), str(y), "sleep", "0.02"]
-        # The last place is told twice, so that the program has answered to it before the button goes up.
-        command += ["mousemove", str(end[0] + 1), str(end[1]), "sleep", "0.1", *finish]
-        subprocess.run(command, check=True)
+    def place(program, title, part=0.5):
+        place = extents(program.row(title))
+        return place.x + place.width // 3, place.y + int(place.height * part)
 
     def stored_layout(self):
         return json.loads(self.read(".quillary.json"))
@@ -82,40 +57,35 @@ class Sidebar(DesktopTest):
     # What a screen reader finds
 
     def test_rows_say_what_they_are(self):
-        from gi.repository import Atspi
         program = self.start_with_folders()
-        folder = self.row(program, "Viaggi")
+        folder = program.row("Viaggi")
         self.assertEqual(folder.get_name(), "Viaggi, 1 nota")
         self.assertEqual(folder.get_description(), "Cartella, Verde acqua")
-        self.assertEqual(self.row(program, "Lavoro").get_name(), "Lavoro, 2 note")
+        self.assertEqual(program.row("Lavoro").get_name(), "Lavoro, 2 note")
         self.assertEqual(folder.get_role_name(), "list item")
-        self.assertEqual(self.row(program, "Note").get_role_name(), "heading")
-        wait_for("the text", lambda: self.row(program, "Gamma").get_description() == "JSON, testo di Gamma.json")
-        self.assertTrue(self.has_state(program, "Viaggi", Atspi.StateType.EXPANDABLE))
-        self.assertFalse(self.has_state(program, "Viaggi", Atspi.StateType.EXPANDED))
-        self.assertTrue(self.has_state(program, "Lavoro", Atspi.StateType.EXPANDED))
-        self.assertFalse(self.has_state(program, "Alfa", Atspi.StateType.EXPANDABLE))
-        self.assertFalse(self.has_state(program, "Note", Atspi.StateType.SELECTABLE))
-        rows = program.find("list", "Note")
-        self.assertTrue(rows.get_state_set().contains(Atspi.StateType.MULTISELECTABLE))
+        self.assertEqual(program.row("Note").get_role_name(), "heading")
+        wait_for("the text", lambda: program.row("Gamma").get_description() == "JSON, testo di Gamma.json")
+        self.assertTrue(self.has_state(program, "Viaggi", "EXPANDABLE"))
+        self.assertFalse(self.has_state(program, "Viaggi", "EXPANDED"))
+        self.assertTrue(self.has_state(program, "Lavoro", "EXPANDED"))
+        self.assertFalse(self.has_state(program, "Alfa", "EXPANDABLE"))
+        self.assertFalse(self.has_state(program, "Note", "SELECTABLE"))
+        self.assertTrue(has_state(program.find("list", "Note"), "MULTISELECTABLE"))
 
     def test_rows_say_what_is_selected(self):
-        from gi.repository import Atspi
         program = self.start_with_folders()
         program.click_row("Alfa")
-        wait_for("the selection", lambda: self.has_state(program, "Alfa", Atspi.StateType.SELECTED))
-        subprocess.run(["xdotool", "keydown", "ctrl"], check=True)
-        program.click_row("Turni")
-        subprocess.run(["xdotool", "keyup", "ctrl"], check=True)
-        wait_for("two selected rows", lambda: all(self.has_state(program, title, Atspi.StateType.SELECTED)
+        wait_for("the selection", lambda: self.has_state(program, "Alfa", "SELECTED"))
+        with held("ctrl"):
+            program.click_row("Turni")
+        wait_for("two selected rows", lambda: all(self.has_state(program, title, "SELECTED")
                                                   for title in ("Alfa", "Turni")))
-        self.assertFalse(self.has_state(program, "Beta", Atspi.StateType.SELECTED))
+        self.assertFalse(self.has_state(program, "Beta", "SELECTED"))
         self.display.picture("SidebarMultiSelection")
 
     def test_a_row_can_be_pressed(self):
-        from gi.repository import Atspi
         program = self.start_with_folders()
-        row = self.row(program, "Gamma")
+        row = program.row("Gamma")
         names = [Atspi.Action.get_action_name(row, index) for index in range(Atspi.Action.get_n_actions(row))]
         self.assertIn("Press", names)
         Atspi.Action.do_action(row, names.index("Press"))
@@ -124,17 +94,15 @@ class Sidebar(DesktopTest):
     # Without a mouse
 
     def test_arrows_walk_over_notes_and_open_folders(self):
-        from gi.repository import Atspi
         program = self.start_with_folders()
-        program.click_row("Alfa")
-        wait_for("the title", lambda: program.title() == "Alfa")
+        program.open_note("Alfa")
         self.focus_list(program)
         self.await_cursor(program, "Alfa")
         program.keys("Up")
         self.await_cursor(program, "Viaggi")
         program.keys("Right")
         program.expect_rows(self.all_rows[:4] + ["Lisbona"] + self.all_rows[4:])
-        self.assertTrue(self.has_state(program, "Viaggi", Atspi.StateType.EXPANDED))
+        self.assertTrue(self.has_state(program, "Viaggi", "EXPANDED"))
         program.keys("Right")
         self.await_cursor(program, "Lisbona")
         wait_for("the title", lambda: program.title() == "Lisbona")
@@ -144,8 +112,7 @@ class Sidebar(DesktopTest):
 
     def test_a_folder_is_renamed_and_coloured_by_its_menu(self):
         program = self.start_with_folders()
-        program.click_row("Riunione")
-        wait_for("the title", lambda: program.title() == "Riunione")
+        program.open_note("Riunione")
         self.focus_list(program)
         self.await_cursor(program, "Riunione")
         program.keys("Left")
@@ -153,8 +120,7 @@ class Sidebar(DesktopTest):
         self.open_menu(program)
         self.display.picture("SidebarFolderMenu")
         program.keys("Down", "Down", "Return")
-        wait_for("the field", lambda: program.find("list", "Note") and
-                 self.row(program, "Lavoro").get_child_count() == 1)
+        wait_for("the field", lambda: program.row("Lavoro").get_child_count() == 1)
         program.type("Ufficio")
         self.display.picture("SidebarRename")
         program.keys("Return")
@@ -166,12 +132,11 @@ class Sidebar(DesktopTest):
         # "Nessuno" comes first in the menu of colours, then red.
         program.keys("Down", "Down", "Down", "Right", "Down", "Return")
         wait_for("the colour", lambda: self.stored_layout()["folderColors"].get("Ufficio") == "red")
-        wait_for("the description", lambda: self.row(program, "Ufficio").get_description() == "Cartella, Rosso")
+        wait_for("the description", lambda: program.row("Ufficio").get_description() == "Cartella, Rosso")
 
     def test_a_note_changes_its_format_and_its_folder_by_its_menu(self):
         program = self.start_with_folders()
-        program.click_row("Beta")
-        wait_for("the title", lambda: program.title() == "Beta")
+        program.open_note("Beta")
         self.focus_list(program)
         self.await_cursor(program, "Beta")
         self.open_menu(program)
@@ -185,10 +150,8 @@ class Sidebar(DesktopTest):
         program.expect_rows(["Lavoro", "Beta"] + self.all_rows[1:6] + ["Gamma"])
 
     def test_the_cursor_and_the_menus_items_are_announced(self):
-        from gi.repository import Atspi, GLib
         program = self.start_with_folders()
-        program.click_row("Alfa")
-        wait_for("the title", lambda: program.title() == "Alfa")
+        program.open_note("Alfa")
         self.focus_list(program)
         self.await_cursor(program, "Alfa")
         heard = []
@@ -200,7 +163,7 @@ class Sidebar(DesktopTest):
             def is_heard():
                 while GLib.MainContext.default().iteration(False):
                     pass
-                return name in [text.rsplit(", ", 1)[0] for text in heard]
+                return name in [title_of(text) for text in heard]
             wait_for(f"the announcement of {name}", is_heard)
 
         program.keys("Down")
@@ -217,55 +180,54 @@ class Sidebar(DesktopTest):
 
     def test_a_note_is_dragged_into_a_folder_and_beside_another(self):
         program = self.start_with_folders()
-        self.drag(self.place(program, "Gamma"), self.place(program, "Viaggi"))
+        drag(self.place(program, "Gamma"), self.place(program, "Viaggi"))
         wait_for("the file", lambda: os.path.exists(self.notes + "/Viaggi/Gamma.json"))
         rows = ["Lavoro", "Riunione", "Turni", "Viaggi", "Gamma", "Lisbona", "Note", "Alfa", "Beta"]
         program.expect_rows(rows)
 
         # Below the last note of a folder.
-        self.drag(self.place(program, "Alfa"), self.place(program, "Turni", 0.8))
+        drag(self.place(program, "Alfa"), self.place(program, "Turni", 0.8))
         wait_for("the file", lambda: os.path.exists(self.notes + "/Lavoro/Alfa.md"))
         program.expect_rows(["Lavoro", "Riunione", "Turni", "Alfa", "Viaggi", "Gamma", "Lisbona", "Note", "Beta"])
         wait_for("the order", lambda: self.stored_layout()["noteOrder"].get("Lavoro") == ["Riunione.md", "Turni.md", "Alfa.md"])
 
         # On the heading of the top level.
-        self.drag(self.place(program, "Alfa"), self.place(program, "Note"))
+        drag(self.place(program, "Alfa"), self.place(program, "Note"))
         wait_for("the file", lambda: os.path.exists(self.notes + "/Alfa.md"))
 
     def test_a_folder_is_dragged_above_another(self):
         program = self.start_with_folders()
-        self.drag(self.place(program, "Viaggi"), self.place(program, "Lavoro"))
+        drag(self.place(program, "Viaggi"), self.place(program, "Lavoro"))
         program.expect_rows(["Viaggi", "Lavoro", "Riunione", "Turni", "Note", "Alfa", "Beta", "Gamma"])
         wait_for("the order", lambda: self.stored_layout()["folderOrder"] == ["Viaggi", "Lavoro"])
 
     def test_what_is_dragged_below_the_last_row_comes_last(self):
         program = self.start_with_folders()
-        self.drag(self.place(program, "Turni"), self.place(program, "Gamma", 1.4))
+        drag(self.place(program, "Turni"), self.place(program, "Gamma", 1.4))
         wait_for("the file", lambda: os.path.exists(self.notes + "/Turni.md"))
         program.expect_rows(["Lavoro", "Riunione", "Viaggi", "Note", "Alfa", "Beta", "Gamma", "Turni"])
 
-        self.drag(self.place(program, "Lavoro"), self.place(program, "Turni", 1.4))
+        drag(self.place(program, "Lavoro"), self.place(program, "Turni", 1.4))
         program.expect_rows(["Viaggi", "Lavoro", "Riunione", "Note", "Alfa", "Beta", "Gamma", "Turni"])
         wait_for("the order", lambda: self.stored_layout()["folderOrder"] == ["Viaggi", "Lavoro"])
 
     def test_several_notes_are_dragged_by_one_of_them(self):
         program = self.start_with_folders()
         program.click_row("Alfa")
-        subprocess.run(["xdotool", "keydown", "ctrl"], check=True)
-        program.click_row("Gamma")
-        subprocess.run(["xdotool", "keyup", "ctrl"], check=True)
+        with held("ctrl"):
+            program.click_row("Gamma")
         wait_for("the panel", lambda: program.find("label", "2 note selezionate"))
-        self.drag(self.place(program, "Gamma"), self.place(program, "Viaggi"))
+        drag(self.place(program, "Gamma"), self.place(program, "Viaggi"))
         wait_for("the files", lambda: all(os.path.exists(self.notes + "/Viaggi/" + name)
                                           for name in ("Alfa.md", "Gamma.json")))
         program.expect_rows(["Lavoro", "Riunione", "Turni", "Viaggi", "Alfa", "Gamma", "Lisbona", "Note", "Beta"])
 
     def test_escape_ends_a_drag_and_the_editor_gets_nothing(self):
         program = self.start_with_folders()
-        self.drag(self.place(program, "Gamma"), self.place(program, "Lavoro"), ("key", "Escape", "mouseup", "1"))
-        self.drag(self.place(program, "Gamma"), (600, 400))
+        drag(self.place(program, "Gamma"), self.place(program, "Lavoro"), ("key", "Escape", "mouseup", 1))
+        drag(self.place(program, "Gamma"), (600, 400))
         # The next drag shows that the ones before have ended without an effect.
-        self.drag(self.place(program, "Beta"), self.place(program, "Lavoro"))
+        drag(self.place(program, "Beta"), self.place(program, "Lavoro"))
         wait_for("the file", lambda: os.path.exists(self.notes + "/Lavoro/Beta.txt"))
         self.assertTrue(os.path.exists(self.notes + "/Gamma.json"))
         self.assertEqual(self.read("Gamma.json"), "testo di Gamma.json\n")
@@ -273,12 +235,11 @@ class Sidebar(DesktopTest):
 
     def test_a_drag_shows_where_it_goes(self):
         program = self.start_with_folders()
-        subprocess.run(["xdotool", "keydown", "ctrl"], check=True)
-        program.click_row("Turni")
-        subprocess.run(["xdotool", "keyup", "ctrl"], check=True)
-        self.drag(self.place(program, "Turni"), self.place(program, "Beta", 0.8), ())
+        with held("ctrl"):
+            program.click_row("Turni")
+        drag(self.place(program, "Turni"), self.place(program, "Beta", 0.8), ())
         self.display.picture("SidebarDrag")
-        subprocess.run(["xdotool", "key", "Escape", "mouseup", "1"], check=True)
+        xdotool("key", "Escape", "mouseup", 1)
 
 
 if __name__ == "__main__":

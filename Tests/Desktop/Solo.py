@@ -7,7 +7,9 @@ import signal
 import subprocess
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from program import BUTTONS, has_state
+from screen import wait_for
 
 FAKE_SOLO = os.environ["QUILLARY_FAKE_SOLO"]
 
@@ -37,28 +39,14 @@ class Solo(DesktopTest):
         super().setUp()
         self.plays = self.home + "/solo"
         os.mkdir(self.plays)
-        self.opened = self.home + "/opened"
-        self.make_executable(self.home + "/desktop/xdg-open", f'#!/bin/sh\nprintf "%s\\n" "$1" >> "{self.opened}"\n')
+        self.replace_opener()
         self.set_environment("FAKE_SOLO", self.plays)
-        self.set_environment("PATH", self.home + "/desktop:" + os.environ["PATH"])
         self.play("agents.list", answer("agentTools", TOOLS))
         self.play("projects.list", answer("projects", PROJECTS))
         self.play("processes.list", answer("processes", PROCESSES))
         self.play("processes.spawn", answer("id", 77))
         self.play("mcp", ACCEPTED)
         self.write("La nota.md", "ciao mondo")
-
-    def set_environment(self, name, value):
-        before = os.environ.get(name)
-        os.environ[name] = value
-        self.addCleanup(lambda: os.environ.pop(name) if before is None else os.environ.update({name: before}))
-
-    @staticmethod
-    def make_executable(path, text):
-        os.makedirs(os.path.dirname(path), exist_ok=True)
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
-        os.chmod(path, 0o755)
 
     def install(self, *names):
         """Puts Solo's executables where they belong in the home."""
@@ -81,69 +69,28 @@ class Solo(DesktopTest):
         except FileNotFoundError:
             return []
 
-    def links(self):
-        try:
-            with open(self.opened, encoding="utf-8") as file:
-                return file.read().splitlines()
-        except FileNotFoundError:
-            return []
-
     def messages(self):
         return [json.loads(line) for line in self.log("mcp") if line != "(end)"]
-
-    def preference(self, key):
-        with open(self.home + "/config/quillary/preferences.json", encoding="utf-8") as file:
-            return json.load(file).get(key)
 
     # What is on the screen
 
     def begin(self, appearance="light", **preferences):
         self.preferences.update(appearance=appearance, **preferences)
-        program = self.start()
-        program.expect_rows(["Oggi", "La nota"])
-        wait_for("the text", lambda: program.find("text", "Testo della nota"))
-        wait_for("the focus", program.is_active)
-        return program
+        return self.start_with_one_note("La nota")
 
     @staticmethod
     def control(program, name):
-        for role in ("push button", "check box", "radio button", "toggle button", "text"):
-            node = program.find(role, name)
-            if node:
-                return node
-        return None
+        return program.find_button(name, *BUTTONS, "text")
 
     def has(self, program, name, state):
-        from gi.repository import Atspi
-        node = self.control(program, name) or program.find("list", name)
-        return node is not None and node.get_state_set().contains(getattr(Atspi.StateType, state))
+        return has_state(self.control(program, name) or program.find("list", name), state)
 
-    def press(self, program, name):
-        from gi.repository import Atspi
-        place = Atspi.Component.get_extents(wait_for(name, lambda: self.control(program, name)), Atspi.CoordType.SCREEN)
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
+    @staticmethod
+    def press(program, name):
+        program.click_button(name, *BUTTONS, "text")
 
     def wait_for_text(self, program, text):
         return wait_for(f"the text {text!r}", lambda: program.find("label", text))
-
-    @staticmethod
-    def names_in(program, name):
-        from gi.repository import GLib
-        try:
-            nodes = program.find("list", name)
-            if nodes is None:
-                return []
-            nodes.clear_cache()
-            return [nodes.get_child_at_index(i).get_name() for i in range(nodes.get_child_count())]
-        except (GLib.Error, AttributeError):
-            return []
-
-    def click_in(self, program, name, row):
-        from gi.repository import Atspi
-        wait_for(row, lambda: row in self.names_in(program, name))
-        node = program.find("list", name).get_child_at_index(self.names_in(program, name).index(row))
-        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-        program.click(place.x + place.width // 2, place.y + place.height // 2)
 
     def tab_to(self, program, name):
         """Goes on with the keyboard until a control has it."""
@@ -155,20 +102,11 @@ class Solo(DesktopTest):
             wait_for("the focus to move", lambda: self.focus(program) != before)
         raise AssertionError(f"the keyboard does not reach {name}")
 
-    def focus(self, program):
-        """The name of the control of the panel that has the keyboard."""
-        from gi.repository import Atspi, GLib
-        panel = program.find("dialog", PANEL)
-        nodes = [panel] if panel else []
-        while nodes:
-            node = nodes.pop()
-            try:
-                if node.get_state_set().contains(Atspi.StateType.FOCUSED):
-                    return node.get_role_name(), node.get_name()
-                nodes.extend(filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count()))))
-            except GLib.Error:  # a node that ended between two questions
-                continue
-        return None
+    @staticmethod
+    def focus(program):
+        """The control of the panel that has the keyboard, by role and name."""
+        node = program.find_focused(program.find("dialog", PANEL))
+        return node and (node.get_role_name(), node.get_name())
 
     def open_panel(self, program, how):
         how()
@@ -188,12 +126,12 @@ class Solo(DesktopTest):
         self.wait_for_text(program, "Nota intera · 10 caratteri")
         self.wait_for_text(program, "Apre una nuova sessione con la nota come primo messaggio.")
         wait_for("the preferred tool", lambda: self.has(program, "Claude", "CHECKED"))
-        self.assertEqual(self.names_in(program, "Progetto"), ["Alfa", "Zeta"])
+        self.assertEqual(program.names_in("Progetto"), ["Alfa", "Zeta"])
         self.display.picture(self.id() + ".panel")
 
         self.tab_to(program, "Cerca progetto (scelto: Alfa)")
         program.type("/progetti/Z")
-        wait_for("the found project", lambda: self.names_in(program, "Progetto") == ["Zeta"])
+        wait_for("the found project", lambda: program.names_in("Progetto") == ["Zeta"])
         program.keys("Down")
         wait_for("the keyboard in the list", lambda: self.has(program, "Progetto", "FOCUSED"))
         program.keys("Return")
@@ -206,7 +144,7 @@ class Solo(DesktopTest):
         self.assertEqual([line.split("\x1f") for line in self.log("processes.spawn")],
                          [["--json", "processes", "spawn", "--project-id", "8", "--kind", "agent", "--agent-tool-id", "5",
                            "--name", "La nota", "--arg", "ciao mondo"]])
-        wait_for("the link", lambda: self.links() == ["solo://proj/8/process/la-nota--77"])
+        wait_for("the link", lambda: self.opened() == ["solo://proj/8/process/la-nota--77"])
 
     def test_the_mouse_alone_pastes_a_selection(self):
         self.install_all()
@@ -217,21 +155,21 @@ class Solo(DesktopTest):
         self.press(program, "Codex")
         wait_for("the chosen tool", lambda: self.preference("soloAgentToolID") == 4)
         self.press(program, "Sessione aperta")
-        wait_for("the sessions", lambda: self.names_in(program, "Sessioni") == [
+        wait_for("the sessions", lambda: program.names_in("Sessioni") == [
             "Alfa", "Sessione", "Senza progetto", "Libera", "Zeta", "Altra"])
         self.assertEqual(self.preference("soloMode"), "openSession")
         self.display.picture(self.id() + ".panel")
 
         self.press(program, "Cerca sessione o progetto")
         program.type("ALFA")
-        wait_for("the found sessions", lambda: self.names_in(program, "Sessioni") == ["Alfa", "Sessione"])
+        wait_for("the found sessions", lambda: program.names_in("Sessioni") == ["Alfa", "Sessione"])
         self.press(program, "Cancella")
-        wait_for("all sessions", lambda: len(self.names_in(program, "Sessioni")) == 6)
+        wait_for("all sessions", lambda: len(program.names_in("Sessioni")) == 6)
         self.press(program, "Premi Invio dopo l'incolla")
         wait_for("the stored choice", lambda: self.preference("soloSubmitAfterPaste") is False)
-        self.click_in(program, "Sessioni", "Sessione")
+        program.click_row("Sessione", "Sessioni")
         self.expect_sent(program, "Inviata a Sessione · Alfa")
-        wait_for("the link", lambda: self.links() == ["solo://proj/9/process/sessione--31"])
+        wait_for("the link", lambda: self.opened() == ["solo://proj/9/process/sessione--31"])
         self.assertEqual([message["method"] for message in self.messages()],
                          ["initialize", "notifications/initialized", "tools/call"])
         self.assertEqual(self.messages()[2]["params"]["arguments"], {
@@ -242,10 +180,10 @@ class Solo(DesktopTest):
         wait_for("no confirmation", lambda: "Inviata" not in self.control(program, BUTTON).get_description())
         self.press(program, "Premi Invio dopo l'incolla")
         wait_for("the stored choice", lambda: self.preference("soloSubmitAfterPaste") is True)
-        self.click_in(program, "Sessioni", "Libera")
+        program.click_row("Libera", "Sessioni")
         self.expect_sent(program, "Inviata a Libera")
         self.assertEqual(self.messages()[-1]["params"]["arguments"], {"process_id": 32, "submit": False, "bytes": [13]})
-        self.assertEqual(len(self.links()), 1)
+        self.assertEqual(len(self.opened()), 1)
 
     def test_tells_what_failed_and_lets_try_again(self):
         self.install_all()
@@ -266,22 +204,22 @@ class Solo(DesktopTest):
                             (REFUSED_WITHOUT_WORDS, "Invio non riuscito: errore sconosciuto"),
                             (OPENED + ["exit 0"], "Solo non ha risposto in tempo.")):
             self.play("mcp", steps)
-            self.click_in(program, "Sessioni", "Sessione")
+            program.click_row("Sessione", "Sessioni")
             self.wait_for_text(program, text)
             self.assertTrue(program.find("dialog", PANEL))
             wait_for("the next try", lambda: self.has(program, "Sessioni", "ENABLED"))
         self.display.picture(self.id() + ".refused")
         self.play("mcp", ACCEPTED)
-        self.click_in(program, "Sessioni", "Sessione")
+        program.click_row("Sessione", "Sessioni")
         self.expect_sent(program, "Inviata a Sessione · Alfa")
-        self.assertEqual(self.links(), [])
+        self.assertEqual(self.opened(), [])
 
     def test_ends_cleanly_while_a_text_is_under_way(self):
         self.install_all()
         self.play("mcp", OPENED + ["ignore-term", "hang"])
         program = self.begin(soloMode="openSession")
         self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
-        self.click_in(program, "Sessioni", "Altra")
+        program.click_row("Altra", "Sessioni")
         wait_for("the silence", lambda: "(hangs)" in self.log("mcp"))
         self.assertFalse(self.has(program, "Sessioni", "ENABLED"))
         self.display.picture(self.id() + ".sending")
@@ -295,8 +233,7 @@ class Solo(DesktopTest):
         program = self.begin()
         program.keys("alt+n")
         item = wait_for("the menu entry", lambda: program.find("menu item", "Invia a Solo…"))
-        from gi.repository import Atspi
-        self.assertFalse(item.get_state_set().contains(Atspi.StateType.ENABLED))
+        self.assertFalse(has_state(item, "ENABLED"))
         program.keys("Escape", "Escape")
         self.press(program, BUTTON)
         program.keys("ctrl+Home")
@@ -309,7 +246,7 @@ class Solo(DesktopTest):
         self.install(".local/bin/solo")
         program = self.begin(soloMode="openSession")
         self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
-        self.click_in(program, "Sessioni", "Altra")
+        program.click_row("Altra", "Sessioni")
         self.wait_for_text(program, "Solo non è installato (manca la riga di comando «solo»).")
         program.keys("Escape")
         wait_for("the panel to close", lambda: not program.find("dialog", PANEL))

@@ -4,7 +4,8 @@ import os
 import signal
 import unittest
 
-from desktop import DesktopTest, wait_for
+from desktop import DesktopTest
+from screen import wait_for
 
 
 class Spine(DesktopTest):
@@ -29,8 +30,7 @@ class Spine(DesktopTest):
         created = self.created("Nota md.md")
         program = self.start()
         program.expect_rows(self.folders + ["Note"] + self.top_level)
-        program.click_row("Nota md")
-        wait_for("the title", lambda: program.title() == "Nota md")
+        program.open_note("Nota md")
         program.keys("ctrl+End")
         program.type("una riga nuova")
         wait_for("the saved text", lambda: self.read("Nota md.md") == "testo md\nuna riga nuova", seconds=2)
@@ -40,8 +40,7 @@ class Spine(DesktopTest):
         self.write_folder()
         program = self.start()
         program.expect_rows(self.folders + ["Note"] + self.top_level)
-        program.click_row("Nota txt")
-        wait_for("the title", lambda: program.title() == "Nota txt")
+        program.open_note("Nota txt")
 
         self.write("nuovo.tmp", "sostituita\n")
         os.rename(self.notes + "/nuovo.tmp", self.notes + "/Nota txt.txt")
@@ -60,8 +59,7 @@ class Spine(DesktopTest):
         self.write("Nota.md", "prima\n")
         program = self.start()
         program.expect_rows(["Oggi", "Nota"])
-        program.click_row("Nota")
-        wait_for("the focus", program.is_active)
+        program.open_note("Nota")
         program.keys("ctrl+End")
 
         # As when a volume is unmounted: the save fails, says so, and the text stays dirty.
@@ -84,8 +82,7 @@ class Spine(DesktopTest):
                 self.write("Nota.md", "")
                 program = self.start()
                 program.expect_rows(["Oggi", "Nota"])
-                program.click_row("Nota")
-                wait_for("the focus", program.is_active)
+                program.open_note("Nota")
                 program.type("appena scritto")
                 program.process.send_signal(number)
                 self.assertEqual(program.process.wait(timeout=20), 0)
@@ -120,8 +117,7 @@ class Spine(DesktopTest):
         wait_for("six rows", lambda: len(program.rows()) == 6)
         self.assertIn("a b", program.rows())
         self.assertIn("latin-\ufffd", program.rows())
-        program.click_row("latin-\ufffd")
-        wait_for("the focus", program.is_active)
+        program.open_note("latin-\ufffd")
         program.keys("ctrl+Home")
         program.type("nuovo ")
         wait_for("the saved text", lambda: self.read("latin-\udce8.txt") == "nuovo testo\n")
