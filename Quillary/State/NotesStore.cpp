@@ -101,7 +101,8 @@ void NotesStore::noteDidChange(NoteItem& item, NoteField field) {
     Q_EMIT noteChanged(&item, field);
 }
 
-/// Takes a new list of notes and tells of it if it differs.
+/// Takes a new list of notes and tells of it if it differs. A multiple selection of which fewer than two notes are left
+/// ends here: to nobody does it ever look like one of a single note.
 void NotesStore::assignNotes(const QList<NoteItemPtr>& notes) {
     if (notes == m_notes) {
         return;
@@ -113,6 +114,12 @@ void NotesStore::assignNotes(const QList<NoteItemPtr>& notes) {
     }
     for (const NoteItemPtr& note : std::as_const(m_notes)) {
         note->setObserver(this);
+    }
+    const auto isHere = [this](NoteID id) { return item(id) != nullptr; };
+    const auto first = std::ranges::find_if(m_multiSelection, isHere);
+    if (first == m_multiSelection.end() || std::none_of(first + 1, m_multiSelection.end(), isHere)) {
+        // Without a request for the focus: what another program removed doesn't take the user from where he writes.
+        assignMultiSelection({}, false);
     }
     Q_EMIT notesChanged();
 }

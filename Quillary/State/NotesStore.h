@@ -118,7 +118,7 @@ public:
     // The multiple selection.
 
     /// The notes of a multiple selection, two or more, in the order of the comparison; empty if there is none. Ids of
-    /// notes that have gone may stay for a while.
+    /// notes that have gone may stay for as long as two others do.
     const QList<NoteID>& multiSelection() const { return m_multiSelection; }
 
     /// Whether the two notes of the multiple selection are shown side by side.

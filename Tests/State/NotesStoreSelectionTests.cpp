@@ -212,17 +212,80 @@ TEST_F(NotesStoreSelection, TogglingStartsGrowsAndEndsAMultipleSelection) {
 }
 
 TEST_F(NotesStoreSelection, TogglingDropsNotesThatHaveGone) {
-    const NoteItemPtr selected = store->selectedItem();
-    const NoteItemPtr gone = store->notes().at(1);
-    const NoteItemPtr other = store->notes().at(2);
-    store->setMultiSelection({gone->id(), other->id()});
-    directory.remove(gone->fileName());
+    store->setMultiSelection({id(u"b"_s), id(u"c"_s), id(u"d"_s)});
+    directory.remove(u"b.md"_s);
     store->refreshFromDisk();
 
-    store->toggleInSelection(*other);
+    store->toggleInSelection(*note(u"c"_s));
 
     EXPECT_TRUE(store->multiSelection().isEmpty());
-    EXPECT_EQ(store->selectedItem(), selected);
+    EXPECT_EQ(store->selectedItem()->title(), u"d");
+}
+
+TEST_F(NotesStoreSelection, ASelectionOfWhichOneNoteIsLeftEndsAndTheSelectedNoteComesBack) {
+    for (const bool isComparison : {false, true}) {
+        const QString gone = isComparison ? u"c"_s : u"d"_s;
+        if (isComparison) {
+            store->compare(*note(u"b"_s), *note(gone));
+        } else {
+            store->setMultiSelection({id(u"b"_s), id(gone)});
+        }
+        const int focus = store->editorFocusToken();
+        const SignalCount told(store, &NotesStore::multiSelectionChanged);
+        directory.remove(gone + u".md"_s);
+        store->refreshFromDisk();
+
+        EXPECT_TRUE(store->multiSelection().isEmpty());
+        EXPECT_FALSE(store->isShowingDiff());
+        EXPECT_EQ(told.count(), 1);
+        EXPECT_EQ(store->selectedItem()->title(), u"a");
+        EXPECT_EQ(store->editorFocusToken(), focus);
+    }
+}
+
+TEST_F(NotesStoreSelection, NobodySeesASelectionOfASingleNote) {
+    store->compare(*note(u"b"_s), *note(u"c"_s));
+    int tellings = 0;
+    const auto check = [&] {
+        ++tellings;
+        EXPECT_TRUE(store->multiSelection().isEmpty());
+        EXPECT_FALSE(store->isShowingDiff());
+        EXPECT_EQ(store->notes().size(), 3);
+    };
+    QObject::connect(store.get(), &NotesStore::multiSelectionChanged, store.get(), check);
+    QObject::connect(store.get(), &NotesStore::isShowingDiffChanged, store.get(), check);
+    QObject::connect(store.get(), &NotesStore::notesChanged, store.get(), check);
+
+    directory.remove(u"b.md"_s);
+    store->refreshFromDisk();
+
+    EXPECT_EQ(tellings, 3);
+}
+
+TEST_F(NotesStoreSelection, AComparedNoteThatTheProgramTrashesEndsTheComparison) {
+    store->compare(*note(u"a"_s), *note(u"c"_s));
+    store->moveToTrash({note(u"c"_s)});
+
+    EXPECT_TRUE(store->multiSelection().isEmpty());
+    EXPECT_FALSE(store->isShowingDiff());
+    EXPECT_EQ(store->selectedItem()->title(), u"a");
+
+    store->compare(*note(u"a"_s), *note(u"d"_s));
+    store->moveToTrash({note(u"a"_s)});
+
+    EXPECT_TRUE(store->multiSelection().isEmpty());
+    EXPECT_FALSE(store->isShowingDiff());
+    EXPECT_EQ(store->selectedItem()->title(), u"b");
+}
+
+TEST_F(NotesStoreSelection, AnotherNoteThatGoesAwayLeavesTheComparisonAlone) {
+    store->compare(*note(u"a"_s), *note(u"c"_s));
+    store->moveToTrash({note(u"d"_s)});
+    directory.remove(u"b.md"_s);
+    store->refreshFromDisk();
+
+    EXPECT_EQ(multiSelection(), QStringList({u"a"_s, u"c"_s}));
+    EXPECT_TRUE(store->isShowingDiff());
 }
 
 TEST_F(NotesStoreSelection, TogglingTheOnlyNoteLeavesItSelected) {
