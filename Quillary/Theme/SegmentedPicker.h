@@ -11,7 +11,13 @@ class SegmentedPicker : public QWidget {
     Q_OBJECT
 
 public:
-    explicit SegmentedPicker(QWidget* parent = nullptr);
+    /// Where it stands: in a bar of tools it is low, and a click on it leaves the focus where it is.
+    enum class Place {
+        panel,
+        toolbar,
+    };
+
+    explicit SegmentedPicker(QWidget* parent = nullptr, Place place = Place::panel);
 
     /// Adds a choice at the end, known by an id from then on.
     void addSegment(int id, const QString& text);
@@ -32,6 +38,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    Place m_place;
     QButtonGroup* m_segments;
 };
 

@@ -1,4 +1,4 @@
-#include "Quillary/SendPanel/SegmentedPicker.h"
+#include "Quillary/Theme/SegmentedPicker.h"
 
 #include "Quillary/Theme/Theme.h"
 
@@ -12,18 +12,19 @@ namespace quillary {
 namespace {
 
 constexpr double cornerRadius = 7;
-constexpr int segmentHeight = 28;
+constexpr int panelHeight = 28;
+constexpr int toolbarHeight = 22;
 constexpr int barPadding = 2;
 
 /// One choice; the chosen one is filled.
 class Segment : public QPushButton {
 public:
-    Segment(const QString& text, QWidget* parent) : QPushButton(text, parent) {
+    Segment(const QString& text, int height, QWidget* parent) : QPushButton(text, parent) {
         setCheckable(true);
         // In a group, and told to be one of several choices.
         setAutoExclusive(true);
         setAutoDefault(false);
-        setFixedHeight(segmentHeight);
+        setFixedHeight(height);
         setAttribute(Qt::WA_Hover);
     }
 
@@ -49,7 +50,8 @@ protected:
 
 } // namespace
 
-SegmentedPicker::SegmentedPicker(QWidget* parent) : QWidget(parent), m_segments(new QButtonGroup(this)) {
+SegmentedPicker::SegmentedPicker(QWidget* parent, Place place)
+    : QWidget(parent), m_place(place), m_segments(new QButtonGroup(this)) {
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(barPadding, barPadding, barPadding, barPadding);
     row->setSpacing(barPadding);
@@ -57,7 +59,7 @@ SegmentedPicker::SegmentedPicker(QWidget* parent) : QWidget(parent), m_segments(
 }
 
 void SegmentedPicker::addSegment(int id, const QString& text) {
-    auto* const segment = new Segment(text, this);
+    auto* const segment = new Segment(text, m_place == Place::panel ? panelHeight : toolbarHeight, this);
     m_segments->addButton(segment, id);
     layout()->addWidget(segment);
 }
@@ -67,11 +69,12 @@ int SegmentedPicker::selection() const {
 }
 
 void SegmentedPicker::setSelection(int id) {
+    const Qt::FocusPolicy byClick = m_place == Place::panel ? Qt::ClickFocus : Qt::NoFocus;
     const QList<QAbstractButton*> segments = m_segments->buttons();
     for (QAbstractButton* const segment : segments) {
         const bool isChosen = m_segments->id(segment) == id;
         // The keyboard comes to the chosen one, and goes on to others with the arrows.
-        segment->setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
+        segment->setFocusPolicy(isChosen ? static_cast<Qt::FocusPolicy>(Qt::TabFocus | byClick) : byClick);
         if (isChosen) {
             segment->setChecked(true);
         }
