@@ -1,14 +1,13 @@
 #include "Quillary/Comparison/DiffHeader.h"
 
+#include "Quillary/Comparison/DiffHeaderLayout.h"
 #include "Quillary/Comparison/NotePill.h"
 #include "Quillary/Comparison/StatsView.h"
+#include "Quillary/Theme/SegmentedPicker.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
-#include <QHBoxLayout>
-#include <QPushButton>
 #include <QShortcut>
 #include <QToolButton>
 
@@ -19,11 +18,13 @@ DiffHeader::DiffHeader(QWidget* parent)
       m_old(new NotePill(Theme::diffRemoved, this)),
       m_new(new NotePill(Theme::diffAdded, this)),
       m_stats(new StatsView(this)),
-      m_modes(new QButtonGroup(this)),
+      m_modes(new SegmentedPicker(this, SegmentedPicker::Place::toolbar)),
       m_showsAllLines(new QCheckBox(tr("Tutte le righe"), this)) {
     QToolButton* const swap = addButton(tr("Scambia i lati"));
     swap->setIcon(symbolIcon(Symbol::swap));
     connect(swap, &QToolButton::clicked, this, &DiffHeader::swapRequested);
+
+    fillPicker();
 
     QToolButton* const close = addButton(tr("Chiudi il confronto (⎋)"));
     close->setIcon(symbolIcon(Symbol::close));
@@ -32,22 +33,22 @@ DiffHeader::DiffHeader(QWidget* parent)
     auto* const escape = new QShortcut(Qt::Key_Escape, this);
     connect(escape, &QShortcut::activated, this, &DiffHeader::closeRequested);
 
+    // As of all controls here: a click leaves the keys to the rows.
+    m_showsAllLines->setFocusPolicy(Qt::TabFocus);
     m_showsAllLines->setFont(Theme::sidebarDetail());
     connect(m_showsAllLines, &QCheckBox::clicked, this, &DiffHeader::showsAllLinesChosen);
 
-    auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(12, 8, 10, 8);
-    layout->setSpacing(6);
+    auto* const layout = new DiffHeaderLayout(this);
     layout->addWidget(m_old);
     layout->addWidget(swap);
     layout->addWidget(m_new);
-    layout->addSpacing(8);
     layout->addWidget(m_stats);
-    layout->addStretch();
-    layout->addWidget(makePicker());
-    layout->addSpacing(6);
+    layout->addWidget(m_modes);
     layout->addWidget(m_showsAllLines);
     layout->addWidget(close);
+
+    setTabOrder(m_modes->lastSegment(), m_showsAllLines);
+    setTabOrder(m_showsAllLines, close);
 }
 
 QToolButton* DiffHeader::addButton(const QString& help) {
@@ -59,26 +60,18 @@ QToolButton* DiffHeader::addButton(const QString& help) {
     return button;
 }
 
-QWidget* DiffHeader::makePicker() {
-    auto* const picker = new QWidget(this);
-    picker->setAccessibleName(tr("Vista"));
-    picker->setToolTip(tr("Vista"));
-    auto* const layout = new QHBoxLayout(picker);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    for (const auto& [mode, label] :
-         {std::pair(DiffMode::sideBySide, tr("Affiancato")), std::pair(DiffMode::unified, tr("Unificato"))}) {
-        auto* const button = new QPushButton(label, picker);
-        button->setCheckable(true);
-        button->setAutoDefault(false);
-        button->setFont(Theme::sidebarDetail());
-        m_modes->addButton(button, static_cast<int>(mode));
-        layout->addWidget(button);
-    }
+void DiffHeader::fillPicker() {
+    m_modes->setAccessibleName(tr("Vista"));
+    m_modes->setToolTip(tr("Vista"));
+    m_modes->setFont(Theme::sidebarDetail());
+    m_modes->addSegment(static_cast<int>(DiffMode::sideBySide), tr("Affiancato"));
+    m_modes->addSegment(static_cast<int>(DiffMode::unified), tr("Unificato"));
     setMode(DiffMode::sideBySide);
-    connect(m_modes, &QButtonGroup::idClicked, this,
-            [this](int mode) { Q_EMIT modeChosen(static_cast<DiffMode>(mode)); });
-    return picker;
+    connect(m_modes, &SegmentedPicker::chosen, this, [this](int id) {
+        const auto mode = static_cast<DiffMode>(id);
+        setMode(mode);
+        Q_EMIT modeChosen(mode);
+    });
 }
 
 void DiffHeader::setTitles(const QString& oldTitle, const QString& newTitle) {
@@ -91,7 +84,7 @@ void DiffHeader::setStats(const DiffStats& stats) {
 }
 
 void DiffHeader::setMode(DiffMode mode) {
-    m_modes->button(static_cast<int>(mode))->setChecked(true);
+    m_modes->setSelection(static_cast<int>(mode));
 }
 
 void DiffHeader::setShowsAllLines(bool showsAll) {

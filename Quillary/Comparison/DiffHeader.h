@@ -5,13 +5,13 @@
 
 #include <QWidget>
 
-class QButtonGroup;
 class QCheckBox;
 class QToolButton;
 
 namespace quillary {
 
 class NotePill;
+class SegmentedPicker;
 class StatsView;
 
 /// The line above a comparison: the two notes, what changed, how it is shown, and the way out.
@@ -35,12 +35,12 @@ Q_SIGNALS:
 
 private:
     QToolButton* addButton(const QString& help);
-    QWidget* makePicker();
+    void fillPicker();
 
     NotePill* m_old;
     NotePill* m_new;
     StatsView* m_stats;
-    QButtonGroup* m_modes;
+    SegmentedPicker* m_modes;
     QCheckBox* m_showsAllLines;
 };
 

@@ -32,10 +32,8 @@ void NotePill::setTitle(const QString& title) {
 }
 
 QSize NotePill::sizeHint() const {
-    constexpr int widest = 260;
     const int text = fontMetrics().horizontalAdvance(m_title) + 1;
-    return {std::min(widest, 2 * pillPadding + dotSide + dotGap + text),
-            std::max(pillHeight, fontMetrics().height() + 6)};
+    return {2 * pillPadding + dotSide + dotGap + text, std::max(pillHeight, fontMetrics().height() + 6)};
 }
 
 QSize NotePill::minimumSizeHint() const {

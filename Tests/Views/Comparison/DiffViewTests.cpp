@@ -76,6 +76,8 @@ protected:
                                         {u"b.md"_s, lines(50, u"due\n"_s)},
                                         {u"copia.txt"_s, lines(50, u"uno"_s)},
                                         {u"vuota.txt"_s, {}},
+                                        {u"vuota anche lei.txt"_s, {}},
+                                        {u"corta.txt"_s, u"x"_s},
                                         {u"lunga a.txt"_s, lines(20'000, u"uno"_s)},
                                         {u"lunga b.txt"_s, lines(20'000, u"due"_s)}});
     DiffView m_view{m_folder.store(), m_folder.settings()};
@@ -113,6 +115,21 @@ TEST_F(DiffViewOf, AnEmptyNoteLacksEverything) {
     EXPECT_EQ(m_list->items().size(), 51U);
 }
 
+TEST_F(DiffViewOf, TwoEmptyNotesAreIdentical) {
+    compare(u"vuota"_s, u"vuota anche lei"_s);
+    EXPECT_TRUE(saysIdentical());
+}
+
+TEST_F(DiffViewOf, ANoteThatCanNotBeReadCountsAsEmpty) {
+    QFile file(m_folder.path(u"enorme.txt"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(NoteFileStore::maxReadableBytes + 1));
+    file.close();
+    store().refreshFromDisk();
+    compare(u"a"_s, u"enorme"_s);
+    EXPECT_TRUE(m_folder.note(u"enorme"_s)->loadError());
+    EXPECT_EQ(m_view.result().stats, (DiffStats{0, 51, 0}));
+}
+
 TEST_F(DiffViewOf, SwapsTheSidesAndKeepsTheMode) {
     compare(u"a"_s, u"vuota"_s);
     QTest::mouseClick(button(u"Unificato"_s), Qt::LeftButton);
@@ -140,6 +157,15 @@ TEST_F(DiffViewOf, TheToggleShowsAllLines) {
     EXPECT_EQ(m_list->items().size(), 51U);
     toggle->click();
     EXPECT_EQ(m_list->items().size(), 5U);
+}
+
+TEST_F(DiffViewOf, AClickInTheHeaderLeavesTheKeysToTheRows) {
+    compare(u"a"_s, u"b"_s);
+    m_list->setFocus();
+    for (const QString& name : {u"Tutte le righe"_s, u"Unificato"_s, u"Affiancato"_s, u"Scambia i lati"_s}) {
+        QTest::mouseClick(button(name), Qt::LeftButton);
+        EXPECT_TRUE(m_list->hasFocus()) << qPrintable(name);
+    }
 }
 
 TEST_F(DiffViewOf, AnotherPairBeginsAnew) {
@@ -186,6 +212,17 @@ TEST_F(DiffViewOf, ANoteThatGoesAwayEndsItAndARenamedOneKeepsIt) {
     EXPECT_TRUE(m_view.result().rows.isEmpty());
 }
 
+TEST_F(DiffViewOf, ATrashedNoteEndsItAndAnotherTrashedOneDoesNot) {
+    compare(u"a"_s, u"b"_s);
+    store().moveToTrash({m_folder.note(u"corta"_s)});
+    EXPECT_TRUE(m_view.hasResult());
+    store().moveToTrash({m_folder.note(u"a"_s)});
+    EXPECT_FALSE(m_view.hasResult());
+    EXPECT_FALSE(store().isShowingDiff());
+    compare(u"b"_s, u"copia"_s);
+    EXPECT_EQ(m_view.result().stats, (DiffStats{0, 0, 1}));
+}
+
 TEST_F(DiffViewOf, LongNotesAreComparedBesideTheMainThread) {
     store().compare(*m_folder.note(u"lunga a"_s), *m_folder.note(u"lunga b"_s));
     EXPECT_FALSE(m_view.hasResult());
@@ -224,6 +261,8 @@ TEST_F(DiffViewOf, TextSizesAreThoseOfTheSettings) {
     EXPECT_DOUBLE_EQ(m_list->metrics().baseSize, 28);
     EXPECT_DOUBLE_EQ(m_list->metrics().gutterColumn, 28 * 2.6);
     EXPECT_GE(m_list->metrics().pitch, 40);
+    compare(u"vuota"_s, u"corta"_s);
+    EXPECT_DOUBLE_EQ(m_ruler->pitch(), 28 * 1.45);
     m_view.grab();
 }
 
