@@ -3,9 +3,17 @@
 #include "Quillary/Comparison/DiffTexts.h"
 #include "Quillary/Comparison/SideBySideRow.h"
 #include "Quillary/Comparison/UnifiedRows.h"
+#include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Compare/TextDiff.h"
 
+#include <QImage>
+#include <QPainter>
+
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -37,6 +45,46 @@ QStringList unified(const DiffRow& row) {
     }
     return result;
 }
+
+QColor onWhite(const QColor& color, double opacity) {
+    const auto mixed = [opacity](int value) { return static_cast<int>(std::lround(255 + (value - 255) * opacity)); };
+    return QColor(mixed(color.red()), mixed(color.green()), mixed(color.blue()));
+}
+
+/// Whether two colours differ by what rounding does at most.
+bool isAlmost(const QColor& a, const QColor& b) {
+    return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2 &&
+           std::abs(a.blue() - b.blue()) <= 2;
+}
+
+/// What a line's painting makes of a white image.
+class PaintedLine {
+public:
+    PaintedLine() { m_image.fill(Qt::white); }
+
+    void paintGround(const DiffLineView& line) {
+        QPainter painter(&m_image);
+        line.paintGround(painter, m_image.rect(), QPalette());
+    }
+
+    void paintText(const DiffLineView& line, const DiffMetrics& metrics) {
+        QPainter painter(&m_image);
+        line.paintText(painter, m_image.rect(), metrics, *line.layout(metrics, m_image.width(), 0), 0, QPalette());
+    }
+
+    QColor at(int x, int y) const { return m_image.pixelColor(x, y); }
+
+    int width() const { return m_image.width(); }
+
+    bool isUniform() const {
+        QImage same = m_image.copy();
+        same.fill(at(0, 0));
+        return same == m_image;
+    }
+
+private:
+    QImage m_image{400, 40, QImage::Format_ARGB32_Premultiplied};
+};
 
 /// One row of each kind: unchanged, changed, removed, unchanged, added.
 class RowsOfAllKinds : public testing::Test {
@@ -98,6 +146,55 @@ TEST(DiffLineView, LongLinesWrapAndVeryLongOnesHaveChunks) {
     EXPECT_LE(line.layout(metrics, 200, 1)->text().size(), 2300);
 }
 
+TEST(DiffLineView, TheGroundFollowsTheTone) {
+    const QColor removed = onWhite(Theme::diffRemoved.in(QPalette()), 0.085);
+    const QColor added = onWhite(Theme::diffAdded.in(QPalette()), 0.095);
+    for (const auto& [tone, ground] : {std::pair(Tone::neutral, QColor(Qt::white)), std::pair(Tone::removed, removed),
+                                       std::pair(Tone::added, added)}) {
+        PaintedLine painted;
+        painted.paintGround({{1}, tone, std::nullopt});
+        EXPECT_TRUE(isAlmost(painted.at(5, 5), ground)) << static_cast<int>(tone);
+        EXPECT_TRUE(painted.isUniform());
+    }
+    PaintedLine hatched;
+    hatched.paintGround({{std::nullopt}, Tone::empty, std::nullopt});
+    EXPECT_FALSE(hatched.isUniform());
+}
+
+TEST(DiffLineView, ChangedSegmentsHaveAGroundOfTheirTone) {
+    const DiffMetrics metrics{EditorStyle()};
+    const QString blanks(8, u' ');
+    const DiffSegmentEnd ends[] = {{4, false}, {8, true}};
+    const auto inSegment = [&metrics](int blank) {
+        return static_cast<int>(metrics.textLeft(1) + (blank + 0.5) * metrics.unitWidth);
+    };
+    for (const auto& [tone, color] : {std::pair(Tone::removed, Theme::diffRemoved.in(QPalette())),
+                                      std::pair(Tone::added, Theme::diffAdded.in(QPalette()))}) {
+        PaintedLine painted;
+        painted.paintText({{std::nullopt}, tone, DiffSegments(blanks, ends)}, metrics);
+        EXPECT_EQ(painted.at(inSegment(1), metrics.pitch / 2), QColor(Qt::white));
+        EXPECT_TRUE(isAlmost(painted.at(inSegment(6), metrics.pitch / 2), onWhite(color, 0.26)));
+    }
+}
+
+TEST(DiffLineView, OnlyPresentNumbersAreDrawnAtTheRightOfTheirColumns) {
+    const DiffMetrics metrics{EditorStyle()};
+    PaintedLine painted;
+    painted.paintText({{std::nullopt, 7}, Tone::neutral, std::nullopt}, metrics);
+    int first = painted.width();
+    int last = -1;
+    for (int x = 0; x < painted.width(); ++x) {
+        for (int y = 0; y < metrics.pitch; ++y) {
+            if (painted.at(x, y) != QColor(Qt::white)) {
+                first = std::min(first, x);
+                last = std::max(last, x);
+            }
+        }
+    }
+    EXPECT_GT(first, DiffMetrics::gutterInset + metrics.gutterColumn);
+    EXPECT_NEAR(last, DiffMetrics::gutterInset + 2 * metrics.gutterColumn, 3);
+}
+
 TEST(DiffMetrics, GrowWithTheTextSize) {
     const DiffMetrics small{EditorStyle{10, EditorFontStyle::monospaced}};
     const DiffMetrics large{EditorStyle{20, EditorFontStyle::monospaced}};
@@ -106,4 +203,5 @@ TEST(DiffMetrics, GrowWithTheTextSize) {
     EXPECT_GE(small.pitch, 15);
     EXPECT_GE(large.pitch, 29);
     EXPECT_DOUBLE_EQ(large.gutterFont.pointSizeF(), 2 * small.gutterFont.pointSizeF());
+    EXPECT_DOUBLE_EQ(small.gutterFont.pointSizeF(), 0.82 * small.textFont.pointSizeF());
 }

@@ -5,8 +5,10 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +99,28 @@ TEST_F(DiffListOf, AClickOnAFoldShowsItsRowsInTheirPlace) {
         expected.insert(at, u'r' + QString::number(row));
     }
     EXPECT_EQ(ids(), expected);
+}
+
+TEST_F(DiffListOf, AFoldTellsWhatAClickDoes) {
+    compareHundred();
+    const auto helpAt = [this](const QString& id) {
+        const QPoint place = m_list.itemRect(itemOf(id)).center();
+        QHelpEvent help(QEvent::ToolTip, place, m_list.viewport()->mapToGlobal(place));
+        QCoreApplication::sendEvent(m_list.viewport(), &help);
+        return QToolTip::text();
+    };
+    EXPECT_EQ(helpAt(u"c0"_s), u"Mostra le righe nascoste"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return helpAt(u"r30"_s).isEmpty(); }));
+}
+
+TEST_F(DiffListOf, TheRowsHaveSomeRoomAboveAndBelow) {
+    compare(u"a\nb"_s, u"a\nc"_s);
+    EXPECT_EQ(m_list.itemRect(0).top(), 8);
+    EXPECT_EQ(m_list.itemRect(1).top(), 8 + m_list.metrics().pitch);
+    compareHundred();
+    m_list.setShowsAllLines(true);
+    press(Qt::Key_End);
+    EXPECT_EQ(m_list.viewport()->height() - m_list.itemRect(99).bottom() - 1, 8);
 }
 
 TEST_F(DiffListOf, OtherRowsCloseTheFoldsAgain) {

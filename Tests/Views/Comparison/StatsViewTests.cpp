@@ -1,5 +1,9 @@
 #include "Quillary/Comparison/StatsView.h"
 
+#include "Quillary/Theme/Theme.h"
+
+#include <QImage>
+
 #include <gtest/gtest.h>
 
 using namespace quillary;
@@ -20,4 +24,18 @@ TEST(StatsView, TheBarHasTheProportions) {
     EXPECT_EQ(StatsView::barParts({1, 1, 2}), (std::array{13.5, 27.0, 13.5}));
     EXPECT_EQ(StatsView::barParts({0, 0, 0}), (std::array{0.0, 0.0, 0.0}));
     EXPECT_EQ(StatsView::barParts({0, 5, 0}), (std::array{0.0, 0.0, 54.0}));
+}
+
+TEST(StatsView, TheBarIsAddedChangedAndRemovedFromLeftToRight) {
+    StatsView view;
+    view.setStats({1, 1, 1});
+    view.resize(view.sizeHint());
+    const QImage image = view.grab().toImage();
+    const auto inPart = [&](int part) {
+        return image.pixelColor(image.width() - static_cast<int>(StatsView::barWidth) + 9 + 18 * part,
+                                image.height() / 2);
+    };
+    EXPECT_EQ(inPart(0).rgb(), Theme::diffAdded.in(view.palette()).rgb());
+    EXPECT_EQ(inPart(1).rgb(), Theme::accentDot.rgb());
+    EXPECT_EQ(inPart(2).rgb(), Theme::diffRemoved.in(view.palette()).rgb());
 }
