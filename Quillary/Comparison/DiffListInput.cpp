@@ -81,16 +81,20 @@ void DiffList::copy() const {
     }
 }
 
-/// To the item that lies about a viewport's height away, and on by one where a single item is that high.
+/// To the furthest item that begins within a viewport's height, and on by one where a single item is that high.
 void DiffList::moveByPage(int direction, bool extends) {
     const qsizetype last = static_cast<qsizetype>(m_items.size()) - 1;
     const qsizetype from = m_current.value_or(m_strips.itemOf(m_anchor.strip));
     const qint64 page = std::max(1, viewport()->height() - 2 * m_metrics.pitch);
-    const qint64 y = m_strips.top(m_strips.firstStrip(from)) + direction * page;
-    const qsizetype there = m_strips.itemOf(m_strips.stripAt(std::max<qint64>(0, y)));
+    const qint64 y = std::max<qint64>(0, m_strips.top(m_strips.firstStrip(from)) + direction * page);
+    const qsizetype there = m_strips.itemOf(m_strips.stripAt(y));
     const qsizetype next = from + direction;
-    setCurrentItem(std::clamp<qsizetype>(direction < 0 ? std::min(there, next) : std::max(there, next), 0, last),
-                   extends);
+    if (direction > 0) {
+        setCurrentItem(std::min(std::max(there, next), last), extends);
+    } else {
+        const qsizetype first = m_strips.top(m_strips.firstStrip(there)) < y ? there + 1 : there;
+        setCurrentItem(std::max<qsizetype>(std::min(first, next), 0), extends);
+    }
 }
 
 void DiffList::keyPressEvent(QKeyEvent* event) {

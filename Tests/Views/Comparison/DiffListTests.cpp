@@ -168,6 +168,24 @@ TEST_F(DiffListOf, PageKeysMoveByAboutAViewport) {
         press(Qt::Key_PageDown);
     }
     EXPECT_EQ(m_list.currentItem(), 99);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(m_list.currentItem(), 99 - page);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(m_list.currentItem(), 99);
+}
+
+TEST_F(DiffListOf, PageKeysPassALineThatIsHigherThanThePage) {
+    const QString high = u"parola "_s.repeated(2000);
+    compare(u"a\nb\n"_s + high + u"\nc\nd"_s, u"a\nb\n"_s + high + u"\nc\ne"_s);
+    press(Qt::Key_Home);
+    for (const int expected : {2, 3, 4, 4}) {
+        press(Qt::Key_PageDown);
+        EXPECT_EQ(m_list.currentItem(), expected);
+    }
+    for (const int expected : {3, 2, 0, 0}) {
+        press(Qt::Key_PageUp);
+        EXPECT_EQ(m_list.currentItem(), expected);
+    }
 }
 
 TEST_F(DiffListOf, GoesFromChangeToChange) {
