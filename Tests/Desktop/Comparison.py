@@ -5,7 +5,7 @@ import os
 import unittest
 
 from desktop import DesktopTest
-from program import EDITOR, extents, has_state
+from program import EDITOR, children, extents, has_state
 from screen import held, wait_for, xdotool
 
 
@@ -58,6 +58,26 @@ class Comparison(DesktopTest):
 
     def await_current(self, program, name):
         wait_for(f"the cursor on {name}", lambda: has_state(program.find_row(name, "Confronto"), "FOCUSED"))
+
+    @staticmethod
+    def at_place(program, place):
+        row = program.find_list("Confronto").get_child_at_index(place)
+        row.clear_cache()
+        return row
+
+    @staticmethod
+    def current_place(program):
+        """The place in the list of the row with the cursor; none without one."""
+        return next((place for place, row in enumerate(children(program.find_list("Confronto")))
+                     if has_state(row, "FOCUSED")), None)
+
+    def await_current_place(self, program, place):
+        wait_for(f"the cursor in row {place}", lambda: has_state(self.at_place(program, place), "FOCUSED"))
+
+    def is_on_show(self, program, place):
+        rows = extents(program.find_list("Confronto"))
+        row = extents(self.at_place(program, place))
+        return rows.y <= row.y and row.y + row.height <= rows.y + rows.height
 
     def paste_into_new_note(self, program):
         """What the clipboard holds, by way of a note made of it."""
@@ -168,15 +188,72 @@ class Comparison(DesktopTest):
         program.keys("shift+ctrl+d")
         wait_for("the new text", lambda: any("altro" in name for name in self.lines(program)))
 
+    def test_pages_and_ends(self):
+        old = [f"riga {number}" for number in range(1, 101)]
+        program = self.begin_comparison(old, old[:49] + ["riga cinquanta"] + old[50:])
+        program.click_button("Tutte le righe")
+        wait_for("all rows", lambda: len(self.lines(program)) == 100)
+        program.keys("End")
+        self.await_current_place(program, 99)
+        self.assertTrue(self.is_on_show(program, 99))
+        self.assertFalse(self.is_on_show(program, 0))
+
+        # A page is what the window shows, but for a row or two; it ends at the first row and at the last.
+        shown = extents(program.find_list("Confronto")).height // extents(self.at_place(program, 99)).height
+        program.keys("Prior")
+        wait_for("a page up", lambda: self.current_place(program) not in (None, 99))
+        page = 99 - self.current_place(program)
+        self.assertTrue(shown - 6 <= page <= shown, f"{page} of {shown} rows")
+        self.assertTrue(self.is_on_show(program, 99 - page))
+        program.keys("Next")
+        self.await_current_place(program, 99)
+        program.keys(*["Prior"] * (99 // page + 1))
+        self.await_current_place(program, 0)
+        program.keys("Next")
+        self.await_current_place(program, page)
+        program.keys("Home")
+        self.await_current_place(program, 0)
+        self.assertTrue(self.is_on_show(program, 0))
+
+        # The change is out of sight until it is gone to, and then in the middle.
+        self.assertFalse(self.is_on_show(program, 49))
+        program.keys("alt+Down")
+        self.await_current_place(program, 49)
+        rows = extents(program.find_list("Confronto"))
+        change = extents(self.at_place(program, 49))
+        self.assertLess(abs(change.y + change.height / 2 - rows.y - rows.height / 2), 2 * change.height)
+
     def test_ends_when_a_note_goes_away(self):
         program = self.begin_comparison()
         self.expect_lines(program, self.FOLDED)
         os.remove(os.path.join(self.notes, "Seconda.md"))
         program.expect_rows(["Prima"])
-        wait_for("the comparison to go", lambda: not program.find("list", "Confronto"))
-        self.display.picture(self.id() + ".one")
-        program.click_row("Prima")
         wait_for("the note", lambda: program.find("text", EDITOR))
+        self.assertIsNone(program.find("list", "Confronto"))
+        self.display.picture(self.id() + ".one")
+        # The keys are the editor's again, those too that mean several notes while there are several.
+        program.keys("ctrl+Home", "Delete")
+        program.type("R")
+        wait_for("the saved text", lambda: self.read("Prima.md").startswith("Riga 1\n"))
+
+    def test_ends_when_its_notes_are_trashed(self):
+        program = self.begin_comparison()
+        self.expect_lines(program, self.FOLDED)
+        self.write("Terza.md", "resta\n")
+        program.expect_rows(["Prima", "Seconda", "Terza"])
+        program.keys("Delete")
+        wait_for("the question", lambda: program.find("dialog", "Spostare 2 note nel Cestino?"))
+        program.keys("Escape")
+        wait_for("the question to go", lambda: not program.find("dialog"))
+        self.assertEqual(self.FOLDED, self.lines(program))
+
+        wait_for("the focus", program.is_active)
+        program.keys("Delete")
+        wait_for("the default answer", lambda: program.has_focus("push button", "Sposta nel Cestino"))
+        program.keys("Return")
+        program.expect_rows(["Terza"])
+        wait_for("the note", lambda: program.title() == "Terza" and program.find("text", EDITOR))
+        self.assertIsNone(program.find("list", "Confronto"))
 
 
 if __name__ == "__main__":
