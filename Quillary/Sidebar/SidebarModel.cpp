@@ -26,7 +26,8 @@ constexpr auto arrivalDelay = 100ms;
 
 } // namespace
 
-SidebarModel::SidebarModel(NotesStore& store, QObject* parent) : QAbstractListModel(parent), m_store(store) {
+SidebarModel::SidebarModel(NotesStore& store, QObject* parent)
+    : QAbstractListModel(parent), m_store(store), m_midnight([this] { dayChanged(); }) {
     m_updateTimer.setSingleShot(true);
     connect(&m_updateTimer, &QTimer::timeout, this, &SidebarModel::update);
     const auto updateSoon = [this] { updateWithin(0ms); };
@@ -42,13 +43,6 @@ SidebarModel::SidebarModel(NotesStore& store, QObject* parent) : QAbstractListMo
     connect(&store, &NotesStore::noteChanged, this,
             [this](const NoteItem* note, NoteField field) { noteChanged(*note, field); });
 
-    m_midnightTimer.setSingleShot(true);
-    m_midnightTimer.setTimerType(Qt::VeryCoarseTimer);
-    connect(&m_midnightTimer, &QTimer::timeout, this, [this] {
-        update();
-        repaintAll();
-        awaitMidnight();
-    });
     awaitMidnight();
     m_rows = currentRows();
 }
@@ -261,10 +255,15 @@ void SidebarModel::takeContents(std::vector<SidebarRow> rows) {
     }
 }
 
+/// At midnight, and when the clock is set: what is of today may be of yesterday.
+void SidebarModel::dayChanged() {
+    update();
+    repaintAll();
+    awaitMidnight();
+}
+
 void SidebarModel::awaitMidnight() {
-    const QDateTime present = QDateTime::currentDateTime();
-    const QDateTime midnight = present.date().addDays(1).startOfDay();
-    m_midnightTimer.start(std::chrono::milliseconds(present.msecsTo(midnight)) + 1s);
+    m_midnight.set(QDateTime::currentDateTime().date().addDays(1).startOfDay());
 }
 
 } // namespace quillary

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/Platform/WallClockAlarm.h"
 #include "Quillary/Sidebar/SidebarRow.h"
 #include "Quillary/State/NotesStore.h"
 
@@ -66,6 +67,7 @@ private:
     std::vector<SidebarRow> currentRows();
     void apply(std::vector<SidebarRow> rows);
     void takeContents(std::vector<SidebarRow> rows);
+    void dayChanged();
     void awaitMidnight();
 
     NotesStore& m_store;
@@ -74,7 +76,7 @@ private:
     mutable QHash<NoteID, int> m_notePlaces;
     bool m_isSearching = false;
     QTimer m_updateTimer;
-    QTimer m_midnightTimer;
+    WallClockAlarm m_midnight;
 };
 
 } // namespace quillary
