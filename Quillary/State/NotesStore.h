@@ -23,6 +23,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <sys/types.h>
 #include <type_traits>
 #include <vector>
 
@@ -410,7 +411,9 @@ private:
 
     // NotesStoreDisk.cpp
     void rebuildWatchers();
-    void renewWatchersIfNeeded();
+    bool areWatchersCurrent() const;
+    void mountsDidChange();
+    bool isVolumeGone(const NoteFileStore::Listing& listing) const;
     void awaitReturn();
     void syncFolders(const QStringList& names);
     void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);
@@ -476,6 +479,7 @@ private:
     std::unique_ptr<MountWatcher> m_mountWatcher;
     DelayedTask m_refreshTask;
     bool m_isLoaded = false;
+    std::optional<dev_t> m_device;
     QHash<FilePath, std::weak_ptr<NoteItem>> m_preloading;
     DelayedTask m_preloadTask;
     TextPreloader m_preloader;

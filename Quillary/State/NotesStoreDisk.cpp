@@ -6,11 +6,25 @@
 
 #include <algorithm>
 #include <chrono>
+#include <sys/stat.h>
 #include <utility>
 
 namespace quillary {
 
+namespace {
+
+/// The file system that a directory is on, also one that a link leads to.
+std::optional<dev_t> deviceOf(const FilePath& directory) {
+    struct stat status = {};
+    return stat(directory.bytes().constData(), &status) == 0 ? std::optional(status.st_dev) : std::nullopt;
+}
+
+} // namespace
+
 void NotesStore::rebuildWatchers() {
+    if (!m_mountWatcher) {
+        m_mountWatcher = MountWatcher::watch([this] { mountsDidChange(); });
+    }
     std::vector<std::unique_ptr<DirectoryWatcher>> watchers;
     const auto watch = [&](const FilePath& directory) {
         if (auto watcher = DirectoryWatcher::watch(directory, [this] { scheduleRefresh(); })) {
@@ -22,21 +36,34 @@ void NotesStore::rebuildWatchers() {
         watch(m_fileStore.folderURL(folder));
     }
     m_watchers = std::move(watchers);
+    m_device = deviceOf(m_fileStore.directory());
 }
 
-/// A directory that was replaced by another of its name has lost its watcher.
-void NotesStore::renewWatchersIfNeeded() {
-    const bool areComplete = m_watchers.size() == std::size_t(m_folders.size()) + 1;
-    if (!areComplete || !std::ranges::all_of(m_watchers, [](const auto& watcher) { return watcher->isCurrent(); })) {
-        rebuildWatchers();
+/// Whether every directory has its watcher: one that was replaced by another of its name has lost it.
+bool NotesStore::areWatchersCurrent() const {
+    return m_watchers.size() == std::size_t(m_folders.size()) + 1 &&
+           std::ranges::all_of(m_watchers, [](const auto& watcher) { return watcher->isCurrent(); });
+}
+
+/// A volume that is mounted over a directory hides it without a word to those who watch it.
+void NotesStore::mountsDidChange() {
+    if (!areWatchersCurrent()) {
+        scheduleRefresh();
     }
 }
 
-/// Watches for the return of a directory that can't be listed, as when its volume went away: on the nearest directory
-/// above it, and on the table of mounts.
+/// Whether the directory is only what an unmounted volume left in its place: nothing, on another file system.
+bool NotesStore::isVolumeGone(const NoteFileStore::Listing& listing) const {
+    const bool isEmpty = listing.notes.isEmpty() && listing.folders.isEmpty();
+    const bool wasEmpty = m_notes.isEmpty() && m_folders.isEmpty();
+    return isEmpty && !wasEmpty && deviceOf(m_fileStore.directory()) != m_device;
+}
+
+/// Watches for the return of a directory that can't be listed, as when its volume went away, on the nearest directory
+/// above it. A mount is told of anyway.
 void NotesStore::awaitReturn() {
     const FilePath& directory = m_fileStore.directory();
-    const bool wasThere = fileStatus(directory).hasValue();
+    const auto before = deviceOf(directory);
     FilePath above = directory.parent();
     while (!fileStatus(above) && above != above.parent()) {
         above = above.parent();
@@ -45,10 +72,7 @@ void NotesStore::awaitReturn() {
         m_returnWatcher = DirectoryWatcher::watch(
             above, [this] { scheduleRefresh(); }, DirectoryWatcher::Entries::all);
     }
-    if (!m_mountWatcher) {
-        m_mountWatcher = MountWatcher::watch([this] { scheduleRefresh(); });
-    }
-    if (!wasThere && fileStatus(directory)) {
+    if (const auto after = deviceOf(directory); after && after != before) {
         // It came back before anybody watched.
         scheduleRefresh();
     }
@@ -60,7 +84,7 @@ void NotesStore::scheduleRefresh() {
 
 void NotesStore::refreshFromDisk() {
     const auto listing = m_fileStore.list();
-    if (!listing) {
+    if (!listing || isVolumeGone(*listing)) {
         awaitReturn();
         return;
     }
@@ -70,9 +94,10 @@ void NotesStore::refreshFromDisk() {
         return;
     }
     m_returnWatcher.reset();
-    m_mountWatcher.reset();
     syncFolders(listing->folders);
-    renewWatchersIfNeeded();
+    if (!areWatchersCurrent()) {
+        rebuildWatchers();
+    }
 
     QHash<FilePath, NoteItemPtr> known;
     known.reserve(m_notes.size());

@@ -1,5 +1,7 @@
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
+#include "Tests/Support/OwnMounts.h"
+
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
@@ -9,6 +11,7 @@
 
 /// The state needs a clipboard, and directories of its own for preferences and trash.
 int main(int argc, char** argv) {
+    quillary::test::enterOwnMounts();
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("QT_QPA_PLATFORM", "offscreen");
     std::setlocale(LC_ALL, "C.UTF-8");
