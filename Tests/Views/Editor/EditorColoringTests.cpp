@@ -346,6 +346,11 @@ TEST_F(EditorColoringTest, LongNotesThatAreLoadedAreLaidOutAheadOfTime) {
     ZoomableTextView* const warmed = view();
     select(u"Lunga"_s);
     EXPECT_EQ(&textView(), warmed);
+
+    // One that another program makes long is found as well, though there was nothing to lay out for a while.
+    write(u"Quasi.txt"_s, u"x"_s.repeated(200'001));
+    m_store->refreshFromDisk();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return note(u"Quasi"_s)->document()->editorView.get() != nullptr; }, 20'000));
 }
 
 } // namespace
