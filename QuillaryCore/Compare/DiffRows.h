@@ -2,9 +2,8 @@
 
 #include "QuillaryCore/Compare/DiffRow.h"
 #include "QuillaryCore/Compare/TextLines.h"
+#include "QuillaryCore/IndexIterator.h"
 
-#include <cstddef>
-#include <iterator>
 #include <memory>
 #include <span>
 #include <vector>
@@ -38,29 +37,7 @@ public:
         std::vector<DiffSegmentEnd> ends;
     };
 
-    class Iterator {
-    public:
-        using iterator_category = std::input_iterator_tag;
-        using value_type = DiffRow;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = DiffRow;
-
-        Iterator(const DiffRows* rows, qsizetype index) : m_rows(rows), m_index(index) {}
-
-        DiffRow operator*() const { return (*m_rows)[m_index]; }
-
-        Iterator& operator++() {
-            ++m_index;
-            return *this;
-        }
-
-        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_index == b.m_index; }
-
-    private:
-        const DiffRows* m_rows;
-        qsizetype m_index;
-    };
+    using Iterator = IndexIterator<DiffRows, DiffRow>;
 
     /// No rows.
     DiffRows();

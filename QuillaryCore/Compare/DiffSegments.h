@@ -1,10 +1,9 @@
 #pragma once
 
 #include "QuillaryCore/Compare/DiffSegment.h"
+#include "QuillaryCore/IndexIterator.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <iterator>
 #include <span>
 
 namespace quillary {
@@ -27,29 +26,7 @@ private:
 /// The segments of one line, made when they are asked for.
 class DiffSegments {
 public:
-    class Iterator {
-    public:
-        using iterator_category = std::input_iterator_tag;
-        using value_type = DiffSegment;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = DiffSegment;
-
-        Iterator(const DiffSegments* segments, qsizetype index) : m_segments(segments), m_index(index) {}
-
-        DiffSegment operator*() const { return (*m_segments)[m_index]; }
-
-        Iterator& operator++() {
-            ++m_index;
-            return *this;
-        }
-
-        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_index == b.m_index; }
-
-    private:
-        const DiffSegments* m_segments;
-        qsizetype m_index;
-    };
+    using Iterator = IndexIterator<DiffSegments, DiffSegment>;
 
     /// One unmarked segment that is the whole line.
     explicit DiffSegments(QStringView line) : m_line(line), m_ends(nullptr), m_size(1) {}

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "QuillaryCore/Formats/JSONTreeRow.h"
+#include "QuillaryCore/IndexIterator.h"
 
 #include <cstddef>
-#include <iterator>
 
 namespace quillary {
 
@@ -11,29 +11,7 @@ namespace quillary {
 /// beyond the life of these.
 class JSONTreeRows {
 public:
-    class Iterator {
-    public:
-        using iterator_category = std::input_iterator_tag;
-        using value_type = JSONTreeRow;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = JSONTreeRow;
-
-        Iterator(const JSONTreeRows* rows, qsizetype row) : m_rows(rows), m_row(row) {}
-
-        JSONTreeRow operator*() const { return (*m_rows)[m_row]; }
-
-        Iterator& operator++() {
-            ++m_row;
-            return *this;
-        }
-
-        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_row == b.m_row; }
-
-    private:
-        const JSONTreeRows* m_rows;
-        qsizetype m_row;
-    };
+    using Iterator = IndexIterator<JSONTreeRows, JSONTreeRow>;
 
     /// No rows.
     JSONTreeRows() = default;
