@@ -143,10 +143,7 @@ public:
     }
 
     void print(double own, const char* peerName, double peer, double aim, double floor) const {
-        const double ratio = own / peer;
-        std::printf("%-44s %9.2f ms   %-24s %9.2f ms   ratio %5.2f (aim %.2f, floor %.2f)%s\n", m_task, own, peerName,
-                    peer, ratio, aim, floor, ratio > floor ? "  BELOW THE FLOOR" : "");
-        std::fflush(stdout);
+        reportRatio(m_task, own, "ms", peerName, peer, aim, floor);
     }
 
 private:
@@ -165,8 +162,6 @@ private:
     QTemporaryDir m_directory;
 };
 
-constexpr double never = std::numeric_limits<double>::infinity();
-
 long peakKilobytes() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -184,8 +179,8 @@ int main() {
     const Case worst("e: 5,000 lines drawn from the same 400", random.drawn(few, 5000), random.drawn(few, 5000));
     const long before = peakKilobytes();
     const double worstOwn = worst.own();
-    std::printf("e: peak memory %ld KB above the texts (at most %d KB)\n", peakKilobytes() - before,
-                16 * 1024 + 64 * 10'000 / 1024);
+    constexpr double mostKilobytes = 16 * 1024 + 64 * 10'000 / 1024;
+    reportFigure("e: peak memory above the texts", static_cast<double>(peakKilobytes() - before), "KB", mostKilobytes);
     worst.print(worstOwn, "GNU diff -d", worst.gnuDiff(), 1.0, 2.0);
 
     const Lines many = random.lines(20'000);
@@ -194,13 +189,13 @@ int main() {
 
     const Case manyEdits("b: 20,000 lines, 5,000 edits", many, random.edited(many, 5000));
     const double manyOwn = manyEdits.own();
-    manyEdits.print(manyOwn, "libgit2 minimal", manyEdits.libgit2(), 1.0, never);
-    manyEdits.print(manyOwn, "GNU diff -d", manyEdits.gnuDiff(), never, 1.0);
+    manyEdits.print(manyOwn, "libgit2 minimal", manyEdits.libgit2(), 1.0, unbounded);
+    manyEdits.print(manyOwn, "GNU diff -d", manyEdits.gnuDiff(), unbounded, 1.0);
 
     const Case different("c: 5,000 wholly different lines", random.lines(5000), random.lines(5000));
     const double differentOwn = different.own();
-    different.print(differentOwn, "libgit2 minimal", different.libgit2(), 0.5, never);
-    different.print(differentOwn, "GNU diff -d", different.gnuDiff(), never, 1.0);
+    different.print(differentOwn, "libgit2 minimal", different.libgit2(), 0.5, unbounded);
+    different.print(differentOwn, "GNU diff -d", different.gnuDiff(), unbounded, 1.0);
 
     const Lines veryMany = random.lines(200'000);
     const Case large("d: 200,000 lines, 100 edits", veryMany, random.edited(veryMany, 100));
@@ -210,7 +205,7 @@ int main() {
     const Lines inOrder = permuted;
     std::shuffle(permuted.begin(), permuted.end(), std::mt19937(7));
     const Case shuffled("100,000 lines, permuted", inOrder, permuted);
-    std::printf("100,000 lines, permuted: %.2f ms\n", shuffled.own());
+    reportFigure("100,000 lines, permuted", shuffled.own(), "ms");
     git_libgit2_shutdown();
     return 0;
 }

@@ -141,22 +141,11 @@ void compareKeys(const char* task, const QString& text, bool wraps, double aim, 
         task, "QPlainTextEdit", aim, floor, [&] { type(own, count); }, [&] { type(peer, count); });
 }
 
-/// What has no peer that ends in reasonable time.
-template <typename Work>
-void measureAlone(const char* task, double limit, Work&& work) {
-    double best = std::numeric_limits<double>::infinity();
-    for (int round = 0; round < 7; ++round) {
-        best = std::min(best, millisecondsOf(work));
-    }
-    std::printf("%-44s %9.2f ms   (limit %.0f ms)%s\n", task, best, limit, best > limit ? "  OVER THE LIMIT" : "");
-    std::fflush(stdout);
-}
-
 void measureMemory(const char* task, const QString& text) {
     const double before = allocatedBytes();
     const OwnEditor own(QString(text.constData(), text.size()), true);
     const double perUnit = (allocatedBytes() - before) / static_cast<double>(text.size());
-    std::printf("%-44s %9.2f bytes a unit (limit 3)%s\n", task, perUnit, perUnit > 3 ? "  OVER THE LIMIT" : "");
+    reportFigure(task, perUnit, "bytes a unit", 3);
 }
 
 QString jsonOf(qsizetype units) {
@@ -243,9 +232,9 @@ void measureColoredKeys(const char* task, const QString& text, bool wraps) {
     std::sort(times.begin(), times.end());
     const double median = times[keyCount / 2];
     const double nearlyAll = times[keyCount * 99 / 100];
-    std::printf("a key in coloured %-26s %9.2f ms   99 of 100 within %.2f ms (limits 8 and 16)%s\n", task, median,
-                nearlyAll, median > 8 || nearlyAll > 16 ? "  OVER THE LIMIT" : "");
-    std::fflush(stdout);
+    const QByteArray key = QByteArray("a key in coloured ") + task;
+    reportFigure(key, median, "ms", 8);
+    reportFigure(key + ", 99 of 100", nearlyAll, "ms", 16);
 }
 
 std::vector<TextReplacement> replacementsOf(const QString& text, const TextSearch& search) {
@@ -297,10 +286,9 @@ void compareReplaceAll(const QString& text) {
                                }));
     }
     for (const auto& [task, best] : {std::pair("10,000 replaced in 1 MB of lines", replaced), {"undone", undone}}) {
-        std::printf("%-44s %9.2f ms   %-40s %9.2f ms   ratio %5.2f (limit 300 ms)%s\n", task, best.own,
-                    "QPlainTextEdit", best.peer, best.own / best.peer, best.own > 300 ? "  OVER THE LIMIT" : "");
+        reportRatio(task, best.own, "ms", "QPlainTextEdit", best.peer, 1.0, unbounded);
+        reportFigure(task, best.own, "ms", 300);
     }
-    std::fflush(stdout);
 }
 
 /// Two notes that were both on show before, one in the place of the other.

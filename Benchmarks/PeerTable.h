@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Report.h"
+
 #include <algorithm>
-#include <cstdio>
 #include <ctime>
 #include <limits>
 
@@ -43,11 +44,19 @@ Milliseconds compareWithPeer(const char* task, const char* peerName, double aim,
         best.own = std::min(best.own, millisecondsOf(own));
         best.peer = std::min(best.peer, millisecondsOf(peer));
     }
-    const double ratio = best.own / best.peer;
-    std::printf("%-44s %9.2f ms   %-40s %9.2f ms   ratio %5.2f (aim %.2f, floor %.2f)%s\n", task, best.own, peerName,
-                best.peer, ratio, aim, floor, ratio > floor ? "  BELOW THE FLOOR" : "");
-    std::fflush(stdout);
+    reportRatio(task, best.own, "ms", peerName, best.peer, aim, floor);
     return best;
+}
+
+/// The best of seven of what has no peer, and a line of the table.
+template <typename Work>
+void measureAlone(const char* task, double limit, Work&& work) {
+    constexpr int rounds = 7;
+    double best = std::numeric_limits<double>::infinity();
+    for (int round = 0; round < rounds; ++round) {
+        best = std::min(best, millisecondsOf(work));
+    }
+    reportFigure(task, best, "ms", limit);
 }
 
 } // namespace quillary

@@ -106,15 +106,12 @@ void measure(const QByteArray& task, double limit, Work&& work) {
     for (int round = 0; round < rounds; ++round) {
         best = std::min(best, work());
     }
-    std::printf("%-52s %9.2f ms   (limit %.0f)%s\n", task.constData(), best, limit,
-                best > limit ? "  ABOVE THE LIMIT" : "");
-    std::fflush(stdout);
+    reportFigure(task, best, "ms", limit);
 }
 
 void printMemory(const QByteArray& task, double before, const QString& text) {
     const double share = (allocatedBytes() - before) / static_cast<double>(text.size()) / sizeof(QChar);
-    std::printf("%-52s %9.2f times the text (limit 10)%s\n", task.constData(), share,
-                share > 10 ? "  ABOVE THE LIMIT" : "");
+    reportFigure(task, share, "times the text", 10);
 }
 
 template <typename View, typename... Arguments>

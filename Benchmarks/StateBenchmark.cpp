@@ -209,9 +209,9 @@ int main(int argc, char** argv) {
     const double longestHold = longestHoldOfPreload(*store);
     const double textBytes = double(noteBytes) * sizeof(char16_t);
     const double perNote = double(heapBytes() - before) / noteCount - textBytes;
-    std::printf("longest hold of the main thread while texts arrive: %.2f ms (budget of a batch: %d ms)\n", longestHold,
-                int(TextPreloader::batchBudget.count()));
-    std::printf("memory of a note that was never shown, beside its text: %.0f bytes\n", perNote);
+    constexpr double mostMilliseconds = 5;
+    reportFigure("longest hold of the main thread while texts arrive", longestHold, "ms", mostMilliseconds);
+    reportFigure("memory of a note never shown, beside its text", perNote, "bytes");
     keep(kept);
     return 0;
 }

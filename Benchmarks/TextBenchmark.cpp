@@ -246,7 +246,7 @@ void compareColors() {
 }
 
 void printMemory(const char* what, double bytes) {
-    std::printf("%-44s %9.2f bytes a unit\n", what, bytes / static_cast<double>(largeUnits));
+    reportFigure(what, bytes / static_cast<double>(largeUnits), "bytes a unit");
 }
 
 } // namespace

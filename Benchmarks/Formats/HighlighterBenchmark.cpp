@@ -123,14 +123,11 @@ std::optional<double> comparedWithPeer(const Task& task) {
         best.own = std::min(best.own, ownMilliseconds(text, task.language));
         best.peer = std::min(best.peer, peer.run());
     }
-    const double ratio = best.own / best.peer;
-    std::printf(
-        "%-12s %9lld units, %6lld tokens %8.2f ms   KSyntaxHighlighting %8.2f ms   ratio %5.3f (aim %.2f, floor "
-        "%.2f)%s\n",
-        rawValue(task.language).data(), static_cast<long long>(text.size()),
-        static_cast<long long>(SyntaxHighlighter::tokens(text, task.language).size()), best.own, best.peer, ratio, aim,
-        lowest, ratio > lowest ? "  BELOW THE FLOOR" : "");
-    std::fflush(stdout);
+    const QByteArray name = QByteArray(rawValue(task.language).data())
+                                .append(", ")
+                                .append(QByteArray::number(text.size()))
+                                .append(" units");
+    reportRatio(name, best.own, "ms", "KSyntaxHighlighting", best.peer, aim, lowest);
     return best.own;
 }
 
@@ -150,9 +147,7 @@ int main(int argc, char** argv) {
         if (usual == ordinary.end()) {
             continue;
         }
-        const double ratio = own / usual->second;
-        std::printf("%-40s %8.2f ms   %5.2f of the ordinary (at most %.0f)%s\n", source.name, own, ratio,
-                    mostForHostile, ratio > mostForHostile ? "  TOO SLOW" : "");
+        reportFigure(source.name, own / usual->second, "of the ordinary", mostForHostile);
     }
     return 0;
 }

@@ -114,18 +114,9 @@ void printMemory(const QByteArray& text) {
     const std::size_t peer = heldBytes() - peerBefore;
     keep(value.hasValue());
     const double size = static_cast<double>(text.size());
-    std::printf("%-44s %9.2f MB   %-40s %9.2f MB   %.2f times the text, which is counted in (aim 2.00)\n",
-                "Memory of 30 MB mixed, pretty, parsed", static_cast<double>(own) / 1e6,
-                "RapidJSON, its copy of the strings", static_cast<double>(peer) / 1e6, static_cast<double>(own) / size);
-}
-
-template <typename Work>
-void printAlone(const char* task, Work&& work) {
-    double best = std::numeric_limits<double>::infinity();
-    for (int round = 0; round < 7; ++round) {
-        best = std::min(best, millisecondsOf(work));
-    }
-    std::printf("%-44s %9.2f ms\n", task, best);
+    reportRatio("Memory of 30 MB mixed, pretty, parsed", static_cast<double>(own) / 1e6, "MB",
+                "RapidJSON, its copy of the strings", static_cast<double>(peer) / 1e6, unbounded, unbounded);
+    reportFigure("The same, the text counted in", static_cast<double>(own) / size, "times the text", 2);
 }
 
 } // namespace
@@ -143,23 +134,25 @@ int main() {
 
     const QString text = QString::fromUtf8(mixed);
     const JSONValue value = JSONParser::parse(mixed).value();
-    printAlone("Parse 1 MB mixed from UTF-16", [&] { keep(JSONParser::parse(text).hasValue()); });
-    printAlone("Pretty-print 1 MB mixed", [&] { keep(JSONFormatter::prettyPrinted(value, 2).size()); });
-    printAlone("Minify 1 MB mixed", [&] { keep(JSONFormatter::minified(value).size()); });
-    printAlone("All rows of 1 MB mixed",
-               [&] { keep(JSONTree::rows(value, [](const JSONPath&, qint64) { return true; }).size()); });
+    measureAlone("Parse 1 MB mixed from UTF-16", unbounded, [&] { keep(JSONParser::parse(text).hasValue()); });
+    measureAlone("Pretty-print 1 MB mixed", unbounded, [&] { keep(JSONFormatter::prettyPrinted(value, 2).size()); });
+    measureAlone("Minify 1 MB mixed", unbounded, [&] { keep(JSONFormatter::minified(value).size()); });
+    measureAlone("All rows of 1 MB mixed", unbounded,
+                 [&] { keep(JSONTree::rows(value, [](const JSONPath&, qint64) { return true; }).size()); });
     const JSONValue flat = JSONParser::parse("[" + QByteArray("[],").repeated(333'332) + "[]]").value();
-    printAlone("All rows of 1,000,000 units of empty arrays",
-               [&] { keep(JSONTree::rows(flat, [](const JSONPath&, qint64) { return true; }).size()); });
+    measureAlone("All rows of 1,000,000 units of empty arrays", unbounded,
+                 [&] { keep(JSONTree::rows(flat, [](const JSONPath&, qint64) { return true; }).size()); });
     const QByteArray nest = QByteArray(90, '[') + QByteArray(90, ']');
     const JSONValue nests = JSONParser::parse("[" + QByteArray(nest + ',').repeated(5'500) + "[]]").value();
-    printAlone("All rows of 1 MB in ninety levels",
-               [&] { keep(JSONTree::rows(nests, [](const JSONPath&, qint64) { return true; }).size()); });
+    measureAlone("All rows of 1 MB in ninety levels", unbounded,
+                 [&] { keep(JSONTree::rows(nests, [](const JSONPath&, qint64) { return true; }).size()); });
     const QByteArray deep = QByteArray(100, '[') + QByteArray("1,").repeated(499'900) + "1" + QByteArray(100, ']');
     const JSONValue hostile = JSONParser::parse(deep).value();
-    printAlone("Pretty-print 1 MB at a hundred levels", [&] { keep(JSONFormatter::prettyPrinted(hostile, 2).size()); });
+    measureAlone("Pretty-print 1 MB at a hundred levels", unbounded,
+                 [&] { keep(JSONFormatter::prettyPrinted(hostile, 2).size()); });
     const QByteArray line = '[' + QByteArray("\"citt\xC3\xA0\",").repeated(111'111) + 'x';
-    printAlone("Refuse a line of 1 MB at its end", [&] { keep(JSONParser::parse(line).hasValue()); });
-    printAlone("Refuse it and ask for the column", [&] { keep(JSONParser::parse(line).error().column()); });
+    measureAlone("Refuse a line of 1 MB at its end", unbounded, [&] { keep(JSONParser::parse(line).hasValue()); });
+    measureAlone("Refuse it and ask for the column", unbounded,
+                 [&] { keep(JSONParser::parse(line).error().column()); });
     return 0;
 }
