@@ -59,7 +59,7 @@ MenuBarContent::MenuBarContent(NotesStore* store, AppSettings* settings, QObject
     // It tells the hot key and doesn't listen for it.
     m_showItem->setShortcutContext(Qt::WidgetShortcut);
     m_menu.addSeparator();
-    add(tr("Nuova nota"), [this] { makeNote(); });
+    add(tr("Nuova nota"), [this] { m_store.makeNoteBesideSelected(); });
     add(tr("Nuova nota dagli appunti"), [this] { m_store.createNoteFromClipboard(); });
     m_menu.addSeparator();
     addRecentItems();
@@ -100,11 +100,6 @@ void MenuBarContent::addRecentItems() {
     for (qsizetype index = 0; index < recentCount; ++index) {
         m_recentItems.append(add({}, [this, index] { reveal(index); }));
     }
-}
-
-void MenuBarContent::makeNote() const {
-    const NoteItemPtr selected = m_store.selectedItem();
-    m_store.makeNote({}, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
 }
 
 void MenuBarContent::reveal(qsizetype recent) const {

@@ -30,7 +30,6 @@ Q_SIGNALS:
 private:
     QAction* add(const QString& text, const std::function<void()>& command);
     void addRecentItems();
-    void makeNote() const;
     void reveal(qsizetype recent) const;
     void updateShortcut();
     void updateRecentItems();

@@ -106,8 +106,7 @@ void AppDelegate::activate(const QString& activationToken) {
 
 void AppDelegate::performAction(const QString& name) {
     if (name == "new-note"_L1) {
-        const NoteItemPtr selected = store().selectedItem();
-        store().makeNote({}, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
+        store().makeNoteBesideSelected();
     } else if (name == "new-note-from-clipboard"_L1) {
         store().createNoteFromClipboard();
     }

@@ -59,7 +59,7 @@ void QuillaryCommands::addCustom(QMenu& menu, ShortcutAction action) {
 
 void QuillaryCommands::addFileMenu() {
     QMenu& menu = addMenu(tr("&File"));
-    m_newNote = add(menu, tr("Nuova nota"), Qt::CTRL | Qt::Key_N, [this] { makeNote(); });
+    m_newNote = add(menu, tr("Nuova nota"), Qt::CTRL | Qt::Key_N, [this] { m_store.makeNoteBesideSelected(); });
     m_newNote->setToolTip(tr("Nuova nota (⌘N)"));
     m_newNote->setIcon(symbolIcon(Symbol::newNote));
     m_newNote->setIconVisibleInMenu(false);
@@ -216,11 +216,6 @@ void QuillaryCommands::withSelectedNote(const std::function<void(NoteItem&)>& co
     if (const NoteItemPtr note = m_store.selectedItem()) {
         command(*note);
     }
-}
-
-void QuillaryCommands::makeNote() const {
-    const NoteItemPtr selected = m_store.selectedItem();
-    m_store.makeNote({}, {}, {}, false, selected == nullptr ? std::nullopt : selected->folder());
 }
 
 void QuillaryCommands::zoom(int steps) const {

@@ -59,7 +59,6 @@ private:
     void addWindowMenu();
 
     void withSelectedNote(const std::function<void(NoteItem&)>& command) const;
-    void makeNote() const;
     void zoom(int steps) const;
     void updateShortcuts();
 

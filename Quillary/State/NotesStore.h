@@ -227,6 +227,10 @@ public:
                          std::optional<NoteFormat> format = {}, bool showPreview = false,
                          const std::optional<QString>& folder = {});
 
+    /// Makes a note as makeNote does, in the folder of the selected note if there is one.
+    NoteItemPtr makeNoteBesideSelected(const std::optional<QString>& title = {}, const QString& contents = {},
+                                       std::optional<NoteFormat> format = {}, bool showPreview = false);
+
     /// Makes a note of the text on the clipboard: shown as a preview if its format is clear, empty if there is no text.
     void createNoteFromClipboard();
 

@@ -14,10 +14,9 @@ using namespace Qt::StringLiterals;
 void NotesStore::createNoteFromClipboard() {
     const Desktop* const desktop = AppActions::shared().desktop;
     const QString text = desktop ? desktop->clipboardText().value_or(QString()) : QString();
-    const NoteItemPtr selected = selectedItem();
     const auto format =
         !text.isEmpty() && m_settings->autoDetectFormat() ? detectFormatOf(text) : std::optional<NoteFormat>();
-    makeNote({}, text, format, format.has_value(), selected ? selected->folder() : std::nullopt);
+    makeNoteBesideSelected({}, text, format, format.has_value());
 }
 
 void NotesStore::importFiles() {

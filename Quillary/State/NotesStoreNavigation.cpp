@@ -156,14 +156,13 @@ void NotesStore::selectVisible(qsizetype at) {
 void NotesStore::commitSearch() {
     const QString query = trimmedOfBlanks(m_searchQuery).toString();
     const QList<NoteItemPtr> visible = visibleNotes();
-    const NoteItemPtr selected = selectedItem();
     if (visible.isEmpty() && !query.isEmpty()) {
-        makeNote(query, {}, {}, false, selected ? selected->folder() : std::nullopt);
+        makeNoteBesideSelected(query);
         return;
     }
     if (visible.isEmpty()) {
         setSelectedID({});
-    } else if (!visible.contains(selected)) {
+    } else if (!visible.contains(selectedItem())) {
         setSelectedID(visible.first()->id());
     }
     setSearchQuery({});

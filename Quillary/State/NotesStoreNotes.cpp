@@ -51,6 +51,12 @@ NoteItemPtr NotesStore::makeNote(const std::optional<QString>& title, const QStr
     return note;
 }
 
+NoteItemPtr NotesStore::makeNoteBesideSelected(const std::optional<QString>& title, const QString& contents,
+                                               std::optional<NoteFormat> format, bool showPreview) {
+    const NoteItemPtr selected = selectedItem();
+    return makeNote(title, contents, format, showPreview, selected ? selected->folder() : std::nullopt);
+}
+
 void NotesStore::textDidChange(NoteItem& item, NoteDocument& document, bool detectFormat) {
     item.setDirty(true);
     item.setCharacterCount(document.length());
