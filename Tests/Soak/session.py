@@ -15,7 +15,7 @@ from hands import Ended, turn_key_repetition_off
 from oracle import PATIENCE, Breach
 from others import Others
 from program import Quillary
-from screen import Display
+from screen import Display, xdotool
 from vitals import Vitals
 
 FOLDERS = ("Lavoro", "Viaggi", "Casa")
@@ -28,6 +28,8 @@ RESIDENT_GAIN = 48
 DESCRIPTOR_GAIN = 8
 # Of one processor, at rest. Nothing but the blinking caret has a reason to run.
 IDLE_SHARE = 0.01
+# A second, of a program that nobody sees.
+IDLE_WAKEUPS = 1
 
 
 class Session(Others):
@@ -143,18 +145,29 @@ class Session(Others):
         time.sleep(1)
         self.wait_for_input()
         vitals = Vitals(self.program.process.pid)
-        share, wakeups = vitals.rest(3)
-        if share > IDLE_SHARE:
-            # Something of another program may have come in between; twice it doesn't.
-            share, wakeups = vitals.rest(3)
-        if self.is_killed:
-            raise Ended
+        share, wakeups = self.rest(vitals, lambda share, wakeups: share < IDLE_SHARE)
+        xdotool("windowminimize", self.program.window)
+        time.sleep(1)
+        self.wait_for_input()
+        _, hidden_wakeups = self.rest(vitals, lambda share, wakeups: wakeups < IDLE_WAKEUPS)
+        self.face_the_window()
         now = vitals.resident_mebibytes(), vitals.descriptors()
         first = self.at_rest = self.at_rest or now
-        self.report.vitals(*now, first, share, wakeups)
+        self.report.vitals(*now, first, share, wakeups, hidden_wakeups)
         if share > IDLE_SHARE:
             raise Breach(f"at rest the program takes {share:.1%} of a processor")
+        if hidden_wakeups > IDLE_WAKEUPS:
+            raise Breach(f"at rest and out of sight the program wakes up {hidden_wakeups:.1f} times a second")
         if now[0] - first[0] > RESIDENT_GAIN:
             raise Breach(f"the resident memory grew from {first[0]:.0f} to {now[0]:.0f} MiB")
         if now[1] - first[1] > DESCRIPTOR_GAIN:
             raise Breach(f"the descriptors grew from {first[1]} to {now[1]}")
+
+    def rest(self, vitals, is_idle):
+        """What a rest takes; once more if something of another program came in between: twice it doesn't."""
+        answer = vitals.rest(3)
+        if not is_idle(*answer):
+            answer = vitals.rest(3)
+        if self.is_killed:
+            raise Ended
+        return answer

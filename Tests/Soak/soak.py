@@ -33,9 +33,10 @@ class Report:
             self.line()
             self.next_line += 60
 
-    def vitals(self, resident, descriptors, first, share, wakeups):
+    def vitals(self, resident, descriptors, first, share, wakeups, hidden_wakeups):
         self.last_vitals = (f"{resident:.0f} MiB ({resident - first[0]:+.0f}), {descriptors} descriptors "
-                            f"({descriptors - first[1]:+d}), at rest {share:.2%} of a processor, {wakeups:.1f} wake-ups a second")
+                            f"({descriptors - first[1]:+d}), at rest {share:.2%} of a processor and {wakeups:.1f} wake-ups a second, "
+                            f"{hidden_wakeups:.1f} out of sight")
 
     def line(self):
         session = self.session
