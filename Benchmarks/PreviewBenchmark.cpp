@@ -156,6 +156,67 @@ void measureScrolling(const char* name, Window& window, std::unique_ptr<View> vi
     });
 }
 
+/// Notes that are nothing but blocks of a few units, of which a preview has to keep the most.
+void measureSmallBlocks(Window& window) {
+    QList<std::pair<QByteArray, QString>> texts;
+    for (const auto& [name, part] : {std::pair("paragraphs of one letter", u"a\n\n"_s),
+                                     std::pair("headings of one letter", u"# a\n"_s),
+                                     std::pair("headings without text", u"#\n"_s),
+                                     std::pair("rules", u"---\n"_s),
+                                     std::pair("items of one letter", u"- a\n"_s),
+                                     std::pair("items without text", u"-\n"_s),
+                                     std::pair("numbered items of one letter", u"1. a\n"_s),
+                                     std::pair("numbered items without text", u"1.\n"_s),
+                                     std::pair("tasks", u"- [ ] a\n"_s),
+                                     std::pair("items and headings by turns", u"-\n#\n"_s),
+                                     std::pair("lists of both kinds by turns", u"-\n1.\n"_s),
+                                     std::pair("quotes of one letter", u">a\n\n"_s),
+                                     std::pair("quotes and items by turns", u">a\n-\n"_s),
+                                     std::pair("items within items", u"- "_s),
+                                     std::pair("numbered items in each other", u"1. "_s),
+                                     std::pair("quotes and items in each other", u"> - "_s),
+                                     std::pair("code blocks without code", u"~~~a\n~~~\n"_s),
+                                     std::pair("tables of one cell", u"|\n|-\n\n"_s),
+                                     std::pair("code spans of one letter", u"`a`b"_s),
+                                     std::pair("links of one letter", u"[a](b)"_s)}) {
+        texts.emplaceBack(name, filled(part));
+    }
+    texts.emplaceBack("a table of empty rows", u"|a|\n|-|\n"_s + filled(u"|\n"_s));
+    texts.emplaceBack("a table of rows of one letter", u"|a|\n|-|\n"_s + filled(u"|a\n"_s));
+    constexpr qsizetype columns = 100'000;
+    texts.emplaceBack("a table of 100,000 columns and rows", u'|' + QString(u"a|"_s).repeated(columns) + u"\n|" +
+                                                                 QString(u"-|"_s).repeated(columns) + u'\n' +
+                                                                 QString(u"b|\n"_s).repeated(columns));
+    for (const auto& [name, text] : texts) {
+        measurePreview<MarkdownPreview>(QByteArray("Markdown, ").append(name).constData(), window, text,
+                                        MarkdownPreview::OpenLink());
+    }
+    MarkdownPreview view(filled(u"# a\n"_s), baseSize, {});
+    window.put(view);
+    measure("Markdown, the last of 250,000 anchors", 100,
+            [&] { return millisecondsOf([&] { keep(view.followLink(u"#a-249999"_s)); }); });
+}
+
+/// Lines of tables whose cells are long or full of marks.
+void measureLargeCells(Window& window) {
+    const QString head = u"|a|b|\n|-|-|\n|"_s;
+    const QString sixty = u'|' + QString(u"a|"_s).repeated(60) + u"\n|" + QString(u"-|"_s).repeated(60) + u"\n|";
+    const QString words = filled(u"parola "_s).first(16'000) + u'|';
+    const QList<std::pair<const char*, QString>> cases = {
+        {"Markdown, a cell of code spans", head + filled(u"`a`b "_s)},
+        {"Markdown, a cell of 12,000 units of marks", head + filled(u"*a*b "_s).first(12'000)},
+        {"Markdown, a cell of marks without end", head + filled(u"*a_[b`"_s)},
+        {"Markdown, a cell of one word", head + QString(units, u'x')},
+        {"Markdown, sixty cells of 16,000 units in a line", sixty + words.repeated(60)},
+    };
+    for (const auto& [name, text] : cases) {
+        measurePreview<MarkdownPreview>(name, window, text, MarkdownPreview::OpenLink());
+        auto view = std::make_unique<MarkdownPreview>(text, baseSize, MarkdownPreview::OpenLink());
+        MarkdownPreview& area = *view;
+        measureScrolling(name, window, std::move(view), area);
+    }
+}
+
 void measureMarkdown(Window& window) {
     struct Case {
         const char* name;
@@ -268,6 +329,8 @@ int main(int argc, char** argv) {
     QApplication::setStyle(new Style);
     Window window;
     measureMarkdown(window);
+    measureSmallBlocks(window);
+    measureLargeCells(window);
     measureJSON(window);
     measureCSV(window);
     compareMarkdown(window);

@@ -108,7 +108,7 @@ double MarkdownPreview::estimatedHeight(const MarkdownRow& row) const {
     const double gap = m_style.gap(row.gap);
     switch (row.kind) {
     case MarkdownRow::Kind::code: {
-        const auto lines = static_cast<double>(row.text.count(u'\n') + 1);
+        const auto lines = static_cast<double>(m_rows.rawText(row).count(u'\n') + 1);
         return gap + lines * (m_style.codeLineHeight + m_style.codeLineSpacing) +
                ((row.isFirst ? 1 : 0) + (row.isLast ? 1 : 0)) * MarkdownStyle::codePadding;
     }
@@ -124,10 +124,10 @@ double MarkdownPreview::estimatedHeight(const MarkdownRow& row) const {
     }
     const bool isHeading = row.kind == MarkdownRow::Kind::heading;
     const double scale = isHeading ? m_style.headingSize(row.level) / m_style.baseSize : 1;
-    const auto units = static_cast<double>(row.source >= 0 ? row.length : row.text.size());
+    const auto units = static_cast<double>(m_rows.lengthOf(row));
     const double width = contentWidth(row);
     const double lines = std::max(std::ceil(units * m_style.averageAdvance * scale / std::max(width, 1.0)),
-                                  static_cast<double>(row.text.count(u'\n') + 1));
+                                  static_cast<double>(m_rows.rawText(row).count(u'\n') + 1));
     double height = lines * m_style.lineHeight * scale;
     if (!isHeading) {
         height += (lines - 1) * m_style.lineSpacing;
@@ -154,26 +154,26 @@ double MarkdownPreview::contentWidth(const MarkdownRow& row) const {
 }
 
 const MarkdownTableColumns& MarkdownPreview::columnsOf(const MarkdownRow& row) const {
-    std::unique_ptr<MarkdownTableColumns>& columns = m_columns[row.source];
+    std::unique_ptr<MarkdownTableColumns>& columns = m_columns[row.part.source];
     if (!columns) {
-        columns = std::make_unique<MarkdownTableColumns>(m_rows.tables[static_cast<std::size_t>(row.source)], m_style,
-                                                         contentWidth(row));
+        columns = std::make_unique<MarkdownTableColumns>(m_rows.tables[static_cast<std::size_t>(row.part.source)],
+                                                         m_style, contentWidth(row));
     }
     return *columns;
 }
 
 const QList<SyntaxToken>* MarkdownPreview::tokensOf(const MarkdownRow& row) const {
-    const MarkdownRows::Code& code = m_rows.codes[static_cast<std::size_t>(row.source)];
+    const MarkdownRows::Code& code = m_rows.codes[static_cast<std::size_t>(row.part.source)];
     const std::optional<SyntaxLanguage> language = syntaxLanguageFromFenceName(code.language);
     if (!language) {
         return nullptr;
     }
-    if (const QList<SyntaxToken>* const known = m_tokens.object(row.source)) {
+    if (const QList<SyntaxToken>* const known = m_tokens.object(row.part.source)) {
         return known;
     }
     auto* const tokens = new QList<SyntaxToken>(SyntaxHighlighter::tokens(code.text, *language));
-    m_tokens.insert(row.source, tokens, static_cast<int>(std::min<qsizetype>(tokens->size() + 1, keptTokens)));
-    return m_tokens.object(row.source);
+    m_tokens.insert(row.part.source, tokens, static_cast<int>(std::min<qsizetype>(tokens->size() + 1, keptTokens)));
+    return m_tokens.object(row.part.source);
 }
 
 const MarkdownRowLayout& MarkdownPreview::layoutOf(qsizetype index) const {
@@ -185,14 +185,14 @@ const MarkdownRowLayout& MarkdownPreview::layoutOf(qsizetype index) const {
     MarkdownRowLayout::Context context{m_rows, m_style, palette(), contentWidth(laidOut)};
     if (laidOut.kind == MarkdownRow::Kind::table) {
         context.columns = &columnsOf(laidOut);
-        context.viewLeft = sideways({laidOut.kind, laidOut.source});
+        context.viewLeft = sideways(laidOut);
     } else if (laidOut.kind == MarkdownRow::Kind::code) {
         context.tokens = tokensOf(laidOut);
     }
     layout = std::make_unique<MarkdownRowLayout>(laidOut, context);
     m_heights.setHeight(index, m_style.gap(laidOut.gap) + layout->height());
     if (laidOut.kind == MarkdownRow::Kind::code) {
-        double& width = m_codeWidths[laidOut.source];
+        double& width = m_codeWidths[laidOut.part.source];
         width = std::max(width, layout->naturalWidth());
     }
     return *layout;
@@ -228,12 +228,11 @@ bool MarkdownPreview::followLink(const QString& url) {
     if (!anchor) {
         return m_openLink && m_openLink(url);
     }
-    const auto found = m_rows.anchorRows.constFind(anchor->slug);
-    if (found == m_rows.anchorRows.cend()) {
-        return false;
+    const std::optional<qsizetype> found = m_rows.rowOfAnchor(anchor->slug);
+    if (found) {
+        scrollToRow(*found, true);
     }
-    scrollToRow(*found, true);
-    return true;
+    return found.has_value();
 }
 
 bool MarkdownPreview::event(QEvent* event) {

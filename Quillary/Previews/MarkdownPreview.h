@@ -47,7 +47,7 @@ public:
     qint64 revision() const { return m_revision; }
 
     /// The slugs of the headings at top level, by their index among the blocks.
-    const QMap<qsizetype, QString>& anchors() const { return m_rows.anchors; }
+    QMap<qsizetype, QString> anchors() const { return m_rows.anchors(); }
 
     /// Follows a link: scrolls to a place in this text, or else asks `openLink`. Whether it was handled.
     bool followLink(const QString& url);
@@ -133,14 +133,6 @@ private:
         friend bool operator==(const Link&, const Link&) = default;
     };
 
-    /// A block that scrolls sideways: of code or a table, by its place among these.
-    struct Block {
-        MarkdownRow::Kind kind = MarkdownRow::Kind::code;
-        qint32 source = -1;
-
-        friend bool operator==(const Block&, const Block&) = default;
-    };
-
     enum class Selecting : quint8 { nothing, characters, words, rows };
 
     // Layout (MarkdownPreview.cpp)
@@ -171,7 +163,7 @@ private:
     void syncScrollBar();
     void scrollToRow(qsizetype row, bool isAnimated);
     void scrollIntoView(const QRectF& rect);
-    double sideways(const Block& block) const;
+    double sideways(const MarkdownRow& row) const;
     double sidewaysRange(const MarkdownRow& row) const;
     void setSideways(const MarkdownRow& row, double offset);
     std::optional<qsizetype> sidewaysRowAt(QPointF place) const;

@@ -68,7 +68,7 @@ void MarkdownPreview::paintEvent(QPaintEvent* event) {
 
 QPointF MarkdownPreview::textOrigin(qsizetype index, const QRectF& content) const {
     const MarkdownRow& placed = row(index);
-    return {content.left() - sideways({placed.kind, placed.source}), content.top()};
+    return {content.left() - sideways(placed), content.top()};
 }
 
 void MarkdownPreview::paintRow(QPainter& painter, qsizetype index, const QRectF& content, const QRectF& clip) const {
@@ -124,16 +124,18 @@ void MarkdownPreview::paintRow(QPainter& painter, qsizetype index, const QRectF&
 /// The bars of the quotes that a row lies in, and the markers of the items that begin with it.
 void MarkdownPreview::paintFrames(QPainter& painter, qsizetype index, const QRectF& content) const {
     const double page = pageLeft();
-    for (qint32 frame = row(index).frame; frame >= 0;) {
+    const MarkdownRow& painted = row(index);
+    qint32 begun = painted.begun;
+    for (qint32 frame = painted.frame; frame >= 0; --begun) {
         const MarkdownFrame& around = m_rows.frames[static_cast<std::size_t>(frame)];
         const double contentLeft = page + m_style.left(m_rows, frame, pageWidth());
         if (around.isQuote()) {
             // From the quote's first row on the bar goes through the gaps between its rows.
-            const double top = index == around.firstRow ? content.top() : content.top() - m_style.gap(row(index).gap);
+            const double top = begun > 0 ? content.top() : content.top() - m_style.gap(painted.gap);
             const double left = contentLeft - m_style.indent(around);
             painter.fillRect(QRectF(left, top, MarkdownStyle::quoteBarWidth, content.bottom() - top),
                              withOpacity(Theme::secondaryText(palette()), MarkdownStyle::quoteBarOpacity));
-        } else if (index == around.firstRow) {
+        } else if (begun > 0) {
             const MarkdownRowLayout& layout = layoutOf(index);
             const double baseline = layout.firstBaseline() > 0 ? layout.firstBaseline() : m_style.lineHeight * 0.8;
             paintMarker(painter, around, contentLeft, content.top() + baseline);
@@ -177,7 +179,7 @@ void MarkdownPreview::paintBox(QPainter& painter, const MarkdownRow& boxed, cons
     painter.setBrush(isTable ? Qt::NoBrush : QBrush(Theme::subtleFill(palette())));
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
     if (!isTable) {
-        const MarkdownRows::Code& code = m_rows.codes[static_cast<std::size_t>(boxed.source)];
+        const MarkdownRows::Code& code = m_rows.codes[static_cast<std::size_t>(boxed.part.source)];
         if (boxed.isFirst && !code.language.isEmpty()) {
             painter.setFont(m_style.language);
             painter.setPen(Theme::secondaryText(palette()));
@@ -188,18 +190,18 @@ void MarkdownPreview::paintBox(QPainter& painter, const MarkdownRow& boxed, cons
         }
     } else {
         painter.setRenderHint(QPainter::Antialiasing, false);
-        if (boxed.start == 0) {
+        if (boxed.part.start == 0) {
             painter.fillRect(box.intersected(content).adjusted(1, 1, -1, 0), Theme::subtleFill(palette()));
         }
         const MarkdownTableColumns& columns = columnsOf(boxed);
-        const double offset = sideways({boxed.kind, boxed.source});
+        const double offset = sideways(boxed);
         for (qsizetype column = columns.columnAt(offset) + 1;
              column < columns.count() && columns.left(column) - offset < box.width(); ++column) {
             painter.fillRect(
                 QRectF(std::round(content.left() + columns.left(column) - offset), content.top(), 1, content.height()),
                 line);
         }
-        if (!boxed.isLast) {
+        if (!boxed.isLast && !boxed.isCut) {
             painter.fillRect(QRectF(box.left(), content.bottom() - 1, box.width(), 1), line);
         }
     }

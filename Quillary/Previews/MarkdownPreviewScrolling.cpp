@@ -142,8 +142,16 @@ void MarkdownPreview::scrollIntoView(const QRectF& rect) {
     }
 }
 
-double MarkdownPreview::sideways(const Block& block) const {
-    return (block.kind == MarkdownRow::Kind::code ? m_codeOffsets : m_tableOffsets).value(block.source, 0);
+/// How far the block of a row is scrolled sideways.
+double MarkdownPreview::sideways(const MarkdownRow& row) const {
+    switch (row.kind) {
+    case MarkdownRow::Kind::code:
+        return m_codeOffsets.value(row.part.source, 0);
+    case MarkdownRow::Kind::table:
+        return m_tableOffsets.value(row.part.source, 0);
+    default:
+        return 0;
+    }
 }
 
 /// How far the block of a row can be scrolled sideways.
@@ -151,17 +159,18 @@ double MarkdownPreview::sidewaysRange(const MarkdownRow& row) const {
     if (row.kind == MarkdownRow::Kind::table) {
         return std::max(columnsOf(row).total() - contentWidth(row), 0.0);
     }
-    return row.kind == MarkdownRow::Kind::code ? std::max(m_codeWidths.value(row.source, 0) - contentWidth(row), 0.0)
-                                               : 0;
+    return row.kind == MarkdownRow::Kind::code
+               ? std::max(m_codeWidths.value(row.part.source, 0) - contentWidth(row), 0.0)
+               : 0;
 }
 
 void MarkdownPreview::setSideways(const MarkdownRow& row, double offset) {
     QHash<qint32, double>& offsets = row.kind == MarkdownRow::Kind::code ? m_codeOffsets : m_tableOffsets;
-    offsets[row.source] = std::clamp(std::round(offset), 0.0, std::ceil(sidewaysRange(row)));
+    offsets[row.part.source] = std::clamp(std::round(offset), 0.0, std::ceil(sidewaysRange(row)));
     if (row.kind == MarkdownRow::Kind::table && columnsOf(row).areMany()) {
         std::erase_if(m_layouts, [&](const auto& entry) {
             const MarkdownRow& other = this->row(entry.first);
-            return other.kind == row.kind && other.source == row.source;
+            return other.kind == row.kind && other.part.source == row.part.source;
         });
     }
     viewport()->update();
@@ -187,8 +196,7 @@ QRectF MarkdownPreview::sidewaysThumb(qsizetype index) const {
     const QRectF content = contentRect(index);
     const double room = content.width() - 2 * MarkdownStyle::codeRadius;
     const double length = std::max(room * content.width() / (content.width() + range), std::min(shortestThumb, room));
-    const double left =
-        content.left() + MarkdownStyle::codeRadius + (room - length) * sideways({last.kind, last.source}) / range;
+    const double left = content.left() + MarkdownStyle::codeRadius + (room - length) * sideways(last) / range;
     return {left, content.bottom() - thumbThickness - 2, length, thumbThickness};
 }
 
@@ -205,7 +213,7 @@ void MarkdownPreview::wheelEvent(QWheelEvent* event) {
             const int turned = angle.x() != 0 ? angle.x() : angle.y();
             const double distance = pixels.x() != 0 ? pixels.x() : turned * pixelsPerAngle;
             const MarkdownRow& scrolled = row(*index);
-            setSideways(scrolled, sideways({scrolled.kind, scrolled.source}) - distance);
+            setSideways(scrolled, sideways(scrolled) - distance);
         }
         event->accept();
         return;

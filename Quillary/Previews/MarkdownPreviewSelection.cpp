@@ -14,7 +14,10 @@ QString MarkdownPreview::rowText(qsizetype index) const {
     if (wanted.kind != MarkdownRow::Kind::table) {
         return m_rows.styledText(wanted).text;
     }
-    const qsizetype columns = m_rows.tables[static_cast<std::size_t>(wanted.source)].columnCount();
+    const MarkdownTable& table = m_rows.tables[static_cast<std::size_t>(wanted.part.source)];
+    // In a table of very many columns, most of which a row may not have, a line ends where what is written in it does.
+    const qsizetype columns = std::min(
+        table.columnCount(), std::max(table.filledCount(wanted.part.start), MarkdownTableColumns::mostMeasured));
     QString text;
     for (qsizetype column = 0; column < columns; ++column) {
         if (column > 0) {

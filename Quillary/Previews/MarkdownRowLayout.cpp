@@ -140,14 +140,15 @@ void MarkdownRowLayout::layOutText(const MarkdownRow& row, const Context& contex
 
 void MarkdownRowLayout::layOutCode(const MarkdownRow& row, const Context& context) {
     const MarkdownStyle& style = context.style;
-    const MarkdownRows::Code& code = context.rows.codes[static_cast<std::size_t>(row.source)];
+    const MarkdownRows::Code& code = context.rows.codes[static_cast<std::size_t>(row.part.source)];
     double top = row.isFirst ? MarkdownStyle::codePadding : 0;
     if (row.isFirst && !code.language.isEmpty()) {
         top += style.languageHeight;
     }
     Piece& piece = addPiece(context.rows.styledText(row), style.code, context, {MarkdownStyle::codePadding, top});
     if (context.tokens) {
-        piece.layout->setFormats(colorsOf(*context.tokens, row.start, row.text.size(), context.palette));
+        piece.layout->setFormats(
+            colorsOf(*context.tokens, row.part.start, context.rows.lengthOf(row), context.palette));
     }
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
@@ -165,14 +166,14 @@ void MarkdownRowLayout::layOutCode(const MarkdownRow& row, const Context& contex
 void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& context) {
     const MarkdownStyle& style = context.style;
     const MarkdownTableColumns& columns = *context.columns;
-    const MarkdownTable& table = context.rows.tables[static_cast<std::size_t>(row.source)];
+    const MarkdownTable& table = context.rows.tables[static_cast<std::size_t>(row.part.source)];
     qsizetype first = 0;
     qsizetype last = columns.count() - 1;
     if (columns.areMany()) {
         first = columns.columnAt(context.viewLeft);
         last = columns.columnAt(context.viewLeft + context.width);
     }
-    const QFont& font = row.start == 0 ? style.headerCell : style.cell;
+    const QFont& font = row.part.start == 0 ? style.headerCell : style.cell;
     const double top = row.piece == 0 ? MarkdownStyle::cellPaddingAlong : 0;
     double height = QFontMetricsF(font).height();
     for (qsizetype column = first; column <= last; ++column) {
@@ -192,7 +193,7 @@ void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& conte
         option.setWrapMode(columns.areMany() ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
         height = std::max(height, breakLines(piece, columns.width(column) - 2 * padding, 0, option));
     }
-    m_height = top + height + MarkdownStyle::cellPaddingAlong + MarkdownStyle::hairline;
+    m_height = top + height + (row.isCut ? 0 : MarkdownStyle::cellPaddingAlong + MarkdownStyle::hairline);
     m_naturalWidth = columns.total();
 }
 

@@ -7,6 +7,7 @@
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
 #include <algorithm>
+#include <array>
 #include <deque>
 #include <optional>
 #include <tuple>
@@ -43,15 +44,50 @@ qsizetype cutNear(QStringView text, qsizetype start, qsizetype wanted) {
     return boundary > from ? boundary : wanted;
 }
 
+/// What a row takes of a text at most, roughly.
+struct Portion {
+    qsizetype units = MarkdownRows::longText / 2;
+    qsizetype runs = MarkdownRows::mostRuns;
+};
+
+/// A text below this length is never too much.
+constexpr qsizetype usualText = 2000;
+
+/// How often the looks of a raw text may change.
+qsizetype markCount(QStringView raw) {
+    return std::count_if(raw.begin(), raw.end(), [](QChar unit) { return QStringView(u"*_`~[<").contains(unit); });
+}
+
 /// Whether a raw text is too much for one row, by its length or by how often its looks may change.
-bool takesPieces(QStringView raw) {
-    constexpr qsizetype usualText = 2000;
-    if (raw.size() <= usualText || raw.size() > MarkdownRows::longText) {
-        return raw.size() > usualText;
+bool takesPieces(QStringView raw, const Portion& portion) {
+    const qsizetype usual = std::min(usualText, portion.units);
+    if (raw.size() <= usual || raw.size() > 2 * portion.units) {
+        return raw.size() > usual;
     }
-    const auto marks =
-        std::count_if(raw.begin(), raw.end(), [](QChar unit) { return QStringView(u"*_`~[<").contains(unit); });
-    return marks > 2 * MarkdownRows::mostRuns;
+    return markCount(raw) > 2 * portion.runs;
+}
+
+bool isTopLevelHeading(const MarkdownRow& row) {
+    return row.kind == Kind::heading && row.isFirst && row.frame < 0;
+}
+
+/// The text with the places where its pieces begin.
+MarkdownRows::LongText inPieces(QStringView raw, const Portion& portion) {
+    MarkdownRows::LongText pieces{MarkdownStyledText::of(raw), {}};
+    const QString& text = pieces.styled.text;
+    const std::vector<MarkdownStyledText::Run>& runs = pieces.styled.runs;
+    auto run = runs.begin();
+    qsizetype start = 0;
+    do {
+        pieces.starts.push_back(static_cast<qint32>(start));
+        run = std::partition_point(run, runs.end(), [start](const MarkdownStyledText::Run& candidate) {
+            return candidate.start + candidate.length <= start;
+        });
+        const qsizetype wanted = start + portion.units;
+        const bool hasMoreRuns = runs.end() - run > portion.runs;
+        start = cutNear(text, start, hasMoreRuns ? std::min(wanted, run[portion.runs].start) : wanted);
+    } while (start < text.size());
+    return pieces;
 }
 
 qint32 narrowed(qsizetype number) {
@@ -72,7 +108,6 @@ public:
                 stepBlocks(level);
             }
         }
-        nameAnchors();
     }
 
 private:
@@ -88,23 +123,42 @@ private:
         qint32 frame = -1;
         Gap gap = Gap::none;
         bool isFirst = true;
+        bool isItem = false;
         qsizetype index = 0;
+        // How things stood before it
+        qint32 firstRow = 0;
+        quint8 begun = 0;
         // Of a list
         bool isOrdered = false;
         qsizetype number = 0;
         quint8 digits = 0;
     };
 
-    void openBlocks(const MarkdownBlocks& blocks, qint32 frame, Gap gap) {
+    Level& addLevel() {
         Level& level = m_levels.emplace_back();
+        level.firstRow = nextRow();
+        level.begun = m_begun;
+        return level;
+    }
+
+    Level& openBlocks(const MarkdownBlocks& blocks, qint32 frame, Gap gap) {
+        Level& level = addLevel();
         level.blocks = blocks;
         level.block.emplace(level.blocks.begin());
         level.frame = frame;
         level.gap = gap;
+        return level;
+    }
+
+    /// Goes on with the blocks of a quote or an item that stands in `around`.
+    void openFrame(const MarkdownBlocks& blocks, qint32 around, const MarkdownFrame& kind) {
+        Level& level = openBlocks(blocks, around, Gap::nested);
+        level.isItem = !kind.isQuote();
+        level.frame = beginFrame(around, kind);
     }
 
     void openList(const MarkdownList& list, qint32 frame) {
-        Level& level = m_levels.emplace_back();
+        Level& level = addLevel();
         level.isList = true;
         level.items = list.items();
         level.item.emplace(level.items.begin());
@@ -124,11 +178,7 @@ private:
         const MarkdownBlock block = **level.block;
         ++*level.block;
         beginChild(level);
-        const qsizetype index = level.index++;
         const qint32 frame = level.frame;
-        if (m_levels.size() == 1 && block.kind() == MarkdownBlock::Kind::heading) {
-            m_headings.emplace_back(index, nextRow(), block.text());
-        }
         switch (block.kind()) {
         case MarkdownBlock::Kind::heading:
         case MarkdownBlock::Kind::paragraph:
@@ -138,7 +188,7 @@ private:
             addCode(block, frame);
             break;
         case MarkdownBlock::Kind::quote:
-            openBlocks(block.blocks(), addFrame(frame, MarkdownFrame::Marker::none, 0, 0), Gap::nested);
+            openFrame(block.blocks(), frame, {});
             break;
         case MarkdownBlock::Kind::list:
             openList(block.list(), frame);
@@ -161,11 +211,17 @@ private:
         ++*level.item;
         beginChild(level);
         const qsizetype number = level.number + level.index++;
-        MarkdownFrame::Marker marker = level.isOrdered ? MarkdownFrame::Marker::number : MarkdownFrame::Marker::bullet;
+        MarkdownFrame frame;
+        frame.digits = level.digits;
         if (const std::optional<bool> checked = item.checked()) {
-            marker = *checked ? MarkdownFrame::Marker::done : MarkdownFrame::Marker::open;
+            frame.marker = *checked ? MarkdownFrame::Marker::done : MarkdownFrame::Marker::open;
+        } else if (level.isOrdered) {
+            frame.marker = MarkdownFrame::Marker::number;
+            frame.number = narrowed(number);
+        } else {
+            frame.marker = MarkdownFrame::Marker::bullet;
         }
-        openBlocks(item.blocks(), addFrame(level.frame, marker, narrowed(number), level.digits), Gap::nested);
+        openFrame(item.blocks(), level.frame, frame);
     }
 
     void beginChild(Level& level) {
@@ -176,10 +232,11 @@ private:
 
     void close(const Level& level) {
         // An item has its marker even with nothing in it.
-        const qint32 frame = level.isList ? -1 : level.frame;
-        const bool isItem = frame >= 0 && !frameAt(frame).isQuote();
-        if (isItem && frameAt(frame).firstRow == nextRow()) {
-            addRow(Kind::blank, frame);
+        if (level.isItem && level.firstRow == nextRow()) {
+            addRow(Kind::blank, level.frame);
+        }
+        if (level.firstRow == nextRow()) {
+            m_begun = level.begun;
         }
         m_levels.pop_back();
     }
@@ -188,30 +245,37 @@ private:
 
     qint32 nextRow() const { return narrowed(static_cast<qsizetype>(m_rows.rows.size())); }
 
-    qint32 addFrame(qint32 around, MarkdownFrame::Marker marker, qint32 number, quint8 digits) {
-        MarkdownFrame frame;
+    /// The frame of this kind within `around`, which may be known.
+    qint32 beginFrame(qint32 around, MarkdownFrame frame) {
         frame.parent = around;
         frame.depth = around < 0 ? 0 : static_cast<quint8>(frameAt(around).depth + 1);
-        if (frame.depth >= MarkdownRows::shownDepth) {
-            if (marker == MarkdownFrame::Marker::none) {
-                return around;
-            }
+        if (frame.depth < MarkdownRows::shownDepth) {
+            ++m_begun;
+        } else if (frame.isQuote()) {
+            return around;
+        } else {
+            // It takes the place of the one around it.
             frame.parent = frameAt(around).parent;
             frame.depth = frameAt(around).depth;
+            m_begun = std::max<quint8>(m_begun, 1);
         }
-        frame.marker = marker;
-        frame.number = number;
-        frame.digits = digits;
-        frame.firstRow = nextRow();
+        const auto place = static_cast<std::size_t>(frame.parent + 1);
+        const auto marker = static_cast<std::size_t>(frame.marker);
+        const qint32 last = m_lastChildren[place][marker];
+        if (last >= 0 && frameAt(last) == frame) {
+            return last;
+        }
+        const qint32 added = narrowed(static_cast<qsizetype>(m_rows.frames.size()));
         m_rows.frames.push_back(frame);
-        return narrowed(static_cast<qsizetype>(m_rows.frames.size())) - 1;
+        m_lastChildren[place][marker] = added;
+        m_lastChildren.push_back(noChildren);
+        return added;
     }
 
     MarkdownRow& addRow(Kind kind, qint32 frame) {
-        MarkdownRow& row = m_rows.rows.emplace_back();
-        row.kind = kind;
-        row.frame = frame;
+        MarkdownRow& row = m_rows.rows.emplace_back(kind, frame);
         row.gap = std::exchange(m_gap, Gap::none);
+        row.begun = std::exchange(m_begun, quint8(0));
         return row;
     }
 
@@ -231,36 +295,22 @@ private:
             row.level = isHeading ? static_cast<quint8>(block.level()) : 0;
             return row;
         };
-        if (!takesPieces(block.text())) {
-            add().text = block.text();
+        if (!takesPieces(block.text(), {})) {
+            add().text = block.storedText();
             return;
         }
-        const qint32 source = addLongText(block.text());
-        const QString& text = m_rows.longTexts.back().text;
-        const std::vector<MarkdownStyledText::Run>& runs = m_rows.longTexts.back().runs;
+        const qint32 source = addLongText(block.text(), {});
         const qint32 first = nextRow();
-        auto run = runs.begin();
-        qsizetype start = 0;
-        do {
-            qsizetype wanted = start + MarkdownRows::longText / 2;
-            run = std::partition_point(run, runs.end(), [start](const MarkdownStyledText::Run& candidate) {
-                return candidate.start + candidate.length <= start;
-            });
-            if (runs.end() - run > MarkdownRows::mostRuns) {
-                wanted = std::min(wanted, run[MarkdownRows::mostRuns].start);
-            }
-            const qsizetype end = cutNear(text, start, wanted);
+        for (const qint32 start : m_rows.longTexts.back().starts) {
             MarkdownRow& row = add();
-            row.source = source;
-            row.start = narrowed(start);
-            row.length = narrowed(end - start);
-            start = end;
-        } while (start < text.size());
+            row.isPiece = true;
+            row.part = {source, start};
+        }
         joinRows(first);
     }
 
-    qint32 addLongText(QStringView raw) {
-        m_rows.longTexts.push_back(MarkdownStyledText::of(raw));
+    qint32 addLongText(QStringView raw, const Portion& portion) {
+        m_rows.longTexts.push_back(inPieces(raw, portion));
         return narrowed(static_cast<qsizetype>(m_rows.longTexts.size())) - 1;
     }
 
@@ -301,9 +351,7 @@ private:
                 ++end;
             }
             MarkdownRow& row = addRow(Kind::code, frame);
-            row.text = text.sliced(start, end - start);
-            row.source = source;
-            row.start = narrowed(start);
+            row.part = {source, narrowed(start)};
             row.isCut = isCut;
             start = isCut ? end : end + 1;
         }
@@ -317,47 +365,60 @@ private:
         m_rows.tables.push_back(table);
         const qint32 first = nextRow();
         for (qsizetype line = 0; line <= table.rowCount(); ++line) {
-            qsizetype pieces = 1;
-            for (qsizetype column = 0; column < table.columnCount(); ++column) {
-                const QStringView cell = line == 0 ? table.header(column) : table.cell(line - 1, column);
-                if (cell.size() > MarkdownRows::longText) {
-                    m_rows.longCells.emplace(std::tuple(source, narrowed(line), narrowed(column)), addLongText(cell));
-                    const qsizetype length = m_rows.longTexts.back().text.size();
-                    pieces = std::max(pieces, (length + MarkdownRows::longText - 1) / MarkdownRows::longText);
-                }
-            }
+            const qsizetype pieces = addLongCells(table, source, line);
             for (qsizetype piece = 0; piece < pieces; ++piece) {
                 MarkdownRow& row = addRow(Kind::table, frame);
-                row.source = source;
-                row.start = narrowed(line);
-                row.piece = static_cast<quint8>(piece);
+                row.part = {source, narrowed(line)};
+                row.piece = static_cast<quint16>(piece) & 0x7fffU;
+                row.isCut = piece + 1 < pieces;
             }
         }
         joinRows(first);
     }
 
-    void nameAnchors() {
-        QStringList texts;
-        for (const auto& [index, row, text] : m_headings) {
-            texts.append(text.toString());
+    /// Cuts those cells of a line that are too much for one row beside each other, and gives the number of rows.
+    qsizetype addLongCells(const MarkdownTable& table, qint32 source, qsizetype line) {
+        constexpr qsizetype smallCell = 200;
+        const qsizetype count = table.filledCount(line);
+        qsizetype units = 0;
+        qsizetype marks = 0;
+        qsizetype large = 0;
+        for (qsizetype column = 0; column < count; ++column) {
+            const QStringView cell = table.text(line, column);
+            units += cell.size();
+            large += cell.size() > smallCell ? 1 : 0;
         }
-        const QStringList slugs = MarkdownLinks::uniqueSlugs(texts);
-        for (qsizetype i = 0; i < slugs.size(); ++i) {
-            const auto& [index, row, text] = m_headings[static_cast<std::size_t>(i)];
-            m_rows.anchors.insert(index, slugs[i]);
-            if (!m_rows.anchorRows.contains(slugs[i])) {
-                m_rows.anchorRows.insert(slugs[i], row);
+        for (qsizetype column = 0; column < count && units > usualText; ++column) {
+            marks += markCount(table.text(line, column));
+        }
+        qsizetype pieces = 1;
+        if (large == 0 || (units <= MarkdownRows::longText && marks <= 2 * MarkdownRows::mostRuns)) {
+            return pieces;
+        }
+        const Portion portion{std::max(Portion().units / large, smallCell),
+                              std::max<qsizetype>(Portion().runs / large, 20)};
+        for (qsizetype column = 0; column < count; ++column) {
+            if (const QStringView cell = table.text(line, column); takesPieces(cell, portion)) {
+                const qint32 text = addLongText(cell, portion);
+                m_rows.longCells.emplace(std::tuple(source, narrowed(line), narrowed(column)), text);
+                pieces = std::max(pieces, m_rows.longTexts.back().pieceCount());
             }
         }
+        return std::min(pieces, mostPieces);
     }
+
+    static constexpr qsizetype mostPieces = 0x7fff;
+    static constexpr std::array<qint32, 5> noChildren = {-1, -1, -1, -1, -1};
 
     MarkdownRows& m_rows;
     /// Iterators point into the levels, which therefore don't move.
     std::deque<Level> m_levels;
     /// The distance of the next row to the one before.
     Gap m_gap = Gap::none;
-    /// The headings at top level: block, row and text.
-    std::vector<std::tuple<qsizetype, qint32, QStringView>> m_headings;
+    /// How many of the open frames have no row yet.
+    quint8 m_begun = 0;
+    /// The latest frame of each kind in each frame, those at top level first.
+    std::vector<std::array<qint32, 5>> m_lastChildren = {noChildren};
 };
 
 } // namespace
@@ -368,77 +429,153 @@ MarkdownRows MarkdownRows::of(const QString& text) {
     Flattener(rows).run();
     rows.rows.shrink_to_fit();
     rows.frames.shrink_to_fit();
+    rows.codes.shrink_to_fit();
+    rows.tables.shrink_to_fit();
+    rows.longTexts.shrink_to_fit();
     return rows;
 }
 
+MarkdownStyledText MarkdownRows::LongText::piece(qsizetype index) const {
+    if (index >= pieceCount()) {
+        return {};
+    }
+    const auto place = static_cast<std::size_t>(index);
+    const qsizetype end = index + 1 < pieceCount() ? starts[place + 1] : styled.text.size();
+    return styled.sliced(starts[place], end - starts[place]);
+}
+
+/// Where a part ends in the whole that it is of, or, if more of it follows, where the next part begins.
+qsizetype MarkdownRows::endOf(const MarkdownRow& part, qsizetype whole) const {
+    return part.isLast ? whole : rows[static_cast<std::size_t>(&part - rows.data()) + 1].part.start;
+}
+
+QStringView MarkdownRows::rawText(const MarkdownRow& row) const {
+    if (row.kind == MarkdownRow::Kind::code) {
+        const QStringView code = codes[static_cast<std::size_t>(row.part.source)].text;
+        const qsizetype lineEnd = row.isLast || row.isCut ? 0 : 1;
+        return code.sliced(row.part.start, endOf(row, code.size()) - lineEnd - row.part.start);
+    }
+    return row.hasText() && !row.isPiece ? blocks.view(row.text) : QStringView();
+}
+
 MarkdownStyledText MarkdownRows::styledText(const MarkdownRow& row) const {
-    if (row.kind == MarkdownRow::Kind::heading || row.kind == MarkdownRow::Kind::paragraph) {
-        if (row.source >= 0) {
-            return longTexts[static_cast<std::size_t>(row.source)].sliced(row.start, row.length);
-        }
-        return MarkdownStyledText::of(row.text);
+    if (row.isPiece) {
+        const MarkdownStyledText& whole = longTexts[static_cast<std::size_t>(row.part.source)].styled;
+        return whole.sliced(row.part.start, lengthOf(row));
+    }
+    if (row.hasText()) {
+        return MarkdownStyledText::of(rawText(row));
     }
     MarkdownStyledText plain;
-    plain.text = row.text.toString();
+    plain.text = rawText(row).toString();
     return plain;
 }
 
+qsizetype MarkdownRows::lengthOf(const MarkdownRow& row) const {
+    if (row.isPiece) {
+        const qsizetype whole = longTexts[static_cast<std::size_t>(row.part.source)].styled.text.size();
+        return endOf(row, whole) - row.part.start;
+    }
+    return rawText(row).size();
+}
+
 QStringView MarkdownRows::rawCell(const MarkdownRow& row, qsizetype column) const {
-    const MarkdownTable& table = tables[static_cast<std::size_t>(row.source)];
-    return row.start == 0 ? table.header(column) : table.cell(row.start - 1, column);
+    return tables[static_cast<std::size_t>(row.part.source)].text(row.part.start, column);
 }
 
 MarkdownStyledText MarkdownRows::cellText(const MarkdownRow& row, qsizetype column) const {
-    const auto found = longCells.find({row.source, row.start, narrowed(column)});
-    if (found == longCells.end()) {
-        return row.piece == 0 ? MarkdownStyledText::of(rawCell(row, column)) : MarkdownStyledText();
+    const auto found = longCells.find({row.part.source, row.part.start, narrowed(column)});
+    if (found != longCells.end()) {
+        return longTexts[static_cast<std::size_t>(found->second)].piece(row.piece);
     }
-    const MarkdownStyledText& whole = longTexts[static_cast<std::size_t>(found->second)];
-    const auto cut = [&whole](qsizetype piece) {
-        return piece == 0 ? 0 : cutNear(whole.text, (piece - 1) * longText, piece * longText);
-    };
-    const qsizetype start = cut(row.piece);
-    return start < whole.text.size() ? whole.sliced(start, cut(row.piece + 1) - start) : MarkdownStyledText();
+    return row.piece == 0 ? MarkdownStyledText::of(rawCell(row, column)) : MarkdownStyledText();
 }
 
 bool MarkdownRows::mayHoldLink(const MarkdownRow& row) const {
-    switch (row.kind) {
-    case MarkdownRow::Kind::heading:
-    case MarkdownRow::Kind::paragraph:
-        return row.source >= 0 ? !longTexts[static_cast<std::size_t>(row.source)].links.isEmpty()
-                               : MarkdownInline::containsLink(row.text);
-    case MarkdownRow::Kind::table: {
-        const qsizetype columns = tables[static_cast<std::size_t>(row.source)].columnCount();
-        for (qsizetype column = 0; column < columns; ++column) {
-            if (MarkdownInline::containsLink(rawCell(row, column))) {
-                return true;
-            }
+    if (row.isPiece) {
+        return !longTexts[static_cast<std::size_t>(row.part.source)].styled.links.isEmpty();
+    }
+    if (row.hasText()) {
+        return MarkdownInline::containsLink(rawText(row));
+    }
+    if (row.kind != MarkdownRow::Kind::table) {
+        return false;
+    }
+    const qsizetype count = tables[static_cast<std::size_t>(row.part.source)].filledCount(row.part.start);
+    for (qsizetype column = 0; column < count; ++column) {
+        if (MarkdownInline::containsLink(rawCell(row, column))) {
+            return true;
         }
-        return false;
     }
-    default:
-        return false;
-    }
+    return false;
 }
 
 bool MarkdownRows::saySame(const MarkdownRows& a, const MarkdownRow& x, const MarkdownRows& b, const MarkdownRow& y) {
-    if (x.kind != y.kind || x.level != y.level) {
+    if (x.kind != y.kind || x.level != y.level || x.isPiece != y.isPiece || x.piece != y.piece) {
         return false;
+    }
+    if (x.isPiece) {
+        return a.styledText(x).text == b.styledText(y).text;
     }
     if (x.kind != MarkdownRow::Kind::table) {
-        const bool isPiece = x.text.isNull() && y.text.isNull() && x.source >= 0 && y.source >= 0;
-        return isPiece ? a.styledText(x).text == b.styledText(y).text : x.text == y.text;
+        return a.rawText(x) == b.rawText(y);
     }
-    const qsizetype columns = a.tables[static_cast<std::size_t>(x.source)].columnCount();
-    if (columns != b.tables[static_cast<std::size_t>(y.source)].columnCount() || x.piece != y.piece) {
+    const MarkdownTable& s = a.tables[static_cast<std::size_t>(x.part.source)];
+    const MarkdownTable& t = b.tables[static_cast<std::size_t>(y.part.source)];
+    const qsizetype count = s.filledCount(x.part.start);
+    if (s.columnCount() != t.columnCount() || count != t.filledCount(y.part.start)) {
         return false;
     }
-    for (qsizetype column = 0; column < columns; ++column) {
+    for (qsizetype column = 0; column < count; ++column) {
         if (a.rawCell(x, column) != b.rawCell(y, column)) {
             return false;
         }
     }
     return true;
+}
+
+QMap<qsizetype, QString> MarkdownRows::anchors() const {
+    QList<qsizetype> places;
+    QStringList texts;
+    qsizetype place = 0;
+    for (const MarkdownBlock& block : blocks) {
+        if (block.kind() == MarkdownBlock::Kind::heading) {
+            places.append(place);
+            texts.append(block.text().toString());
+        }
+        ++place;
+    }
+    const QStringList slugs = MarkdownLinks::uniqueSlugs(texts);
+    QMap<qsizetype, QString> anchors;
+    for (qsizetype i = 0; i < slugs.size(); ++i) {
+        anchors.insert(anchors.cend(), places[i], slugs[i]);
+    }
+    return anchors;
+}
+
+// A heading has the slug as it stands if it is the first of its name, or else with a number, that of the headings of
+// its name before it. Nothing is kept for this: most headings are never gone to, and in some notes every line is one.
+std::optional<qsizetype> MarkdownRows::rowOfAnchor(const QString& slug) const {
+    const qsizetype dash = slug.lastIndexOf(u'-');
+    const QStringView name = QStringView(slug).first(std::max<qsizetype>(dash, 0));
+    const qsizetype number = dash < 0 ? 0 : QStringView(slug).sliced(dash + 1).toLongLong();
+    const bool isNumbered = number > 0 && QString::number(number) == QStringView(slug).sliced(dash + 1);
+    qsizetype namesakes = 0;
+    qsizetype row = 0;
+    for (const MarkdownBlock& block : blocks) {
+        if (block.kind() != MarkdownBlock::Kind::heading) {
+            continue;
+        }
+        while (!isTopLevelHeading(rows[static_cast<std::size_t>(row)])) {
+            ++row;
+        }
+        const QString found = MarkdownLinks::slug(block.text());
+        if (found == slug || (isNumbered && found == name && namesakes++ == number)) {
+            return row;
+        }
+        ++row;
+    }
+    return std::nullopt;
 }
 
 } // namespace quillary

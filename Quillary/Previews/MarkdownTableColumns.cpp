@@ -32,7 +32,7 @@ double widthOf(QStringView raw, const QFontMetricsF& metrics) {
 
 MarkdownTableColumns::MarkdownTableColumns(const MarkdownTable& table, const MarkdownStyle& style, double available) {
     const qsizetype columns = table.columnCount();
-    const bool isMeasured = columns <= many;
+    const bool isMeasured = columns <= mostMeasured;
     const qsizetype sampleRows =
         std::min(table.rowCount(), isMeasured ? std::max<qsizetype>(sampleCells / columns, 4) : 4);
     const QFontMetricsF cellMetrics(style.cell);

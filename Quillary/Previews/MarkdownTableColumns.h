@@ -11,6 +11,8 @@ namespace quillary {
 /// table that still has no room scrolls sideways.
 class MarkdownTableColumns {
 public:
+    static constexpr qsizetype mostMeasured = 60;
+
     /// `available` is the width of the page.
     MarkdownTableColumns(const MarkdownTable& table, const MarkdownStyle& style, double available);
 
@@ -23,14 +25,12 @@ public:
     double total() const { return m_lefts.back(); }
 
     /// Whether there are so many that each cell has one line, and only the cells in view are laid out.
-    bool areMany() const { return count() > many; }
+    bool areMany() const { return count() > mostMeasured; }
 
     /// The column at this place; the first or last one beside the table.
     qsizetype columnAt(double x) const;
 
 private:
-    static constexpr qsizetype many = 60;
-
     std::vector<double> m_lefts;
 };
 

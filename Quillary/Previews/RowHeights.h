@@ -2,13 +2,14 @@
 
 #include <QtGlobal>
 
+#include <cstddef>
 #include <vector>
 
 namespace quillary {
 
 /// The heights of a column of rows, estimated or measured, in pixels. Places are sums of heights; setting a height and
 /// finding a place cost the logarithm of the number of rows (P. M. Fenwick, "A new data structure for cumulative
-/// frequency tables", 1994).
+/// frequency tables", 1994). Only groups of rows have sums, since rows may be as many as half a million.
 class RowHeights {
 public:
     /// Takes the heights of all rows.
@@ -29,7 +30,10 @@ public:
     qsizetype rowAt(double place) const;
 
 private:
+    static constexpr std::size_t groupSize = 32;
+
     std::vector<float> m_heights;
+    /// Of the groups, from place 1 on.
     std::vector<double> m_sums;
 };
 

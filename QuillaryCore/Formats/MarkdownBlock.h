@@ -31,7 +31,7 @@ public:
         Element operator*() const { return Element(m_sequence->m_tree, m_node); }
 
         Iterator& operator++() {
-            m_node = m_sequence->m_tree->nodes[m_node].end;
+            m_node = m_sequence->m_tree->endOf(m_node);
             return *this;
         }
 
@@ -50,6 +50,9 @@ public:
         : m_tree(std::move(tree)), m_first(first), m_end(end) {}
 
     bool isEmpty() const { return m_first == m_end; }
+
+    /// What a text of the tree that these are of says.
+    QStringView view(const MarkdownTree::Text& text) const { return m_tree->view(text); }
 
     /// How many there are; it walks over them.
     qsizetype size() const { return std::distance(begin(), end()); }
@@ -87,18 +90,22 @@ public:
     /// The text of a heading, a paragraph or a code block, its lines joined by line feeds.
     QStringView text() const { return m_tree->view(node().text); }
 
+    /// The same in the short form that a sequence of the tree's elements reads.
+    MarkdownTree::Text storedText() const { return node().text; }
+
     /// The language that a code block names.
     std::optional<QStringView> language() const;
 
     /// The blocks in a quote.
-    MarkdownSequence<MarkdownBlock> blocks() const { return {m_tree, m_node + 1, node().end}; }
+    MarkdownSequence<MarkdownBlock> blocks() const { return {m_tree, m_node + 1, m_tree->endOf(m_node)}; }
 
     MarkdownList list() const;
     MarkdownTable table() const;
 
     /// Equal in kind and content, whatever texts they were read from.
     friend bool operator==(const MarkdownBlock& a, const MarkdownBlock& b) {
-        return MarkdownTree::areEqual(*a.m_tree, a.m_node, a.node().end, *b.m_tree, b.m_node, b.node().end);
+        return MarkdownTree::areEqual(*a.m_tree, a.m_node, a.m_tree->endOf(a.m_node), *b.m_tree, b.m_node,
+                                      b.m_tree->endOf(b.m_node));
     }
 
 private:

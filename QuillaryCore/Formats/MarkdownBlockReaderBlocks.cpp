@@ -65,7 +65,7 @@ void MarkdownBlockReader::beginList(const ListMarker& marker) {
                       .firstContentOffset = marker.contentOffset});
     MarkdownTree::Node& list = addNode(Kind::list);
     list.isOrdered = marker.ordered;
-    list.number = std::max(marker.number, 1);
+    list.extent.number = std::max(marker.number, 1);
 }
 
 /// Begins the item in the container at `depth`, the innermost, and gives its first line.
@@ -193,29 +193,32 @@ bool MarkdownBlockReader::beginTable(const MarkdownLine& separator) {
     }
     m_leaf = Leaf::table;
     m_mayBeHeader = false;
-    addNode(Kind::table).number = static_cast<qint32>(m_tree.tables.size());
-    const std::size_t firstCell = m_tree.cells.size();
-    m_tree.tables.push_back({.firstCell = static_cast<quint32>(firstCell),
-                             .endOfCells = 0,
+    addNode(Kind::table).extent.number = static_cast<qint32>(m_tree.tables.size());
+    m_tree.tables.push_back({.firstLine = static_cast<quint32>(m_tree.lines.size()),
+                             .endOfLines = 0,
+                             .firstAlignment = static_cast<quint32>(m_tree.alignments.size()),
                              .columns = static_cast<quint32>(m_alignments.size())});
+    m_tree.alignments.insert(m_tree.alignments.end(), m_alignments.begin(), m_alignments.end());
     addRow(header);
-    for (std::size_t i = 0; i < m_alignments.size(); ++i) {
-        m_tree.cells[firstCell + i].alignment = m_alignments[i];
-    }
     return true;
 }
 
-/// Adds a row to the open table, filled or cut to the header's length.
+/// Adds a row to the open table, cut to the header's length. Where it is shorter, or ends with empty cells, nothing is
+/// kept for these.
 void MarkdownBlockReader::addRow(QStringView line) {
     MarkdownTree::Table& table = m_tree.tables.back();
     MarkdownTableRow::split(line, m_cells);
-    m_cells.resize(table.columns);
-    for (const MarkdownTableRow::Cell& cell : m_cells) {
-        m_tree.cells.push_back({cell.hasEscapedBars   ? m_text.store(MarkdownTableRow::unescaped(cell.text))
-                                : cell.text.isEmpty() ? MarkdownTree::Text()
-                                                      : m_text.store(cell.text)});
+    m_cells.resize(std::min<std::size_t>(m_cells.size(), table.columns));
+    while (!m_cells.empty() && m_cells.back().text.isEmpty()) {
+        m_cells.pop_back();
     }
-    table.endOfCells = static_cast<quint32>(m_tree.cells.size());
+    m_tree.lines.push_back(static_cast<quint32>(m_tree.cells.size()));
+    for (const MarkdownTableRow::Cell& cell : m_cells) {
+        m_tree.cells.push_back(cell.hasEscapedBars   ? m_text.store(MarkdownTableRow::unescaped(cell.text))
+                               : cell.text.isEmpty() ? MarkdownTree::Text()
+                                                     : m_text.store(cell.text));
+    }
+    table.endOfLines = static_cast<quint32>(m_tree.lines.size());
 }
 
 /// Gives the open text blank lines. They are alike if there is more than one.
@@ -268,12 +271,14 @@ void MarkdownBlockReader::endFrom(std::size_t depth) {
 MarkdownTree::Node& MarkdownBlockReader::addNode(Kind kind) {
     MarkdownTree::Node& node = m_tree.nodes.emplace_back();
     node.kind = kind;
-    node.end = static_cast<quint32>(m_tree.nodes.size());
+    if (!node.hasText()) {
+        node.extent = {.end = static_cast<quint32>(m_tree.nodes.size()), .number = 0};
+    }
     return node;
 }
 
 void MarkdownBlockReader::endNode(std::size_t node) {
-    m_tree.nodes[node].end = static_cast<quint32>(m_tree.nodes.size());
+    m_tree.nodes[node].extent.end = static_cast<quint32>(m_tree.nodes.size());
 }
 
 void MarkdownBlockReader::finish() {

@@ -18,7 +18,7 @@ public:
         return check == MarkdownTree::Check::none ? std::nullopt : std::optional(check == MarkdownTree::Check::done);
     }
 
-    MarkdownBlocks blocks() const { return {m_tree, m_node + 1, m_tree->nodes[m_node].end}; }
+    MarkdownBlocks blocks() const { return {m_tree, m_node + 1, m_tree->endOf(m_node)}; }
 
 private:
     std::shared_ptr<const MarkdownTree> m_tree;
@@ -33,9 +33,9 @@ public:
     bool isOrdered() const { return m_tree->nodes[m_node].isOrdered; }
 
     /// The number of the first item; 1 for a list without numbers.
-    int start() const { return m_tree->nodes[m_node].number; }
+    int start() const { return m_tree->nodes[m_node].extent.number; }
 
-    MarkdownSequence<MarkdownListItem> items() const { return {m_tree, m_node + 1, m_tree->nodes[m_node].end}; }
+    MarkdownSequence<MarkdownListItem> items() const { return {m_tree, m_node + 1, m_tree->endOf(m_node)}; }
 
 private:
     std::shared_ptr<const MarkdownTree> m_tree;

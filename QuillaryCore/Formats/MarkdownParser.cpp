@@ -80,6 +80,10 @@ MarkdownBlocks parse(const QString& text) {
     // A text of nothing but marks has several times the usual nodes, and half of their room may be spare.
     tree->nodes.shrink_to_fit();
     tree->cells.shrink_to_fit();
+    tree->lines.shrink_to_fit();
+    tree->alignments.shrink_to_fit();
+    tree->tables.shrink_to_fit();
+    tree->languages.shrink_to_fit();
     return {tree, 0, tree->nodes.size()};
 }
 

@@ -18,20 +18,31 @@ public:
     qsizetype columnCount() const { return table().columns; }
 
     /// The rows below the header.
-    qsizetype rowCount() const { return (table().endOfCells - table().firstCell) / columnCount() - 1; }
+    qsizetype rowCount() const { return qsizetype(table().endOfLines - table().firstLine) - 1; }
 
-    QStringView header(qsizetype column) const { return m_tree->view(cellAt(0, column).text); }
+    QStringView header(qsizetype column) const { return text(0, column); }
 
-    Alignment alignment(qsizetype column) const { return cellAt(0, column).alignment; }
+    Alignment alignment(qsizetype column) const {
+        return m_tree->alignments[table().firstAlignment + static_cast<std::size_t>(column)];
+    }
 
-    QStringView cell(qsizetype row, qsizetype column) const { return m_tree->view(cellAt(row + 1, column).text); }
+    QStringView cell(qsizetype row, qsizetype column) const { return text(row + 1, column); }
+
+    /// A cell of the header, whose line is 0, or of a row below it.
+    QStringView text(qsizetype line, qsizetype column) const {
+        return column < filledCount(line)
+                   ? m_tree->view(m_tree->cells[m_tree->lines[place(line)] + std::size_t(column)])
+                   : QStringView();
+    }
+
+    /// The number of cells up to the last one of a line that isn't empty. Work that goes by it costs what was written,
+    /// however wide the table.
+    qsizetype filledCount(qsizetype line) const { return static_cast<qsizetype>(m_tree->cellCount(place(line))); }
 
 private:
     const MarkdownTree::Table& table() const { return m_tree->table(m_tree->nodes[m_node]); }
 
-    const MarkdownTree::Cell& cellAt(qsizetype line, qsizetype column) const {
-        return m_tree->cells[table().firstCell + static_cast<std::size_t>(line * columnCount() + column)];
-    }
+    std::size_t place(qsizetype line) const { return table().firstLine + static_cast<std::size_t>(line); }
 
     std::shared_ptr<const MarkdownTree> m_tree;
     std::size_t m_node;

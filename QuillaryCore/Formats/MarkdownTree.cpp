@@ -8,15 +8,26 @@ namespace {
 
 bool haveEqualCells(const MarkdownTree& a, const MarkdownTree::Node& x, const MarkdownTree& b,
                     const MarkdownTree::Node& y) {
-    const MarkdownTree::Table& tableOfA = a.table(x);
-    const MarkdownTree::Table& tableOfB = b.table(y);
-    const MarkdownTree::Cell* cellsOfA = a.cells.data();
-    const MarkdownTree::Cell* cellsOfB = b.cells.data();
-    return tableOfA.columns == tableOfB.columns &&
-           std::equal(cellsOfA + tableOfA.firstCell, cellsOfA + tableOfA.endOfCells, cellsOfB + tableOfB.firstCell,
-                      cellsOfB + tableOfB.endOfCells, [&](const MarkdownTree::Cell& c, const MarkdownTree::Cell& d) {
-                          return c.alignment == d.alignment && a.view(c.text) == b.view(d.text);
-                      });
+    const MarkdownTree::Table& s = a.table(x);
+    const MarkdownTree::Table& t = b.table(y);
+    const std::size_t lines = s.endOfLines - s.firstLine;
+    if (s.columns != t.columns || lines != t.endOfLines - t.firstLine ||
+        !std::equal(a.alignments.data() + s.firstAlignment, a.alignments.data() + s.firstAlignment + s.columns,
+                    b.alignments.data() + t.firstAlignment)) {
+        return false;
+    }
+    for (std::size_t line = 0; line < lines; ++line) {
+        const std::size_t count = a.cellCount(s.firstLine + line);
+        const MarkdownTree::Text* const cells = a.cells.data() + a.lines[s.firstLine + line];
+        const MarkdownTree::Text* const others = b.cells.data() + b.lines[t.firstLine + line];
+        if (count != b.cellCount(t.firstLine + line) ||
+            !std::equal(cells, cells + count, others, [&](const MarkdownTree::Text& c, const MarkdownTree::Text& d) {
+                return a.view(c) == b.view(d);
+            })) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // What a node says, without what lies in it. The nodes are of one kind.
@@ -31,7 +42,7 @@ bool sayTheSame(const MarkdownTree& a, const MarkdownTree::Node& x, const Markdo
         // A language is never empty, so that a null view is no language.
         return a.language(x) == b.language(y) && a.view(x.text) == b.view(y.text);
     case Kind::list:
-        return x.isOrdered == y.isOrdered && x.number == y.number;
+        return x.isOrdered == y.isOrdered && x.extent.number == y.extent.number;
     case Kind::table:
         return haveEqualCells(a, x, b, y);
     case Kind::item:
@@ -60,7 +71,8 @@ bool MarkdownTree::areEqual(const MarkdownTree& a, std::size_t firstOfA, std::si
     for (std::size_t i = 0; i < endOfA - firstOfA; ++i) {
         const Node& x = a.nodes[firstOfA + i];
         const Node& y = b.nodes[firstOfB + i];
-        if (x.kind != y.kind || x.end - firstOfA != y.end - firstOfB || !sayTheSame(a, x, b, y)) {
+        if (x.kind != y.kind || a.endOf(firstOfA + i) - firstOfA != b.endOf(firstOfB + i) - firstOfB ||
+            !sayTheSame(a, x, b, y)) {
             return false;
         }
     }

@@ -28,6 +28,14 @@ struct MarkdownTree {
 
     enum class Alignment : quint8 { leading, center, trailing };
 
+    /// What a node without a text of its own has.
+    struct Extent {
+        /// The index of the first node that isn't in this one.
+        quint32 end;
+        /// The first number of a list, the place of a table among the tables.
+        qint32 number;
+    };
+
     /// There may be one for each unit of the text, so that it is kept small.
     struct Node {
         Kind kind = Kind::rule;
@@ -36,21 +44,22 @@ struct MarkdownTree {
         bool isOrdered = false;
         /// Of a heading.
         quint8 level = 0;
-        /// The index of the first node that isn't in this one.
-        quint32 end = 0;
 
         union {
             /// Of a heading, a paragraph and a code block.
             Text text = {};
-            /// The first number of a list, the place of a table among the tables.
-            qint32 number;
+            /// Of any other.
+            Extent extent;
         };
+
+        bool hasText() const { return kind == Kind::heading || kind == Kind::paragraph || kind == Kind::code; }
     };
 
-    /// Its cells row by row, the header first. The alignments of the header's cells are the columns'.
+    /// Its lines, the header's first, and the alignments of its columns, by their places among these.
     struct Table {
-        quint32 firstCell = 0;
-        quint32 endOfCells = 0;
+        quint32 firstLine = 0;
+        quint32 endOfLines = 0;
+        quint32 firstAlignment = 0;
         quint32 columns = 0;
     };
 
@@ -58,11 +67,6 @@ struct MarkdownTree {
         /// The code block that names it.
         quint32 node = 0;
         Text text;
-    };
-
-    struct Cell {
-        Text text;
-        Alignment alignment = Alignment::leading;
     };
 
     QStringView view(const Text& text) const { return view(text.start, text.length); }
@@ -74,7 +78,17 @@ struct MarkdownTree {
     /// The language of a code block; a null view if it names none.
     QStringView language(const Node& code) const;
 
-    const Table& table(const Node& node) const { return tables[static_cast<std::size_t>(node.number)]; }
+    /// The index of the first node that isn't in this one.
+    std::size_t endOf(std::size_t node) const {
+        return nodes[node].hasText() ? node + 1 : std::size_t(nodes[node].extent.end);
+    }
+
+    const Table& table(const Node& node) const { return tables[static_cast<std::size_t>(node.extent.number)]; }
+
+    /// How many cells a line of a table is kept with: those behind are empty.
+    std::size_t cellCount(std::size_t line) const {
+        return (line + 1 < lines.size() ? lines[line + 1] : cells.size()) - lines[line];
+    }
 
     /// Whether the nodes of two stretches say the same.
     static bool areEqual(const MarkdownTree& a, std::size_t firstOfA, std::size_t endOfA, const MarkdownTree& b,
@@ -84,7 +98,12 @@ struct MarkdownTree {
     /// Texts that don't stand in the source in one piece.
     QString joined;
     std::vector<Node> nodes;
-    std::vector<Cell> cells;
+    /// The cells of all tables, line by line. A line has no more than are written in it, since a wide header over many
+    /// short rows would be too much otherwise.
+    std::vector<Text> cells;
+    /// Where the cells of each line begin.
+    std::vector<quint32> lines;
+    std::vector<Alignment> alignments;
     std::vector<Table> tables;
     /// In the order of their nodes.
     std::vector<Language> languages;

@@ -266,6 +266,8 @@ INSTANTIATE_TEST_SUITE_P(
         BlocksCase{"one column", u"|a|\n|-|"_s, u"table(l;‹a›)"_s},
         BlocksCase{"one column by a bar at one end", u"a|\n-|\nb|\nc"_s, u"table(l;‹a›;‹b›) p(‹c›)"_s},
         BlocksCase{"a bar alone", u"|\n|-|\n|"_s, u"table(l;‹›;‹›)"_s},
+        BlocksCase{"empty cells between others", u"a|b|c|d\n-|-|-|-\n|||3|\n||\n1|2|3|4"_s,
+                   u"table(llll;‹a›‹b›‹c›‹d›;‹›‹›‹3›‹›;‹›‹›‹›‹›;‹1›‹2›‹3›‹4›)"_s},
         BlocksCase{"two bars", u"||\n-|"_s, u"table(l;‹›)"_s},
         BlocksCase{"too many and too few cells", u"a|b\n-|-\n1|2|3\n4|\n|5"_s,
                    u"table(ll;‹a›‹b›;‹1›‹2›;‹4›‹›;‹5›‹›)"_s},
@@ -424,6 +426,25 @@ TEST(MarkdownParser, NestsWithoutALimit) {
     EXPECT_EQ(depthOf(MarkdownParser::parse(QString(500'000, u'>'))), 500'000);
     EXPECT_EQ(depthOf(MarkdownParser::parse(u"- "_s.repeated(250'000) + u'a')), 250'000);
     EXPECT_EQ(depthOf(MarkdownParser::parse(u"> 1) "_s.repeated(100'000) + u'a')), 200'000);
+}
+
+TEST(MarkdownTable, KeepsOfARowNoMoreThanIsWrittenInIt) {
+    // Filled up, these would be 20 thousand million cells.
+    constexpr qsizetype columns = 100'000;
+    constexpr qsizetype rows = 200'000;
+    const QString text = QString(columns + 1, u'|') + u"\n|" + QString(u"-|"_s).repeated(columns) + u'\n' +
+                         QString(u"|\n"_s).repeated(rows - 1) + u"||a||"_s;
+    const MarkdownBlocks blocks = MarkdownParser::parse(text);
+    ASSERT_EQ(blocks.size(), 1);
+    const MarkdownTable table = (*blocks.begin()).table();
+    EXPECT_EQ(table.columnCount(), columns);
+    EXPECT_EQ(table.rowCount(), rows);
+    EXPECT_EQ(table.filledCount(0), 0);
+    EXPECT_EQ(table.filledCount(rows - 1), 0);
+    EXPECT_EQ(table.filledCount(rows), 2);
+    EXPECT_EQ(table.cell(rows - 1, 1), u"a"_s);
+    EXPECT_EQ(table.cell(rows - 1, columns - 1), QString());
+    EXPECT_TRUE(blocks == MarkdownParser::parse(text));
 }
 
 TEST(MarkdownBlock, IsEqualByItsFields) {

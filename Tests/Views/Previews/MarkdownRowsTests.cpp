@@ -1,8 +1,13 @@
 #include "Quillary/Previews/MarkdownRows.h"
 
+#include <QHash>
+#include <QMap>
 #include <QStringList>
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <random>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -13,7 +18,9 @@ namespace {
 /// "1." a number, "[ ]" and "[x]" tasks.
 QString framesOf(const MarkdownRows& rows, qsizetype index) {
     QString told;
-    for (qint32 frame = rows.rows[static_cast<std::size_t>(index)].frame; frame >= 0;) {
+    const MarkdownRow& row = rows.rows[static_cast<std::size_t>(index)];
+    int begun = row.begun;
+    for (qint32 frame = row.frame; frame >= 0; --begun) {
         const MarkdownFrame& around = rows.frames[static_cast<std::size_t>(frame)];
         QString sign = u">"_s;
         switch (around.marker) {
@@ -32,7 +39,7 @@ QString framesOf(const MarkdownRows& rows, qsizetype index) {
             sign = u"[x]"_s;
             break;
         }
-        const bool begins = around.isQuote() || around.firstRow == index;
+        const bool begins = around.isQuote() || begun > 0;
         told.prepend((begins ? sign : u"-"_s) + u' ');
         frame = around.parent;
     }
@@ -47,10 +54,10 @@ QString toldRow(const MarkdownRows& rows, qsizetype index) {
     case MarkdownRow::Kind::paragraph:
         return rows.styledText(row).text;
     case MarkdownRow::Kind::code:
-        return u"`"_s + row.text + u"`"_s;
+        return u"`"_s + rows.rawText(row) + u"`"_s;
     case MarkdownRow::Kind::table: {
         QStringList cells;
-        const qsizetype columns = rows.tables[static_cast<std::size_t>(row.source)].columnCount();
+        const qsizetype columns = rows.tables[static_cast<std::size_t>(row.part.source)].columnCount();
         for (qsizetype column = 0; column < columns; ++column) {
             cells.append(rows.cellText(row, column).text);
         }
@@ -116,10 +123,41 @@ TEST(MarkdownRows, DistancesAreThoseOfTheInnermostList) {
 TEST(MarkdownRows, AnchorsAreOfTopLevelHeadingsOnly) {
     const MarkdownRows rows = MarkdownRows::of(
         u"# A b\n\ntesto\n\n> # In una citazione\n\n## A b\n\n- # In una lista\n\n### [testo](altra.md)\n"_s);
-    EXPECT_EQ(rows.anchors, (QMap<qsizetype, QString>{{0, u"a-b"_s}, {3, u"a-b-1"_s}, {5, u"testo"_s}}));
-    EXPECT_EQ(rows.anchorRows.value(u"a-b"_s), 0);
-    EXPECT_EQ(rows.anchorRows.value(u"a-b-1"_s), 3);
-    EXPECT_FALSE(rows.anchorRows.contains(u"in-una-citazione"_s));
+    EXPECT_EQ(rows.anchors(), (QMap<qsizetype, QString>{{0, u"a-b"_s}, {3, u"a-b-1"_s}, {5, u"testo"_s}}));
+    EXPECT_EQ(rows.rowOfAnchor(u"a-b"_s), 0);
+    EXPECT_EQ(rows.rowOfAnchor(u"a-b-1"_s), 3);
+    EXPECT_EQ(rows.rowOfAnchor(u"testo"_s), 5);
+    for (const QString& unknown : {u"in-una-citazione"_s, u"a-b-2"_s, u"a-b-0"_s, u"a-b-01"_s, u"a"_s, QString()}) {
+        EXPECT_EQ(rows.rowOfAnchor(unknown), std::nullopt) << unknown.toStdString();
+    }
+}
+
+TEST(MarkdownRows, AnAnchorLeadsToTheFirstHeadingThatHasIt) {
+    // Whatever the names are, numbers of their own included.
+    std::mt19937 random(20240901);
+    const QStringList names = {u"a"_s, u"A"_s, u"a-1"_s, u"a-1-1"_s, u"a-01"_s, u"!"_s, u"-1"_s, u"b"_s, u"a-2"_s};
+    for (int round = 0; round < 300; ++round) {
+        QString text;
+        for (int i = 0; i < 12; ++i) {
+            const QString& name = names[static_cast<qsizetype>(random() % static_cast<unsigned>(names.size()))];
+            text += (random() % 4 == 0 ? u"> # "_s : u"# "_s) + name + u"\n\n"_s;
+        }
+        const MarkdownRows rows = MarkdownRows::of(text);
+        // Every block here has one row.
+        QHash<QString, qsizetype> expected;
+        const QMap<qsizetype, QString> anchors = rows.anchors();
+        for (auto anchor = anchors.cbegin(); anchor != anchors.cend(); ++anchor) {
+            if (!expected.contains(*anchor)) {
+                expected.insert(*anchor, anchor.key());
+            }
+        }
+        for (auto anchor = expected.cbegin(); anchor != expected.cend(); ++anchor) {
+            ASSERT_EQ(rows.rowOfAnchor(anchor.key()), *anchor) << text.toStdString() << anchor.key().toStdString();
+        }
+        for (const QString& wanted : names) {
+            ASSERT_EQ(rows.rowOfAnchor(wanted).has_value(), expected.contains(wanted));
+        }
+    }
 }
 
 TEST(MarkdownRows, LongTextsAreShownInPiecesThatLoseNothing) {
@@ -166,9 +204,9 @@ TEST(MarkdownRows, LongCodeIsShownInPiecesThatLoseNothing) {
     const MarkdownRows rows = MarkdownRows::of(u"```\n"_s % code % u"\n```\n"_s);
     QString joined;
     for (const MarkdownRow& row : rows.rows) {
-        EXPECT_LE(row.text.size(), 4000);
-        EXPECT_EQ(joined.size(), row.start);
-        joined += row.text;
+        EXPECT_LE(rows.lengthOf(row), 4000);
+        EXPECT_EQ(joined.size(), row.part.start);
+        joined += rows.rawText(row);
         if (!row.isCut && !row.isLast) {
             joined += u'\n';
         }
@@ -181,12 +219,48 @@ TEST(MarkdownRows, LongCellsAreShownInPiecesThatLoseNothing) {
     const MarkdownRows rows = MarkdownRows::of(u"|x|y|\n|-|-|\n|"_s % cell % u"|b|\n|1|2|\n"_s);
     QString joined;
     for (const MarkdownRow& row : rows.rows) {
-        if (row.start == 1) {
+        if (row.part.start == 1) {
             joined += rows.cellText(row, 0).text;
             EXPECT_EQ(rows.cellText(row, 1).text, row.piece == 0 ? u"b"_s : QString());
         }
     }
     EXPECT_EQ(joined, cell);
+}
+
+TEST(MarkdownRows, LinesOfATableAreCutByWhatAllTheirCellsHoldTogether) {
+    struct Case {
+        const char* name;
+        QString cell;
+        int columns;
+    };
+
+    for (const Case& each :
+         {Case{"marks", u"`a`b "_s.repeated(2000), 1}, Case{"marks beside marks", u"*a*b "_s.repeated(300), 20},
+          Case{"long cells beside each other", u"abcde fgh "_s.repeated(1000), 40},
+          Case{"marks without end", u"*a_[b`"_s.repeated(1900), 3}}) {
+        const QString line = u'|' + QString(each.cell + u'|').repeated(each.columns) + u'\n';
+        const MarkdownRows rows = MarkdownRows::of(u'|' + QString(u"h|"_s).repeated(each.columns) + u"\n|"_s +
+                                                   QString(u"-|"_s).repeated(each.columns) + u'\n' + line + u"|1|\n"_s);
+        QStringList joined(each.columns);
+        for (const MarkdownRow& row : rows.rows) {
+            qsizetype units = 0;
+            std::size_t runs = 0;
+            for (int column = 0; column < each.columns; ++column) {
+                const MarkdownStyledText text = rows.cellText(row, column);
+                units += text.text.size();
+                runs += text.runs.size();
+                if (row.part.start == 1) {
+                    joined[column] += text.text;
+                }
+            }
+            EXPECT_LE(units, MarkdownRows::longText) << each.name;
+            EXPECT_LE(runs, 3U * static_cast<std::size_t>(MarkdownRows::mostRuns)) << each.name;
+            const bool isLastOfLine = row.isLast || (&row + 1)->part.start != row.part.start;
+            EXPECT_EQ(row.isCut, !isLastOfLine) << each.name;
+        }
+        EXPECT_EQ(joined.first(), MarkdownStyledText::of(each.cell.trimmed()).text) << each.name;
+        EXPECT_EQ(joined.last(), joined.first()) << each.name;
+    }
 }
 
 TEST(MarkdownRows, NestingHasABoundAndMarkersHaveNone) {
@@ -196,8 +270,34 @@ TEST(MarkdownRows, NestingHasABoundAndMarkersHaveNone) {
 
     const MarkdownRows lists = MarkdownRows::of(QString(u"- "_s).repeated(100'000) % u"a"_s);
     ASSERT_EQ(lists.rows.size(), 1U);
-    EXPECT_EQ(lists.frames.size(), 100'000U);
+    EXPECT_EQ(lists.frames.size(), std::size_t(MarkdownRows::shownDepth));
     EXPECT_EQ(framesOf(lists, 0).count(u'*'), MarkdownRows::shownDepth);
+
+    // What goes on below the bound has its own markers.
+    QString text;
+    for (int depth = 0; depth < 30; ++depth) {
+        text += QString(2 * depth, u' ') + u"- a\n"_s;
+    }
+    text += QString(60, u' ') + u"1. b\n"_s + QString(60, u' ') + u"2. c\n- d\n"_s;
+    const MarkdownRows rows = MarkdownRows::of(text);
+    ASSERT_EQ(rows.rows.size(), 33U);
+    const QString around = QString(u"- "_s).repeated(MarkdownRows::shownDepth - 1);
+    EXPECT_EQ(framesOf(rows, 29), around + u"* "_s);
+    EXPECT_EQ(framesOf(rows, 30), around + u"1. "_s);
+    EXPECT_EQ(framesOf(rows, 31), around + u"2. "_s);
+    EXPECT_EQ(framesOf(rows, 32), u"* "_s);
+}
+
+TEST(MarkdownRows, ItemsWithTheSameMarkerShareIt) {
+    const MarkdownRows rows = MarkdownRows::of(u"- a\n- b\n- [ ] c\n- [x] d\n- e\n\ntesto\n\n+ f\n\n1. g\n"_s);
+    EXPECT_EQ(rows.frames.size(), 4U);
+    EXPECT_EQ(told(u"- a\n- b\n- [ ] c\n- [x] d\n- e\n\ntesto\n\n+ f\n\n1. g\n"_s),
+              (QStringList{u"* a"_s, u"* b"_s, u"[ ] c"_s, u"[x] d"_s, u"* e"_s, u"testo"_s, u"* f"_s, u"1. g"_s}));
+}
+
+TEST(MarkdownRows, AQuoteWithNothingInItLeavesNoMark) {
+    EXPECT_EQ(told(u"- a\n\n  >\n\n  b\n"_s), (QStringList{u"* a"_s, u"- b"_s}));
+    EXPECT_EQ(told(u"- >\n\n  b\n"_s), (QStringList{u"* b"_s}));
 }
 
 TEST(MarkdownRows, TextsWithLinksAreKnown) {

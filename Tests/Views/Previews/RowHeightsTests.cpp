@@ -31,7 +31,7 @@ TEST(RowHeights, TheRowOfAPlaceIsTheOneThatHoldsIt) {
 
 TEST(RowHeights, AgreesWithPlainSumsWhateverIsSet) {
     std::mt19937 random(20240607);
-    for (const std::size_t count : {1U, 2U, 3U, 7U, 8U, 1000U}) {
+    for (const std::size_t count : {1U, 2U, 3U, 31U, 32U, 33U, 64U, 1000U, 1024U}) {
         std::vector<float> plain(count);
         for (float& height : plain) {
             height = static_cast<float>(random() % 50);
