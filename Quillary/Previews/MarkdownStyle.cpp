@@ -3,9 +3,12 @@
 #include "Quillary/Previews/MarkdownRows.h"
 #include "Quillary/Theme/Theme.h"
 
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QFontMetricsF>
 
 #include <algorithm>
+#include <array>
 
 namespace quillary {
 
@@ -16,6 +19,16 @@ constexpr double cellFactor = 0.95;
 constexpr double codeFactor = 0.92;
 constexpr double boxFactor = 0.9;
 constexpr double languageSize = 9.5;
+
+/// Medium, or the next heavier weight of a font that has none, as many don't: it would give its regular one, and a
+/// heading of the text's size would look like text.
+QFont::Weight mediumOf(const QFont& font) {
+    const QString family = QFontInfo(font).family();
+    const QStringList styles = QFontDatabase::styles(family);
+    const bool hasMedium = std::ranges::any_of(
+        styles, [&family](const QString& style) { return QFontDatabase::weight(family, style) == QFont::Medium; });
+    return hasMedium ? QFont::Medium : QFont::DemiBold;
+}
 
 } // namespace
 
@@ -30,7 +43,8 @@ MarkdownStyle::MarkdownStyle(double size)
       cell(Theme::font(size * cellFactor)),
       headerCell(Theme::font(size * cellFactor, QFont::DemiBold)),
       code(Theme::monospacedFont(size * codeFactor)),
-      language(Theme::font(languageSize)) {
+      language(Theme::font(languageSize)),
+      lowerHeading(mediumOf(body)) {
     const QFontMetricsF bodyMetrics(body);
     const QFontMetricsF codeMetrics(code);
     lineHeight = bodyMetrics.height();
@@ -46,7 +60,7 @@ double MarkdownStyle::headingSize(int level) const {
 }
 
 QFont MarkdownStyle::headingFont(int level) const {
-    return Theme::font(headingSize(level), level <= 2 ? QFont::DemiBold : QFont::Medium);
+    return Theme::font(headingSize(level), level <= 2 ? QFont::DemiBold : lowerHeading);
 }
 
 double MarkdownStyle::gap(MarkdownRow::Gap gap) const {

@@ -54,6 +54,8 @@ struct MarkdownStyle {
     QFont headerCell;
     QFont code;
     QFont language;
+    /// The weight of the headings below the second level.
+    QFont::Weight lowerHeading;
     // Of the body's font
     double lineHeight;
     double averageAdvance;
