@@ -2,6 +2,7 @@
 
 #include "Quillary/Previews/CSVGridModel.h"
 #include "Quillary/Previews/PreviewText.h"
+#include "Quillary/Theme/Contrast.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QAbstractButton>
@@ -114,11 +115,13 @@ public:
 protected:
     void paintSection(QPainter* painter, const QRect& rect, int section) const override {
         const bool isHeader = orientation() == Qt::Horizontal;
-        painter->fillRect(rect, Theme::editorBackground(palette()));
+        const QColor ground = Theme::editorBackground(palette());
+        painter->fillRect(rect, ground);
         QColor color = palette().color(QPalette::Text);
         if (!isHeader) {
-            color = Theme::secondaryText(palette());
-            color.setAlphaF(tertiaryOpacity);
+            QColor tertiary = Theme::secondaryText(palette());
+            tertiary.setAlphaF(tertiaryOpacity);
+            color = readable(tertiary, ground, color);
         }
         painter->setPen(color);
         painter->setFont(font());

@@ -2,6 +2,8 @@
 
 #include "Quillary/Previews/CSVGrid.h"
 #include "Quillary/Previews/PreviewHeader.h"
+#include "Quillary/Theme/Contrast.h"
+#include "Quillary/Theme/Palettes.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -12,6 +14,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -146,6 +150,24 @@ TEST(CSVPreview, MeasuresFollowTheSize) {
         EXPECT_EQ(preview.grid().horizontalHeader()->height(), qRound(size * 1.9));
         EXPECT_EQ(preview.grid().verticalHeader()->width(), qRound(size * 0.62 + 12));
         EXPECT_TRUE(preview.grid().horizontalHeader()->font().weight() == QFont::DemiBold);
+    }
+}
+
+TEST(CSVPreview, RowNumbersAreFaintAndCanBeRead) {
+    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+        CSVPreviewOf preview(u"a\n1\n"_s, 28);
+        preview.view.setPalette(palette);
+        const QColor ground = palette.color(QPalette::Base);
+        double most = 0;
+        const QImage image = preview.grid().verticalHeader()->grab().toImage();
+        const int row = preview.grid().rowHeight(0);
+        for (int y = 2; y < row - 2; ++y) {
+            for (int x = 0; x < image.width() - 2; ++x) {
+                most = std::max(most, contrast(image.pixelColor(x, y), ground));
+            }
+        }
+        EXPECT_GE(most, textContrast);
+        EXPECT_LT(most, contrast(palette.color(QPalette::Text), ground) * 0.7);
     }
 }
 
