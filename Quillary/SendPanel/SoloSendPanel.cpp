@@ -295,9 +295,25 @@ void SoloSendPanel::showSessions() {
 void SoloSendPanel::showProgress() {
     const bool isSending = m_solo.isSending();
     m_progress->setVisible(isSending || m_solo.isLoading());
-    m_refresh->setEnabled(!m_solo.isLoading());
-    m_sessions->setEnabled(!isSending);
-    m_start->setEnabled(!isSending && m_settings.soloAgentToolID() && m_settings.soloProjectID());
+    enable(*m_refresh, !m_solo.isLoading());
+    enable(*m_sessions, !isSending);
+    enable(*m_start, !isSending && m_settings.soloAgentToolID() && m_settings.soloProjectID());
+}
+
+// What is disabled while it has the keyboard gets it back, so that a refused text is sent again by one key; unless the
+// user has gone on to another control.
+void SoloSendPanel::enable(QWidget& control, bool isEnabled) {
+    const bool hadFocus = control.hasFocus();
+    control.setEnabled(isEnabled);
+    if (hadFocus && !isEnabled) {
+        m_waitsForFocus = &control;
+        m_hasFocusMeanwhile = focusWidget();
+    } else if (isEnabled && m_waitsForFocus == &control) {
+        m_waitsForFocus = nullptr;
+        if (focusWidget() == m_hasFocusMeanwhile) {
+            control.setFocus();
+        }
+    }
 }
 
 void SoloSendPanel::showError() {

@@ -3,6 +3,7 @@
 #include "Quillary/Solo/SoloController.h"
 
 #include <QDialog>
+#include <QPointer>
 
 class QCheckBox;
 class QLabel;
@@ -54,6 +55,7 @@ private:
     void showProjects();
     void showSessions();
     void showProgress();
+    void enable(QWidget& control, bool isEnabled);
     void showError();
     void sendTo(const QListWidgetItem* row);
 
@@ -77,6 +79,9 @@ private:
     QLabel* m_failureImage = nullptr;
     QLabel* m_error = nullptr;
     QProgressBar* m_progress = nullptr;
+    /// A control that was disabled while it had the keyboard, and what has it since then.
+    QPointer<QWidget> m_waitsForFocus;
+    QPointer<QWidget> m_hasFocusMeanwhile;
 };
 
 } // namespace quillary

@@ -7,6 +7,7 @@
 #include "Quillary/SendPanel/SoloPanelPresenter.h"
 #include "Quillary/SendPanel/SoloSendPanel.h"
 #include "Quillary/State/AppActions.h"
+#include "QuillaryCore/Platform/SystemError.h"
 
 #include "Tests/State/FakeDesktop.h"
 #include "Tests/State/Solo/FakeSolo.h"
@@ -15,6 +16,8 @@
 #include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
+#include <QFile>
+#include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -25,6 +28,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <optional>
 
 namespace quillary {
 
@@ -323,6 +328,81 @@ TEST_F(SendPanelTest, AFailureStandsInThePanel) {
     solo.play(u"projects.list"_s, {u"out {\"ok\": false, \"error\": {\"message\": \"<b>spento</b>\"}}"_s});
     show();
     EXPECT_NE(shown<QLabel>(u"Solo non risponde. È aperto?\n<b>spento</b>"_s), nullptr);
+}
+
+TEST_F(SendPanelTest, ATextThatNoCommandTakesIsRefusedWholeAndCanStillBePasted) {
+    struct Case {
+        const char* name;
+        QString text;
+        QString failure;
+    };
+
+    // One argument takes 128 KiB, its end included.
+    for (const Case& each :
+         {Case{"too long", QString(131'072, u'x'), SystemError{E2BIG}.localizedDescription()},
+          Case{"too long in UTF-8", QString(70'000, u'è'), SystemError{E2BIG}.localizedDescription()},
+          Case{"with a NUL", u"a\0b"_s, u"Invio non riuscito: il testo contiene un carattere nullo"_s}}) {
+        notes.settings().setSoloMode(u"newSession"_s);
+        show(each.text);
+        click<QPushButton>(u"Avvia sessione"_s);
+        ASSERT_TRUE(await([this] { return !controller.isSending(); })) << each.name;
+        EXPECT_NE(shown<QLabel>(each.failure), nullptr) << each.name;
+        EXPECT_TRUE(panel->isVisible()) << each.name;
+        EXPECT_TRUE(shown<QPushButton>(u"Avvia sessione"_s)->isEnabled()) << each.name;
+        EXPECT_TRUE(solo.log(u"processes.spawn"_s).isEmpty()) << each.name;
+
+        click<QPushButton>(u"Sessione aperta"_s);
+        clickRow(u"Libera"_s);
+        ASSERT_TRUE(await([this] { return !controller.isSending(); })) << each.name;
+        EXPECT_EQ(controller.errorMessage(), std::nullopt) << each.name;
+        EXPECT_EQ(controller.confirmation(), u"Inviata a Libera"_s) << each.name;
+        const QJsonObject pasted = solo.messages().at(2)[u"params"_s][u"arguments"_s].toObject();
+        EXPECT_EQ(pasted[u"input"_s].toString(), u"\x1b[200~"_s + each.text + u"\x1b[201~"_s) << each.name;
+        QFile::remove(solo.path(u"mcp.log"_s));
+    }
+    show(QString(131'071, u'x'));
+    notes.settings().setSoloMode(u"newSession"_s);
+    click<QPushButton>(u"Avvia sessione"_s);
+    ASSERT_TRUE(await([this] { return !controller.isSending(); }));
+    EXPECT_EQ(controller.errorMessage(), std::nullopt);
+    EXPECT_EQ(solo.log(u"processes.spawn"_s).size(), 1);
+}
+
+TEST_F(SendPanelTest, TheKeyboardComesBackToWhatWaited) {
+    solo.play(u"processes.spawn"_s, {u"out {\"ok\": false}"_s});
+    show();
+    panel->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(panel.get()));
+    auto* const start = shown<QPushButton>(u"Avvia sessione"_s);
+    start->setFocus();
+    QTest::keyClick(start, Qt::Key_Space);
+    EXPECT_FALSE(start->hasFocus()) << "it is disabled";
+    ASSERT_TRUE(await([this] { return !controller.isSending(); }));
+    EXPECT_TRUE(start->hasFocus());
+
+    auto* const refresh = shown<QToolButton>(u"Aggiorna"_s);
+    refresh->setFocus();
+    QTest::keyClick(refresh, Qt::Key_Space);
+    EXPECT_TRUE(controller.isLoading());
+    shown<QCheckBox>(u"Porta Solo in primo piano dopo l'invio"_s)->setFocus();
+    ASSERT_TRUE(await([this] { return !controller.isLoading(); }));
+    EXPECT_FALSE(refresh->hasFocus()) << "the user has gone on";
+}
+
+TEST_F(SendPanelTest, ArrowsChooseAmongWhatExcludesEachOther) {
+    show();
+    panel->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(panel.get()));
+    auto* const claude = shown<AgentChip>(u"Claude"_s);
+    claude->setFocus();
+    QTest::keyClick(claude, Qt::Key_Left);
+    EXPECT_EQ(notes.settings().soloAgentToolID(), 4);
+    EXPECT_TRUE(shown<AgentChip>(u"Codex"_s)->hasFocus());
+    auto* const newSession = shown<QPushButton>(u"Nuova sessione"_s);
+    newSession->setFocus();
+    QTest::keyClick(newSession, Qt::Key_Right);
+    EXPECT_EQ(notes.settings().soloMode(), u"openSession"_s);
+    EXPECT_TRUE(shown<QPushButton>(u"Sessione aperta"_s)->hasFocus());
 }
 
 TEST_F(SendPanelTest, EveryControlHasAName) {
