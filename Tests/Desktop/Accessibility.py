@@ -3,9 +3,9 @@ each control a name, and what takes the keyboard can be reached."""
 
 import unittest
 
-from desktop import DesktopTest
-from program import EDITOR, Atspi, children
+from program import EDITOR, Atspi, children, has_state
 from screen import held, wait_for
+from stage import PANEL, SoloTest
 
 # What a person does something with, or reads on its own: without a name a screen reader would say "button".
 NAMED_ROLES = {
@@ -60,7 +60,7 @@ class Walk:
             self.faults.append("a mark of the menus in the name: " + path)
 
 
-class Accessibility(DesktopTest):
+class Accessibility(SoloTest):
     MARKDOWN = ("# Titolo\n\nTesto con un [collegamento](altra.md) e `codice`.\n\n- [ ] da fare\n- [x] fatto\n\n> Citazione\n\n"
                 "| a | b |\n|---|---|\n| 1 | 2 |\n\n```js\nlet a = 1;\n```\n")
 
@@ -73,6 +73,7 @@ class Accessibility(DesktopTest):
         self.write("prova.md", self.MARKDOWN)
         self.write("tabella.csv", "nome,anni\nAda,36\nAlan,41\n")
         self.write("Lavoro/riunione.txt", "una riga\nuguale\nnuova\n")
+        self.install_all()
         self.program = self.start()
         wait_for("the list", lambda: "prova" in self.program.rows())
 
@@ -131,6 +132,56 @@ class Accessibility(DesktopTest):
             wait_for("the page " + tab, lambda: program.find_where(lambda node: control in (node.get_name() or "")))
             self.expect_all_named("the settings, " + tab, "page tab")
 
+    def the_keyboard_goes_round(self, what, names):
+        """From the control that has the keyboard through all others and back to it."""
+        program = self.program
+        visited = [wait_for("something that has the keyboard", program.find_focused).get_name()]
+        while len(visited) < 12 and (len(visited) == 1 or visited[-1] != visited[0]):
+            program.keys("Tab")
+            wait_for("the next one after " + visited[-1],
+                     lambda: program.find_focused() and program.find_focused().get_name() != visited[-1])
+            visited.append(program.find_focused().get_name())
+        self.assertEqual(visited, names + names[:1], what)
+
+    def the_panel_that_sends_to_solo(self):
+        program = self.program
+        program.open_note("prova")
+        program.keys("ctrl+shift+Return")
+        wait_for("the panel", lambda: program.find("dialog", PANEL))
+        wait_for("what Solo offers", lambda: has_state(program.find("radio button", "Claude"), "CHECKED"))
+        wait_for("the projects", lambda: has_state(program.find("push button", "Avvia sessione"), "ENABLED"))
+        self.expect_all_named("the panel of a new session", "dialog", "radio button", "check box", "list", "list item",
+                              "text", "push button", "label")
+        self.assertTrue(has_state(program.find("radio button", "Nuova sessione"), "CHECKED"))
+        self.assertFalse(has_state(program.find("radio button", "Sessione aperta"), "CHECKED"))
+        self.assertFalse(has_state(program.find("radio button", "Codex"), "CHECKED"))
+        both = ["Porta Solo in primo piano dopo l'invio", "Aggiorna"]
+        self.the_keyboard_goes_round("a new session", [
+            "Cerca progetto (scelto: Alfa)", "Progetto", "Avvia sessione", *both, "Nuova sessione", "Claude"])
+
+        # Among choices the arrows go, and choose.
+        program.keys("shift+Tab")
+        wait_for("the tools", lambda: program.has_focus("radio button", "Claude"))
+        program.keys("Left")
+        wait_for("another tool", lambda: has_state(program.find("radio button", "Codex"), "CHECKED"))
+        program.keys("shift+Tab")
+        wait_for("the modes", lambda: program.has_focus("radio button", "Nuova sessione"))
+        program.keys("Right")
+        wait_for("the other mode", lambda: has_state(program.find("radio button", "Sessione aperta"), "CHECKED"))
+        wait_for("the sessions", lambda: "Libera" in program.names_in("Sessioni"))
+        self.expect_all_named("the panel of open sessions", "dialog", "radio button", "check box", "list", "list item",
+                              "text", "push button")
+        self.the_keyboard_goes_round("an open session", [
+            "Sessione aperta", "Cerca sessione o progetto", "Sessioni", "Premi Invio dopo l'incolla", *both])
+        box = "Premi Invio dopo l'incolla"
+        self.assertTrue(has_state(program.find("check box", box), "CHECKED"))
+        program.keys("Tab", "Tab", "Tab")
+        wait_for("the box", lambda: program.has_focus("check box", box))
+        program.keys("space")
+        wait_for("the other state", lambda: not has_state(program.find("check box", box), "CHECKED"))
+        program.keys("Escape")
+        wait_for("the end of the panel", lambda: not program.find("dialog", PANEL))
+
     def the_questions_before_something_goes(self):
         program = self.program
         self.program.open_note("prova")
@@ -178,6 +229,7 @@ class Accessibility(DesktopTest):
                      self.the_main_window_with_a_note_its_find_bar_and_its_previews,
                      self.several_notes_and_their_comparison,
                      self.the_questions_before_something_goes,
+                     self.the_panel_that_sends_to_solo,
                      self.the_menus_hold_no_item_without_a_name,
                      self.the_settings):
             with self.subTest(part.__name__):

@@ -1,76 +1,27 @@
 """Sending a note to Solo from the running program: the panel by keyboard and by mouse, what Solo's executables are given, the
 link that the desktop opens, and what the user reads when it fails."""
 
-import json
+import errno
 import os
 import signal
 import subprocess
 import unittest
 
-from desktop import DesktopTest
 from program import BUTTONS, has_state
 from screen import wait_for
+from stage import OPENED, ACCEPTED, PANEL, TOOLS, SoloTest, answer
 
-FAKE_SOLO = os.environ["QUILLARY_FAKE_SOLO"]
-
-TOOLS = [{"id": 4, "name": "Codex", "toolType": "codex"}, {"id": 5, "name": "Claude", "toolType": "claude"}]
-PROJECTS = [{"id": 8, "name": "Zeta", "path": "/progetti/z"}, {"id": 9, "name": "Alfa", "path": "/progetti/a"}]
-PROCESSES = [
-    {"id": 31, "name": "Sessione", "kind": "agent", "status": "running", "projectId": 9, "projectName": "Alfa"},
-    {"id": 32, "name": "Libera", "kind": "agent", "status": "running"},
-    {"id": 33, "name": "Altra", "kind": "agent", "status": "running", "projectId": 8, "projectName": "Zeta"},
-]
-
-OPENED = ["read", 'out {"id": 1, "result": {}}', "read", "read"]
-ACCEPTED = OPENED + ['out {"id": 2, "result": {}}', "read", 'out {"id": 3, "result": {}}', "read"]
 REFUSED = OPENED + ['out {"id": 2, "error": {"message": "la sessione è chiusa"}}']
 REFUSED_WITHOUT_WORDS = OPENED + ['out {"id": 2, "result": {"isError": true}}']
 
 BUTTON = "Invia a Solo (⇧⌘↩)"
-PANEL = "Invia a Solo"
 
 
-def answer(key, value):
-    return ["out " + json.dumps({"ok": True, "data": {key: value}})]
-
-
-class Solo(DesktopTest):
+class Solo(SoloTest):
     def setUp(self):
         super().setUp()
-        self.plays = self.home + "/solo"
-        os.mkdir(self.plays)
         self.replace_opener()
-        self.set_environment("FAKE_SOLO", self.plays)
-        self.play("agents.list", answer("agentTools", TOOLS))
-        self.play("projects.list", answer("projects", PROJECTS))
-        self.play("processes.list", answer("processes", PROCESSES))
-        self.play("processes.spawn", answer("id", 77))
-        self.play("mcp", ACCEPTED)
         self.write("La nota.md", "ciao mondo")
-
-    def install(self, *names):
-        """Puts Solo's executables where they belong in the home."""
-        for name in names:
-            path = f"{self.home}/{name}"
-            os.makedirs(os.path.dirname(path), exist_ok=True)
-            os.symlink(FAKE_SOLO, path)
-
-    def install_all(self):
-        self.install("Applications/Solo.app/Contents/MacOS/solo-cli", "Applications/Solo.app/Contents/MacOS/mcp")
-
-    def play(self, role, steps):
-        with open(f"{self.plays}/{role}", "w", encoding="utf-8") as file:
-            file.write("\n".join(steps))
-
-    def log(self, role):
-        try:
-            with open(f"{self.plays}/{role}.log", encoding="utf-8") as file:
-                return file.read().splitlines()
-        except FileNotFoundError:
-            return []
-
-    def messages(self):
-        return [json.loads(line) for line in self.log("mcp") if line != "(end)"]
 
     # What is on the screen
 
@@ -213,6 +164,28 @@ class Solo(DesktopTest):
         program.click_row("Sessione", "Sessioni")
         self.expect_sent(program, "Inviata a Sessione · Alfa")
         self.assertEqual(self.opened(), [])
+
+    def test_a_text_that_no_command_takes_is_refused_and_can_be_pasted(self):
+        self.install_all()
+        text = "parola " * 20_000
+        self.write("La nota.md", text)
+        program = self.begin()
+        self.open_panel(program, lambda: program.keys("ctrl+shift+Return"))
+        self.wait_for_text(program, "Nota intera · 140000 caratteri")
+        wait_for("the preferred project", lambda: self.has(program, "Avvia sessione", "ENABLED"))
+        self.tab_to(program, "Avvia sessione")
+        program.keys("space")
+        self.wait_for_text(program, os.strerror(errno.E2BIG))
+        wait_for("the keyboard, back for another try", lambda: self.has(program, "Avvia sessione", "FOCUSED"))
+        self.assertTrue(program.find("dialog", PANEL))
+        self.assertEqual(self.log("processes.spawn"), [])
+        self.display.picture(self.id() + ".refused")
+
+        self.press(program, "Sessione aperta")
+        program.click_row("Sessione", "Sessioni")
+        self.expect_sent(program, "Inviata a Sessione · Alfa")
+        self.assertEqual(self.messages()[2]["params"]["arguments"]["input"], "\x1b[200~" + text + "\x1b[201~")
+        self.assertEqual(self.read("La nota.md"), text)
 
     def test_ends_cleanly_while_a_text_is_under_way(self):
         self.install_all()
