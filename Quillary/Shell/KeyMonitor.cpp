@@ -23,7 +23,8 @@ bool isEditable(const QWidget* widget) {
 }
 
 bool isEditableText(const QWidget* widget) {
-    return isEditable<ZoomableTextView>(widget) || isEditable<QLineEdit>(widget) ||
+    // The note's text refuses edits only for as long as something else lies over it.
+    return qobject_cast<const ZoomableTextView*>(widget) != nullptr || isEditable<QLineEdit>(widget) ||
            isEditable<QPlainTextEdit>(widget) || isEditable<QTextEdit>(widget);
 }
 

@@ -68,7 +68,7 @@ const KeyRow keyRows[] = {
     {"Escape leaves a folder first", {Focus::list}, folderSelected | twoNotes, Qt::Key_Escape, {u"no folder"_s}},
     {"Escape ends a multiple selection", everywhere, twoNotes, Qt::Key_Escape, {u"one note"_s}},
     {"Escape in a text ends a multiple selection before a folder",
-     {Focus::field},
+     {Focus::editor, Focus::field},
      twoNotes | folderSelected,
      Qt::Key_Escape,
      {u"one note"_s}},
