@@ -2,98 +2,65 @@
 
 import glob
 import os
-import threading
 import unittest
 
-from gi.repository import Gio, GLib
+from gi.repository import GLib
 
 from desktop import DesktopTest
 from program import Quillary
 from screen import find_window, wait_for
-
-WATCHER = """
-<node><interface name="org.kde.StatusNotifierWatcher">
-  <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
-  <method name="RegisterStatusNotifierHost"><arg type="s" direction="in"/></method>
-  <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
-  <property name="ProtocolVersion" type="i" access="read"/>
-  <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
-  <signal name="StatusNotifierHostRegistered"/>
-</interface></node>
-"""
+from services import Menu, Service, text_of
 
 
-class Panel:
-    """A panel of a desktop, on the session bus of this test. It lists the items that are there now."""
+class Panel(Service):
+    """A panel of a desktop. It lists the items that are there now."""
+
+    name = "org.kde.StatusNotifierWatcher"
+    path = "/StatusNotifierWatcher"
+    interface = """
+      <interface name="org.kde.StatusNotifierWatcher">
+        <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+        <method name="RegisterStatusNotifierHost"><arg type="s" direction="in"/></method>
+        <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+        <property name="ProtocolVersion" type="i" access="read"/>
+        <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+        <signal name="StatusNotifierHostRegistered"/>
+      </interface>"""
 
     def __init__(self):
         self.items = []
-        self.ready = threading.Event()
-        self.thread = threading.Thread(target=self.run, daemon=True)
-        self.thread.start()
-        assert self.ready.wait(20)
-        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        super().__init__()
 
-    def run(self):
-        context = GLib.MainContext()
-        context.push_thread_default()
-        self.loop = GLib.MainLoop(context)
-        connection = Gio.DBusConnection.new_for_address_sync(
-            os.environ["DBUS_SESSION_BUS_ADDRESS"], Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
-            Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
-        interface = Gio.DBusNodeInfo.new_for_xml(WATCHER).interfaces[0]
-        connection.register_object("/StatusNotifierWatcher", interface, self.call, self.property, None)
-        connection.signal_subscribe("org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
-                                    "/org/freedesktop/DBus", None, Gio.DBusSignalFlags.NONE, self.owner_changed)
-        connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-                             GLib.Variant("(su)", ("org.kde.StatusNotifierWatcher", 0)), None,
-                             Gio.DBusCallFlags.NONE, -1, None)
-        self.ready.set()
-        self.loop.run()
-        connection.close_sync()
-
-    def call(self, _connection, sender, _path, _interface, method, parameters, invocation):
+    def called(self, sender, method, arguments):
         if method == "RegisterStatusNotifierItem":
-            self.items.append((parameters[0] if parameters[0][:1] != "/" else sender, sender))
-        invocation.return_value(None)
+            self.items.append((arguments[0] if arguments[0][:1] != "/" else sender, sender))
 
-    def property(self, _connection, _sender, _path, _interface, name):
+    def property(self, name):
         return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True), "ProtocolVersion": GLib.Variant("i", 0),
                 "RegisteredStatusNotifierItems": GLib.Variant("as", [])}[name]
 
-    def owner_changed(self, _connection, _sender, _path, _interface, _signal, parameters):
-        name, _, owner = parameters
-        if not owner:
-            self.items = [item for item in self.items if name not in item]
-
-    def close(self):
-        self.loop.quit()
-        self.thread.join()
+    def ended(self, name):
+        self.items = [item for item in self.items if name not in item]
 
     # What a panel asks an item for
 
-    def ask(self, path, interface, method, arguments):
-        return self.bus.call_sync(self.items[-1][0], path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
-                                  5000, None).unpack()
-
     def item(self, name):
-        return self.ask("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+        return self.ask(self.items[-1][0], "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
                         GLib.Variant("(ss)", ("org.kde.StatusNotifierItem", name)))[0]
 
     def menu(self):
-        """The entries on show as (number, properties)."""
-        _, (_, _, entries) = self.ask(self.item("Menu"), "com.canonical.dbusmenu", "GetLayout",
-                                      GLib.Variant("(iias)", (0, 1, [])))
-        return [(number, properties) for number, properties, _ in entries if properties.get("visible", True)]
+        return Menu(self, self.items[-1][0], self.item("Menu"))
 
     def texts(self):
-        return ["-" if properties.get("type") == "separator" else properties["label"]
-                for _, properties in self.menu()]
+        return [text_of(properties) for _, properties in self.menu().entries()]
 
-    def choose(self, text):
-        number = next(number for number, properties in self.menu() if properties.get("label") == text)
-        self.ask(self.item("Menu"), "com.canonical.dbusmenu", "Event",
-                 GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("s", ""), 0)))
+
+class Namesake(Service):
+    """Has the program's name and answers nothing: no second start reaches the first."""
+
+    name = "app.quillary.Quillary"
+    path = "/nobody"
+    interface = '<interface name="nobody.Nobody"/>'
 
 
 class MenuBarExtra(DesktopTest):
@@ -130,27 +97,27 @@ class MenuBarExtra(DesktopTest):
         wait_for("the entries", lambda: panel.texts() == [
             "Mostra Quillary", "-", "Nuova nota", "Nuova nota dagli appunti", "-", "Recenti", "b", "c__d  —  Lavoro", "a",
             "-", "Impostazioni…", "Esci da Quillary"])
-        entries = dict((properties.get("label"), properties) for _, properties in panel.menu())
+        entries = panel.menu().open()
         self.assertEqual(entries["Mostra Quillary"]["shortcut"], [["Super", "Alt", "N"]])
         self.assertFalse(entries["Recenti"]["enabled"])
 
         program.keys("ctrl+w")
         self.expect_hidden(program)
-        panel.choose("Mostra Quillary")
+        panel.menu().choose("Mostra Quillary")
         self.expect_shown(program)
 
         program.keys("ctrl+w")
         self.expect_hidden(program)
-        panel.choose("c__d  —  Lavoro")
+        panel.menu().choose("c__d  —  Lavoro")
         self.expect_shown(program)
         wait_for("the note", lambda: program.title() == "c_d")
-        panel.choose("Nuova nota")
+        panel.menu().choose("Nuova nota")
         wait_for("a new file", lambda: len(os.listdir(self.notes + "/Lavoro")) == 2)
         wait_for("it under the recent ones", lambda: panel.texts()[6] not in ("a", "b", "c__d  —  Lavoro"))
 
-        panel.choose("Impostazioni…")
+        panel.menu().choose("Impostazioni…")
         wait_for("the settings", lambda: find_window("^Impostazioni"))
-        panel.choose("Esci da Quillary")
+        panel.menu().choose("Esci da Quillary")
         self.assertEqual(program.process.wait(timeout=20), 0)
 
     def test_goes_and_comes_with_the_preference_and_the_panel(self):
@@ -192,6 +159,32 @@ class MenuBarExtra(DesktopTest):
         program.keys("ctrl+w")
         self.assertEqual(program.process.wait(timeout=20), 0)
         self.assertIn("di getto", [self.read(name) for name in self.files()])
+
+    def test_a_closed_window_comes_back_when_its_last_way_back_goes(self):
+        namesake = Namesake()
+        self.addCleanup(namesake.close)
+        panel = self.open_panel()
+        program = self.start()
+        wait_for("the item", lambda: panel.items)
+        program.keys("ctrl+w")
+        self.expect_hidden(program)
+
+        # The hot key is left, which leads back.
+        panel.close()
+        program.keys("super+alt+n")
+        self.expect_shown(program)
+        program.close()
+
+        # Nothing is left.
+        self.preferences["disabledShortcuts"] = ["summon"]
+        panel = self.open_panel()
+        program = self.start()
+        wait_for("the item", lambda: panel.items)
+        program.keys("ctrl+w")
+        self.expect_hidden(program)
+        self.assertIsNone(program.process.poll())
+        panel.close()
+        self.expect_shown(program)
 
 
 if __name__ == "__main__":
