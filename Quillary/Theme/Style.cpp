@@ -24,6 +24,9 @@ constexpr double boxRadius = 3;
 /// 1.4.11).
 constexpr float edgeOpacity = 0.55F;
 constexpr float fillOpacity = 0.08F;
+/// As much of the text's colour takes a menu off what it opens over, and its groups from each other.
+constexpr float menuEdgeOpacity = 0.3F;
+constexpr float menuLineOpacity = 0.18F;
 
 /// The thumb's rectangle: as long as the part on show is of the whole, at the place of the value.
 QRect thumbOf(const QStyleOptionSlider& bar) {
@@ -98,6 +101,29 @@ void drawMenuMark(const QStyleOption& mark, QPainter* painter) {
     }
 }
 
+QColor textColor(const QStyleOption& option, float opacity) {
+    QColor color = option.palette.color(QPalette::Text);
+    color.setAlphaF(opacity);
+    return color;
+}
+
+/// The edge over the one that the style has drawn, which is lost in the dark.
+void drawMenuEdge(const QStyleOption& menu, QPainter* painter) {
+    painter->save();
+    painter->setBrush(Qt::NoBrush);
+    for (const QColor& color : {menu.palette.color(QPalette::Base), textColor(menu, menuEdgeOpacity)}) {
+        painter->setPen(color);
+        painter->drawRect(menu.rect.adjusted(0, 0, -1, -1));
+    }
+    painter->restore();
+}
+
+void drawMenuLine(const QStyleOptionMenuItem& line, QPainter* painter) {
+    constexpr int margin = 5;
+    const QRect place(line.rect.left() + margin, line.rect.center().y(), line.rect.width() - 2 * margin, 1);
+    painter->fillRect(place, textColor(line, menuLineOpacity));
+}
+
 } // namespace
 
 Style::Style() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
@@ -122,7 +148,10 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const {
-    if (element != PE_IndicatorCheckBox) {
+    if (element == PE_PanelMenu) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        drawMenuEdge(*option, painter);
+    } else if (element != PE_IndicatorCheckBox) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     } else if (qobject_cast<const QMenu*>(widget) != nullptr) {
         drawMenuMark(*option, painter);
@@ -134,6 +163,10 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const {
     const auto* const item = element == CE_MenuItem ? qstyleoption_cast<const QStyleOptionMenuItem*>(option) : nullptr;
+    if (item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
+        drawMenuLine(*item, painter);
+        return;
+    }
     // One choice of several has the same mark as one that is made for itself. Beside an icon there is no room for it.
     if (item != nullptr && item->checkType == QStyleOptionMenuItem::Exclusive && item->icon.isNull()) {
         QStyleOptionMenuItem marked = *item;

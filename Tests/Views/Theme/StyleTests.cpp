@@ -117,6 +117,22 @@ TEST_P(StyleInEachAppearance, AMenuMarksWhatIsChosenAndNothingElse) {
     EXPECT_EQ(pictureOf(menu), plain);
 }
 
+TEST_P(StyleInEachAppearance, AMenuAndItsGroupsHaveEdgesThatAreSeen) {
+    QMenu menu;
+    menu.addAction(u"Prima"_s);
+    QAction* const separator = menu.addSeparator();
+    menu.addAction(u"Seconda"_s);
+    const QImage picture = pictureOf(menu);
+    const QRect group = menu.actionGeometry(separator);
+    const QPoint line = group.center();
+    for (const QPoint edge : {QPoint(line.x(), 0), QPoint(line.x(), picture.height() - 1), QPoint(0, line.y()),
+                              QPoint(picture.width() - 1, line.y())}) {
+        EXPECT_GE(contrast(picture.pixelColor(edge), menu.palette().color(QPalette::Base)), 1.8);
+    }
+    const QColor ground = picture.pixelColor(line.x(), group.top() - 1);
+    EXPECT_GE(greatestContrast(picture.copy(line.x(), group.top(), 1, group.height()), ground), 1.3);
+}
+
 TEST(Style, AScrollBarIsAllThumbAndPagesAndTheThumbStandsForWhatIsShown) {
     Style style;
     QStyleOptionSlider bar;
