@@ -1,5 +1,6 @@
 #include "Quillary/Settings/GeneralSettingsView.h"
 
+#include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Settings/SettingsBinding.h"
 #include "Quillary/State/AppActions.h"
 #include "QuillaryCore/Platform/FilePath.h"
@@ -7,7 +8,6 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace quillary {
 
@@ -20,13 +20,9 @@ GeneralSettingsView::GeneralSettingsView(AppSettings* settings, NotesStore* stor
 
 void GeneralSettingsView::addArchive() {
     addSection(tr("Archivio"));
-    auto* const row = new QWidget(this);
-    auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* const path = new QLineEdit(row);
+    auto* const path = new QLineEdit(this);
     path->setReadOnly(true);
-    path->setMinimumWidth(260);
-    path->setAccessibleName(tr("Cartella"));
+    path->setMinimumWidth(320);
     const auto update = [this, path] {
         const QString text = FilePath::displayText(m_settings.notesDirectory().text());
         path->setText(text);
@@ -35,19 +31,24 @@ void GeneralSettingsView::addArchive() {
     };
     connect(&m_settings, &AppSettings::notesDirectoryChanged, path, update);
     update();
-    auto* const choose = new QPushButton(tr("Scegli…"), row);
+    addRow(tr("Cartella"), path);
+
+    auto* const buttons = new QWidget(this);
+    auto* const choose = new PaddedButton(tr("Scegli…"), buttons);
     choose->setAccessibleName(tr("Scegli la cartella delle note"));
     connect(choose, &QPushButton::clicked, this, &GeneralSettingsView::chooseDirectory);
-    auto* const open = new QPushButton(tr("Apri nel Finder"), row);
+    auto* const open = new PaddedButton(tr("Apri nel Finder"), buttons);
     connect(open, &QPushButton::clicked, this, [this] {
         if (Desktop* const desktop = AppActions::shared().desktop) {
             desktop->open(m_settings.notesDirectory());
         }
     });
-    layout->addWidget(path, 1);
+    auto* const layout = new QHBoxLayout(buttons);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
     layout->addWidget(choose);
     layout->addWidget(open);
-    addRow(tr("Cartella"), row);
+    addBelow(buttons);
     addNote(tr("Ogni nota è un file di testo in questa cartella: .md, .txt, .json, .csv."));
 }
 

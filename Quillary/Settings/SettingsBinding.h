@@ -21,7 +21,9 @@ void bindToggle(QCheckBox* toggle, Owner* owner, Get get, Set set, Changed chang
 /// by a signal of the owner, and gives `set` each choice of the user, also that of the present value.
 template <typename Values, typename Owner, typename Get, typename Set, typename Changed>
 QComboBox* makeSettingsPicker(const Values& values, Owner* owner, Get get, Set set, Changed changed, QWidget* parent) {
+    constexpr int width = 180;
     auto* const picker = new QComboBox(parent);
+    picker->setMinimumWidth(width);
     for (const auto value : values) {
         picker->addItem(displayName(value));
     }

@@ -9,27 +9,26 @@
 
 namespace quillary {
 
-SettingsForm::SettingsForm(QWidget* parent) : QWidget(parent), m_sections(new QVBoxLayout(this)) {
-    m_sections->setContentsMargins(22, 14, 22, 18);
-    m_sections->setSpacing(6);
-    m_sections->setAlignment(Qt::AlignTop);
-}
-
-void SettingsForm::addSection(const QString& title) {
-    if (m_form != nullptr) {
-        m_sections->addSpacing(12);
-    }
-    auto* const heading = new QLabel(title, this);
-    heading->setFont(Theme::font(13, QFont::DemiBold));
-    m_sections->addWidget(heading);
-    m_form = new QFormLayout;
+SettingsForm::SettingsForm(QWidget* parent) : QWidget(parent), m_form(new QFormLayout) {
     m_form->setContentsMargins(0, 0, 0, 0);
     m_form->setHorizontalSpacing(16);
     m_form->setVerticalSpacing(8);
     m_form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    m_sections->addLayout(m_form);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(22, 14, 22, 18);
+    layout->addLayout(m_form);
+    layout->addStretch(1);
+}
+
+void SettingsForm::addSection(const QString& title) {
+    if (m_form->rowCount() > 0) {
+        addSpace();
+    }
+    auto* const heading = new QLabel(title, this);
+    heading->setFont(Theme::font(13, QFont::DemiBold));
+    m_form->addRow(heading);
 }
 
 void SettingsForm::addRow(const QString& label, QWidget* control) {
@@ -41,8 +40,12 @@ void SettingsForm::addRow(QWidget* control) {
     m_form->addRow(control);
 }
 
+void SettingsForm::addBelow(QWidget* controls) {
+    m_form->setWidget(m_form->rowCount(), QFormLayout::FieldRole, controls);
+}
+
 void SettingsForm::addWideRow(QWidget* row) {
-    row->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    row->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_form->addRow(row);
 }
 
@@ -56,9 +59,13 @@ QLabel* SettingsForm::addNote(const QString& text) {
     auto* const note = new QLabel(text, this);
     note->setFont(Theme::font(12));
     note->setForegroundRole(QPalette::PlaceholderText);
-    note->setWordWrap(true);
     addRow(note);
     return note;
+}
+
+void SettingsForm::addSpace() {
+    constexpr int height = 4;
+    m_form->addItem(new QSpacerItem(0, height));
 }
 
 } // namespace quillary

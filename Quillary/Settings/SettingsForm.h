@@ -5,11 +5,10 @@
 class QCheckBox;
 class QFormLayout;
 class QLabel;
-class QVBoxLayout;
 
 namespace quillary {
 
-/// A page of the settings: sections with a heading, each a form of labelled controls.
+/// A page of the settings: sections with a heading, and labelled controls in one column through all of them.
 class SettingsForm : public QWidget {
     Q_OBJECT
 
@@ -26,6 +25,9 @@ protected:
     /// A control by itself.
     void addRow(QWidget* control);
 
+    /// More controls, below the one of the row above.
+    void addBelow(QWidget* controls);
+
     /// A row that lays itself out over the whole width.
     void addWideRow(QWidget* row);
 
@@ -35,9 +37,11 @@ protected:
     /// A line of explanation.
     QLabel* addNote(const QString& text);
 
+    /// Air between what belongs to a section and what follows it without a heading.
+    void addSpace();
+
 private:
-    QVBoxLayout* m_sections;
-    QFormLayout* m_form = nullptr;
+    QFormLayout* m_form;
 };
 
 } // namespace quillary

@@ -1,12 +1,13 @@
 #include "Quillary/Settings/ShortcutRow.h"
 
+#include "Quillary/Settings/WarningLabel.h"
 #include "Quillary/Theme/Symbol.h"
-#include "Quillary/Theme/Theme.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace quillary {
 
@@ -17,12 +18,9 @@ ShortcutRow::ShortcutRow(AppSettings* settings, KeyboardController* keyboard, Sh
       m_settings(*settings),
       m_keyboard(*keyboard),
       m_action(action),
-      m_message(new QLabel(this)),
+      m_message(new WarningLabel({}, this)),
       m_reset(new QToolButton(this)),
       m_button(new QPushButton(this)) {
-    m_message->setFont(Theme::font(12));
-    m_message->setTextFormat(Qt::PlainText);
-
     m_reset->setAutoRaise(true);
     m_reset->setIcon(symbolIcon(Symbol::refresh));
     m_reset->setToolTip(tr("Ripristina predefinita (") % defaultShortcut(action).displayString() % u")"_s);
@@ -37,14 +35,17 @@ ShortcutRow::ShortcutRow(AppSettings* settings, KeyboardController* keyboard, Sh
     m_button->setMinimumWidth(150);
     connect(m_button, &QPushButton::clicked, keyboard, [this] { m_keyboard.toggleRecording(m_action); });
 
-    auto* const layout = new QHBoxLayout(this);
+    auto* const line = new QHBoxLayout;
+    line->setSpacing(8);
+    line->addWidget(new QLabel(displayName(action), this));
+    line->addStretch(1);
+    line->addWidget(m_reset);
+    line->addWidget(m_button);
+    auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
-    layout->addWidget(new QLabel(displayName(action), this));
-    layout->addStretch(1);
+    layout->setSpacing(4);
+    layout->addLayout(line);
     layout->addWidget(m_message);
-    layout->addWidget(m_reset);
-    layout->addWidget(m_button);
 
     connect(settings, &AppSettings::shortcutsChanged, this, &ShortcutRow::update);
     connect(keyboard, &KeyboardController::recordingActionChanged, this, &ShortcutRow::update);
@@ -61,6 +62,7 @@ void ShortcutRow::update() {
     m_button->setAccessibleName(displayName(m_action) % u": "_s % m_button->text());
     m_reset->setVisible(!m_settings.isDefault(m_action));
     m_message->setText(isRecording ? m_keyboard.recordingMessage().value_or(QString()) : QString());
+    m_message->setVisible(!m_message->text().isEmpty());
     m_button->setAccessibleDescription(m_message->text());
 }
 

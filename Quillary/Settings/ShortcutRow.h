@@ -5,11 +5,12 @@
 
 #include <QWidget>
 
-class QLabel;
 class QPushButton;
 class QToolButton;
 
 namespace quillary {
+
+class WarningLabel;
 
 /// One action with its shortcut, which is recorded anew by a click on it.
 class ShortcutRow : public QWidget {
@@ -24,7 +25,7 @@ private:
     AppSettings& m_settings;
     KeyboardController& m_keyboard;
     ShortcutAction m_action;
-    QLabel* m_message;
+    WarningLabel* m_message;
     QToolButton* m_reset;
     QPushButton* m_button;
 };

@@ -2,8 +2,7 @@
 
 #include "Quillary/Settings/FixedShortcutRow.h"
 #include "Quillary/Settings/ShortcutRow.h"
-
-#include <QLabel>
+#include "Quillary/Settings/WarningLabel.h"
 
 #include <array>
 #include <utility>
@@ -14,6 +13,7 @@ ShortcutSettingsView::ShortcutSettingsView(AppSettings* settings, KeyboardContro
     : SettingsForm(parent), m_settings(*settings), m_keyboard(*keyboard) {
     addCustomisable();
     addFixed();
+    addSpace();
     addNote(tr("⌘ Ctrl · ⌥ Alt · ⌃ Super · ⇧ Maiusc"));
 }
 
@@ -22,8 +22,9 @@ void ShortcutSettingsView::addCustomisable() {
     for (const ShortcutAction action : allShortcutActions) {
         addWideRow(new ShortcutRow(&m_settings, &m_keyboard, action, this));
     }
-    QLabel* const warning = addNote(tr("La scorciatoia globale è già usata da un'altra app: scegline un'altra."));
-    warning->setForegroundRole(QPalette::WindowText);
+    auto* const warning =
+        new WarningLabel(tr("La scorciatoia globale è già usata da un'altra app: scegline un'altra."), this);
+    addRow(warning);
     const auto update = [this, warning] { warning->setVisible(m_keyboard.globalHotKeyFailed()); };
     connect(&m_keyboard, &KeyboardController::globalHotKeyFailedChanged, warning, update);
     update();

@@ -236,6 +236,31 @@ TEST_F(SettingsViewTest, AShortcutIsRecordedByAClickAndKeys) {
     EXPECT_FALSE(reset->isVisible());
 }
 
+TEST_F(SettingsViewTest, NoMessageWidensTheWindow) {
+    showShortcuts();
+    const int width = view.width();
+    control<QPushButton>(u"Cerca note: ⌘K"_s)->click();
+    press(Qt::META | Qt::ALT | Qt::Key_N);
+    const QString message = u"Già usata da «Mostra Quillary da qualsiasi app»"_s;
+    ASSERT_TRUE(shownLabels().contains(message));
+    hotKey.refuses = true;
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownLabels().contains(warningText); }));
+    EXPECT_EQ(view.sizeHint().width(), width);
+
+    control<QPushButton>(u"Cerca note: ⌘K"_s)->click();
+    press(Qt::META | Qt::ALT | Qt::Key_N);
+    ASSERT_TRUE(shownLabels().contains(message));
+    EXPECT_EQ(view.sizeHint().width(), width);
+    // All of both is there to be read.
+    QCoreApplication::processEvents();
+    for (const QLabel* const label : view.findChildren<QLabel*>()) {
+        if (label->text() == message || label->text() == warningText) {
+            EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+        }
+    }
+}
+
 TEST_F(SettingsViewTest, ADisabledActionHasNoShortcutAndCanBeReset) {
     showShortcuts();
     auto* const button = control<QPushButton>(u"Mostra Quillary da qualsiasi app: ⌃⌥N"_s);
