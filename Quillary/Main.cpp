@@ -40,6 +40,7 @@ int main(int argc, char* argv[]) {
     QObject::connect(&service, &quillary::ApplicationService::activated, &delegate, &quillary::AppDelegate::activate);
     QObject::connect(&service, &quillary::ApplicationService::actionActivated, &delegate,
                      &quillary::AppDelegate::performAction);
+    QObject::connect(&service, &quillary::ApplicationService::lost, &delegate, &quillary::AppDelegate::loseOtherStarts);
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();
 }

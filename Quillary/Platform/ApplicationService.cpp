@@ -29,7 +29,10 @@ QVariantMap ownPlatformData() {
 
 } // namespace
 
-ApplicationService::ApplicationService(QDBusConnection bus, QObject* parent) : QObject(parent), m_bus(std::move(bus)) {}
+ApplicationService::ApplicationService(QDBusConnection bus, QObject* parent)
+    : QObject(parent), m_bus(std::move(bus)), m_end(m_bus) {
+    connect(&m_end, &BusEnd::reached, this, &ApplicationService::lost);
+}
 
 ApplicationService::~ApplicationService() {
     if (m_isOwner) {

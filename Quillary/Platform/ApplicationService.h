@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillary/Platform/BusEnd.h"
+
 #include <QDBusConnection>
 #include <QObject>
 #include <QVariantMap>
@@ -43,10 +45,14 @@ Q_SIGNALS:
     /// One of the application's own actions is wanted, after `activated`; the name is that of the desktop file.
     void actionActivated(const QString& name);
 
+    /// The bus has ended, and no other start reaches this process any more.
+    void lost();
+
 private:
     bool activateOwner();
 
     QDBusConnection m_bus;
+    BusEnd m_end;
     bool m_isOwner = false;
 };
 

@@ -24,7 +24,7 @@ QString watcherPath() {
 } // namespace
 
 StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
-    : QObject(parent), m_bus(std::move(bus)), m_service(watcherService(), m_bus) {
+    : QObject(parent), m_bus(std::move(bus)), m_service(watcherService(), m_bus), m_end(m_bus) {
     if (!m_bus.isConnected()) {
         return;
     }
@@ -36,6 +36,7 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
         setPresent(false);
         ask();
     });
+    connect(&m_end, &BusEnd::reached, this, [this] { setPresent(false); });
     ask();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillary/Platform/BusEnd.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
@@ -26,6 +28,7 @@ private:
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_service;
+    BusEnd m_end;
     int m_questions = 0;
     bool m_isPresent = false;
 };

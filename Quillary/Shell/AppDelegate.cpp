@@ -112,6 +112,11 @@ void AppDelegate::performAction(const QString& name) {
     }
 }
 
+void AppDelegate::loseOtherStarts() {
+    m_isReachedByOtherStarts = false;
+    wayBackDidChange();
+}
+
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
     if (state != Qt::ApplicationActive) {
         store().saveDirtyNotes();

@@ -44,6 +44,9 @@ public:
     /// Carries out an action that the desktop offers beside the program's icon; an unknown name does nothing.
     void performAction(const QString& name);
 
+    /// Another start does not activate this one any more.
+    void loseOtherStarts();
+
 private:
     void applicationStateChanged(Qt::ApplicationState state);
     void applicationShouldTerminate();

@@ -2,6 +2,7 @@
 
 import glob
 import os
+import subprocess
 import unittest
 
 from gi.repository import GLib
@@ -185,6 +186,25 @@ class MenuBarExtra(DesktopTest):
         self.assertIsNone(program.process.poll())
         panel.close()
         self.expect_shown(program)
+
+    def test_a_closed_window_comes_back_when_the_session_bus_ends(self):
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address"], stdout=subprocess.PIPE, text=True)
+        self.addCleanup(bus.stdout.close)
+        self.addCleanup(bus.wait)
+        self.addCleanup(bus.kill)
+        self.set_environment("DBUS_SESSION_BUS_ADDRESS", bus.stdout.readline().strip())
+        self.preferences["disabledShortcuts"] = ["summon"]
+        program = self.start()
+        wait_for("the focus", program.is_active)
+        program.keys("ctrl+w")
+        self.expect_hidden(program)
+        self.assertIsNone(program.process.poll())
+
+        # A second start would have brought it back until now.
+        bus.kill()
+        self.expect_shown(program)
+        program.keys("ctrl+w")
+        self.assertEqual(program.process.wait(timeout=20), 0)
 
 
 if __name__ == "__main__":

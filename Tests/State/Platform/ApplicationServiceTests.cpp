@@ -63,6 +63,15 @@ TEST(ApplicationService, TheNameIsFreeAgainOnceTheFirstHasEnded) {
     EXPECT_EQ(claimElsewhere(bus), Claim::first);
 }
 
+TEST(ApplicationService, TellsWhenTheBusEnds) {
+    PrivateBus bus;
+    ApplicationService service(bus.connection());
+    ASSERT_EQ(service.claim(), Claim::first);
+    QSignalSpy lost(&service, &ApplicationService::lost);
+    bus.end();
+    ASSERT_TRUE(lost.wait());
+}
+
 TEST(ApplicationService, WithoutABusEveryStartRunsByItself) {
     ApplicationService service(QDBusConnection(u"no such connection"_s));
     EXPECT_EQ(service.claim(), Claim::noBus);

@@ -20,6 +20,11 @@ public:
         for (const QString& name : m_names) {
             QDBusConnection::disconnectFromBus(name);
         }
+        end();
+    }
+
+    /// Ends under its connections.
+    void end() {
         m_daemon.kill();
         m_daemon.waitForFinished();
     }

@@ -56,6 +56,17 @@ TEST(StatusNotifierHost, FollowsThePanelThatComesAndGoes) {
     EXPECT_FALSE(host.isPresent());
 }
 
+TEST(StatusNotifierHost, GoesWithTheBus) {
+    PrivateBus bus;
+    const FakeStatusNotifierWatcher watcher(bus.connection(), true);
+    const StatusNotifierHost host(bus.connection());
+    QSignalSpy changed(&host, &StatusNotifierHost::isPresentChanged);
+    ASSERT_TRUE(changed.wait());
+    bus.end();
+    ASSERT_TRUE(changed.wait());
+    EXPECT_FALSE(host.isPresent());
+}
+
 TEST(StatusNotifierHost, IsAbsentWithoutABus) {
     const StatusNotifierHost host(QDBusConnection(u"no such connection"_s));
     EXPECT_FALSE(host.isPresent());
