@@ -24,8 +24,10 @@ constexpr double boxRadius = 3;
 /// 1.4.11).
 constexpr float edgeOpacity = 0.55F;
 constexpr float fillOpacity = 0.08F;
-/// As much of the text's colour takes a menu off what it opens over, and its groups from each other.
+/// As much of the text's colour takes a menu off what it opens over, its groups from each other, and a field off the
+/// window.
 constexpr float menuEdgeOpacity = 0.3F;
+constexpr float fieldEdgeOpacity = 0.3F;
 constexpr float menuLineOpacity = 0.18F;
 
 /// The thumb's rectangle: as long as the part on show is of the whole, at the place of the value.
@@ -124,6 +126,22 @@ void drawMenuLine(const QStyleOptionMenuItem& line, QPainter* painter) {
     painter->fillRect(place, textColor(line, menuLineOpacity));
 }
 
+/// The edge of a field that waits for the keyboard. The style darkens the window for it, which is lost in the dark.
+void drawFieldEdge(const QStyleOption& field, QPainter* painter) {
+    constexpr int lightFrom = 128;
+    constexpr double radius = 2;
+    if (field.palette.color(QPalette::Window).lightness() >= lightFrom ||
+        field.state.testFlag(QStyle::State_HasFocus)) {
+        return;
+    }
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(textColor(field, fieldEdgeOpacity));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(QRectF(field.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter->restore();
+}
+
 } // namespace
 
 Style::Style() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
@@ -151,6 +169,9 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     if (element == PE_PanelMenu) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         drawMenuEdge(*option, painter);
+    } else if (element == PE_FrameLineEdit) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        drawFieldEdge(*option, painter);
     } else if (element != PE_IndicatorCheckBox) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     } else if (qobject_cast<const QMenu*>(widget) != nullptr) {
@@ -211,6 +232,9 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
         }
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_SpinBox) {
+        drawFieldEdge(*option, painter);
+    }
 }
 
 } // namespace quillary

@@ -5,8 +5,8 @@
 namespace quillary {
 
 /// The Fusion style with slim scroll bars: a thumb on the ground of what it scrolls, without arrows and frames; with
-/// check boxes that stand out from their ground in both appearances; and with menus that stand out from what they open
-/// over, and mark what is chosen with a check mark and what isn't with nothing.
+/// check boxes and fields that stand out from their ground in both appearances; and with menus that stand out from what
+/// they open over, and mark what is chosen with a check mark and what isn't with nothing.
 class Style : public QProxyStyle {
     Q_OBJECT
 

@@ -8,13 +8,16 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QImage>
+#include <QLineEdit>
 #include <QMenu>
+#include <QSpinBox>
 #include <QStyleOptionButton>
 #include <QStyleOptionSlider>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <limits>
 
 using namespace quillary;
@@ -131,6 +134,19 @@ TEST_P(StyleInEachAppearance, AMenuAndItsGroupsHaveEdgesThatAreSeen) {
     }
     const QColor ground = picture.pixelColor(line.x(), group.top() - 1);
     EXPECT_GE(greatestContrast(picture.copy(line.x(), group.top(), 1, group.height()), ground), 1.3);
+}
+
+TEST_P(StyleInEachAppearance, AFieldHasAnEdgeThatIsSeen) {
+    QWidget window;
+    QLineEdit line(&window);
+    QSpinBox number(&window);
+    for (QWidget* const field : std::initializer_list<QWidget*>{&line, &number}) {
+        field->resize(120, 26);
+        const QImage picture = field->grab().toImage();
+        const QColor ground = window.palette().color(QPalette::Window);
+        EXPECT_GE(greatestContrast(picture.copy(60, 0, 1, 3), ground), 1.5);
+        EXPECT_GE(greatestContrast(picture.copy(0, 13, 3, 1), ground), 1.5);
+    }
 }
 
 TEST(Style, AScrollBarIsAllThumbAndPagesAndTheThumbStandsForWhatIsShown) {
