@@ -17,7 +17,7 @@ struct FolderHeader {
     bool isCollapsed = false;
     bool isSelected = false;
     bool isHovered = false;
-    /// Whether a drop would go into it, or above it.
+    /// Whether a drop would go into it.
     bool isTargeted = false;
     /// Whether the name is being edited, in a field over its place.
     bool isRenaming = false;

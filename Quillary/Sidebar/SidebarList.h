@@ -119,6 +119,8 @@ private:
     // SidebarListPainting.cpp
     SidebarLook look() const;
     void paintRow(QPainter& painter, int row, const SidebarLook& look) const;
+    bool isDraggingFolder() const;
+    int rowBeforeEnd() const;
     void paintDropMark(QPainter& painter, const SidebarLook& look) const;
     void paintEmptyState(QPainter& painter, const SidebarLook& look) const;
 

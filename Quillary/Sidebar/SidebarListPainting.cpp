@@ -12,6 +12,9 @@
 #include <QPainter>
 #include <QTextOption>
 
+#include <algorithm>
+#include <optional>
+
 namespace quillary {
 
 SidebarLook SidebarList::look() const {
@@ -20,9 +23,10 @@ SidebarLook SidebarList::look() const {
 
 void SidebarList::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
-    painter.setRenderHint(QPainter::Antialiasing);
     const SidebarLook look = this->look();
+    // Without antialiasing, which on a scaled display would leave the pixels at the edges half painted.
     painter.fillRect(event->rect(), look.ground(false, false));
+    painter.setRenderHint(QPainter::Antialiasing);
     if (m_places.count() == 0) {
         paintEmptyState(painter, look);
         return;
@@ -40,7 +44,8 @@ void SidebarList::paintRow(QPainter& painter, int row, const SidebarLook& look) 
     const SidebarRow& shown = m_model.row(row);
     const QRect rect = rowRect(row);
     const bool isHovered = m_hovered == shown.key;
-    const bool isTargeted = m_isTargeted && m_dropRow == shown.key;
+    // A folder goes above a header, and notes go into it.
+    const bool isTargeted = m_isTargeted && m_dropRow == shown.key && !isDraggingFolder();
     switch (shown.kind()) {
     case SidebarRow::Kind::note:
         NoteRow{.title = SidebarModel::shownTitle(shown),
@@ -76,18 +81,37 @@ void SidebarList::paintRow(QPainter& painter, int row, const SidebarLook& look) 
     }
 }
 
+bool SidebarList::isDraggingFolder() const {
+    return m_store.dragItem() && std::holds_alternative<QString>(*m_store.dragItem());
+}
+
+/// The row after which a drop at the end of the list goes: the last of all, or for a folder the last one of the
+/// folders.
+int SidebarList::rowBeforeEnd() const {
+    if (!isDraggingFolder()) {
+        return m_places.count() - 1;
+    }
+    const std::vector<SidebarRow>& rows = m_model.rows();
+    const auto end =
+        std::ranges::partition_point(rows, [](const SidebarRow& row) { return row.isFolder() || row.indented; });
+    return static_cast<int>(end - rows.begin()) - 1;
+}
+
 void SidebarList::paintDropMark(QPainter& painter, const SidebarLook& look) const {
     if (!m_acceptsDrop) {
         return;
     }
-    const int left = SidebarMetrics::margin;
-    const int right = viewport()->width() - SidebarMetrics::margin;
-    if (m_insertion && m_dropRow) {
-        const QRect rect = rowRect(m_model.rowOf(*m_dropRow));
-        InsertionLine::paint(painter, left, right,
-                             *m_insertion == InsertionEdge::above ? rect.top() : rect.bottom() + 1, look);
-    } else if (!m_dropRow && std::holds_alternative<QList<NoteID>>(*m_store.dragItem())) {
-        InsertionLine::paint(painter, left, right, rowRect(m_places.count() - 1).bottom() + 1, look);
+    const QRect target = m_dropRow ? rowRect(m_model.rowOf(*m_dropRow)) : QRect();
+    std::optional<int> y;
+    if (m_insertion) {
+        y = *m_insertion == InsertionEdge::above ? target.top() : target.bottom() + 1;
+    } else if (m_isTargeted && isDraggingFolder()) {
+        y = target.top();
+    } else if (const int last = rowBeforeEnd(); !m_dropRow && last >= 0) {
+        y = rowRect(last).bottom() + 1;
+    }
+    if (y) {
+        InsertionLine::paint(painter, SidebarMetrics::margin, viewport()->width() - SidebarMetrics::margin, *y, look);
     }
 }
 

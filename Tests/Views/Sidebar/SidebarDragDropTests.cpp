@@ -367,6 +367,35 @@ TEST_F(SidebarDragDropTest, MarksShowWhereADropGoesAndEndWithTheDrag) {
     EXPECT_EQ(picture(), plain);
 }
 
+TEST_F(SidebarDragDropTest, MarksOfAFolderShowAboveWhatItGoes) {
+    const auto differsIn = [this](const QImage& plain, const QRect& rect) {
+        return m_list->viewport()->grab().toImage().copy(rect) != plain.copy(rect);
+    };
+    m_list->model().update();
+    const QImage plain = m_list->viewport()->grab().toImage();
+    dragFolder(u"Zeta"_s);
+    // On a header the line is above it, for a folder goes into no other.
+    const QRect header = m_list->rowRect(rowOf(u"Lavoro"_s));
+    EXPECT_TRUE(moveTo(header.center()));
+    EXPECT_TRUE(differsIn(plain, header.adjusted(0, -4, 0, -header.height() + 4)));
+    EXPECT_FALSE(differsIn(plain, header.adjusted(0, 6, 0, 0)));
+    // After the last row of all it is below the last of the folders, which is where the folder comes to stand.
+    dragFolder(u"Casa"_s);
+    EXPECT_TRUE(moveTo(end()));
+    const QRect last = m_list->rowRect(rowOf(u"z"_s));
+    EXPECT_TRUE(differsIn(plain, last.adjusted(0, last.height() - 4, 0, 4)));
+    EXPECT_FALSE(differsIn(plain, m_list->rowRect(rowOf(u"d"_s)).adjusted(0, 0, 0, 12)));
+    leave();
+    EXPECT_EQ(m_list->viewport()->grab().toImage(), plain);
+}
+
+TEST_F(SidebarDragDropTest, WhatWasDraggedIsKeptAfterTheDropUntilTheNextDrag) {
+    dragNotes({u"a"_s});
+    EXPECT_TRUE(dropAt(placeOf(u"Casa"_s)));
+    EXPECT_EQ(store().dragItem(), std::optional(SidebarDragItem(QList{note(u"a"_s)->id()})));
+    EXPECT_TRUE(EndDropDelegate(store()).validateDrop());
+}
+
 TEST_F(SidebarDragDropTest, RowsThatChangeUnderTheDragAreJudgedAnew) {
     dragNotes({u"a"_s});
     EXPECT_TRUE(moveTo(placeOf(u"b"_s)));
