@@ -7,6 +7,7 @@
 #include <QDrag>
 #include <QEvent>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -241,8 +242,11 @@ void SidebarList::showRenameField() {
     m_renameField = new InlineTextField(*folder, m_metrics.title, viewport());
     m_renameField->setAccessibleName(tr("Nome della cartella"));
     m_renameField->setFocusPolicy(Qt::StrongFocus);
-    connect(m_renameField, &InlineTextField::committed, this,
-            [this, renamed = *folder](const QString& name) { m_store.renameFolder(renamed, name); });
+    connect(m_renameField, &InlineTextField::committed, this, [this, renamed = *folder](const QString& name) {
+        m_justRenamed = SidebarRow::Key::folder(renamed);
+        QTimer::singleShot(0, this, [this] { m_justRenamed.reset(); });
+        m_store.renameFolder(renamed, name);
+    });
     connect(m_renameField, &InlineTextField::cancelled, this, [this] { m_store.setRenamingFolder(std::nullopt); });
     scrollToRow(row);
     placeRenameField();

@@ -157,6 +157,8 @@ private:
 
     QPointer<InlineTextField> m_renameField;
     QString m_renamedFolder;
+    /// The folder whose renaming the event that is being handled has ended.
+    std::optional<SidebarRow::Key> m_justRenamed;
 
     std::unique_ptr<SidebarDropDelegate> m_dropDelegate;
     /// The row under the drag; none over the space after the last row.

@@ -122,7 +122,9 @@ void SidebarList::click(int row, Qt::KeyboardModifiers modifiers) {
 void SidebarList::mousePressEvent(QMouseEvent* event) {
     const int row = rowAt(event->position().toPoint());
     m_pressed.reset();
-    if (event->button() == Qt::LeftButton && row >= 0) {
+    // A press beside the field has just taken the keyboard from it, and so ended the renaming: that was its effect.
+    const bool endsRenaming = row >= 0 && m_justRenamed == m_model.row(row).key;
+    if (event->button() == Qt::LeftButton && row >= 0 && !endsRenaming) {
         m_pressed = m_model.row(row).key;
         m_pressPlace = event->position().toPoint();
     }

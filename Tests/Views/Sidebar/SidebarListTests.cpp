@@ -109,7 +109,9 @@ TEST_F(SidebarListTest, AClickEndsAMultiSelection) {
 
 TEST_F(SidebarListTest, AClickOnAFolderSelectsItClosesItAndTakesTheKeyboard) {
     m_search->setFocus();
+    const qint64 focus = store().sidebarFocusToken();
     click(u"Lavoro"_s);
+    EXPECT_EQ(store().sidebarFocusToken(), focus + 1);
     EXPECT_EQ(store().selectedFolder(), std::optional(u"Lavoro"_s));
     EXPECT_EQ(rows(), QStringList({u"Casa"_s, u"x"_s, u"Lavoro"_s, u"Note"_s, u"a"_s, u"b"_s}));
     EXPECT_TRUE(m_list->hasFocus());
@@ -321,6 +323,33 @@ TEST_F(SidebarListTest, AClickOnTheFolderBeingRenamedDoesNotCloseIt) {
     EXPECT_TRUE(store().collapsedFolders().isEmpty());
     EXPECT_EQ(store().selectedFolder(), std::nullopt);
     EXPECT_TRUE(header.isValid());
+}
+
+TEST_F(SidebarListTest, AClickBesideTheFieldEndsTheRenamingAndNoMore) {
+    for (const QString& typed : {QString(), u"Ufficio"_s}) {
+        store().setRenamingFolder(u"Lavoro"_s);
+        QTest::keyClicks(m_list->renameField(), typed);
+        const QRect header = m_list->rowRect(rowOf(u"Lavoro"_s));
+        const QPoint beside(m_list->renameField()->x() - 4, header.center().y());
+        QTest::mouseClick(m_list->viewport(), Qt::LeftButton, {}, beside);
+        EXPECT_EQ(m_list->renameField(), nullptr);
+        EXPECT_EQ(store().renamingFolder(), std::nullopt);
+        EXPECT_TRUE(store().collapsedFolders().isEmpty());
+        EXPECT_EQ(store().selectedFolder(), std::nullopt);
+    }
+    EXPECT_EQ(store().folders(), QStringList({u"Casa"_s, u"Ufficio"_s}));
+    // The next click is one like any other.
+    QCoreApplication::processEvents();
+    click(u"Ufficio"_s);
+    EXPECT_TRUE(store().collapsedFolders().contains(u"Ufficio"_s));
+}
+
+TEST_F(SidebarListTest, AClickOnAnotherRowEndsTheRenamingAndIsAClick) {
+    store().setRenamingFolder(u"Lavoro"_s);
+    QTest::keyClicks(m_list->renameField(), u"Ufficio"_s);
+    click(u"b"_s);
+    EXPECT_EQ(store().folders(), QStringList({u"Casa"_s, u"Ufficio"_s}));
+    EXPECT_EQ(selectedTitle(), u"b"_s);
 }
 
 TEST_F(SidebarListTest, KeysOfTheFieldDoNotReachTheListBehindIt) {
