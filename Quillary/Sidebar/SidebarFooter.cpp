@@ -1,6 +1,7 @@
 #include "Quillary/Sidebar/SidebarFooter.h"
 
 #include "Quillary/State/AppActions.h"
+#include "Quillary/State/AppSettings.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Platform/FilePath.h"
@@ -47,11 +48,13 @@ SidebarFooter::SidebarFooter(NotesStore& store, QWidget* parent)
     layout->addWidget(newFolderButton);
 
     connect(&store, &NotesStore::notesChanged, this, &SidebarFooter::update);
+    // One empty directory after another changes no notes.
+    connect(&store.settings(), &AppSettings::notesDirectoryChanged, this, &SidebarFooter::update);
     update();
 }
 
 void SidebarFooter::update() {
-    const FilePath& directory = m_store.fileStore().directory();
+    const FilePath& directory = m_store.settings().notesDirectory();
     m_name->setText(FilePath::displayText(directory.fileName()));
     m_name->setToolTip(FilePath::displayText(directory.text()));
     const qsizetype count = m_store.notes().size();
