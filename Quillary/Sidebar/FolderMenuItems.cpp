@@ -1,6 +1,7 @@
 #include "Quillary/Sidebar/FolderMenuItems.h"
 
 #include "Quillary/State/AppActions.h"
+#include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QActionGroup>
@@ -21,17 +22,24 @@ QString folderMenuText(const char* literal) {
     return QCoreApplication::translate("quillary::FolderMenuItems", literal);
 }
 
-/// A disc in a folder's colour, drawn at whatever scale it is needed.
+/// A disc in a folder's colour, drawn at whatever scale it is needed; larger and with a mark on it for the present one.
 class ColorDisc : public QIconEngine {
 public:
-    explicit ColorDisc(const QColor& color) : m_color(color) {}
+    ColorDisc(const QColor& color, const QColor& mark, bool isPresent)
+        : m_color(color), m_mark(mark), m_isPresent(isPresent) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-        const double diameter = std::min(rect.width(), rect.height()) * 0.7;
+        const double side = std::min(rect.width(), rect.height());
+        const double diameter = side * (m_isPresent ? 1.0 : 0.7);
+        const QPointF center = QRectF(rect).center();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(Qt::NoPen);
         painter->setBrush(m_color);
-        painter->drawEllipse(QRectF(rect).center() + QPointF(0.5, 0.5), diameter / 2, diameter / 2);
+        painter->drawEllipse(center, diameter / 2, diameter / 2);
+        if (m_isPresent) {
+            const double inset = side / 8;
+            drawSymbol(*painter, Symbol::check, QRectF(rect).adjusted(inset, inset, -inset, -inset), m_mark);
+        }
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
@@ -42,10 +50,12 @@ public:
         return pixmap;
     }
 
-    QIconEngine* clone() const override { return new ColorDisc(m_color); }
+    QIconEngine* clone() const override { return new ColorDisc(*this); }
 
 private:
     QColor m_color;
+    QColor m_mark;
+    bool m_isPresent;
 };
 
 } // namespace
@@ -85,9 +95,12 @@ void FolderMenuItems::addColorsTo(QMenu& menu) const {
         return action;
     };
     addColor(folderMenuText("Nessuno"), std::nullopt, present == colors.constEnd());
+    const QPalette palette = menu.palette();
     for (const FolderColor color : allFolderColors) {
-        addColor(Theme::folderColorName(color), color, present != colors.constEnd() && *present == color)
-            ->setIcon(QIcon(new ColorDisc(Theme::folderColor(color, menu.palette()))));
+        const bool isPresent = present != colors.constEnd() && *present == color;
+        addColor(Theme::folderColorName(color), color, isPresent)
+            ->setIcon(
+                QIcon(new ColorDisc(Theme::folderColor(color, palette), palette.color(QPalette::Base), isPresent)));
     }
 }
 

@@ -161,7 +161,14 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
 
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                      QStyleHintReturn* returnData) const {
-    return hint == SH_ScrollBar_Transient ? 0 : QProxyStyle::styleHint(hint, option, widget, returnData);
+    switch (hint) {
+    case SH_ScrollBar_Transient:
+    // The light shadow of texts that are disabled makes them double on dark ground.
+    case SH_EtchDisabledText:
+        return 0;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
 }
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -188,10 +195,12 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
         drawMenuLine(*item, painter);
         return;
     }
-    // One choice of several has the same mark as one that is made for itself. Beside an icon there is no room for it.
-    if (item != nullptr && item->checkType == QStyleOptionMenuItem::Exclusive && item->icon.isNull()) {
+    // One choice of several has the same mark as one that is made for itself. Beside an icon there is no room for it,
+    // so that the icon itself says that it is chosen.
+    if (item != nullptr && item->checkType == QStyleOptionMenuItem::Exclusive) {
         QStyleOptionMenuItem marked = *item;
-        marked.checkType = QStyleOptionMenuItem::NonExclusive;
+        marked.checkType =
+            item->icon.isNull() ? QStyleOptionMenuItem::NonExclusive : QStyleOptionMenuItem::NotCheckable;
         QProxyStyle::drawControl(element, &marked, painter, widget);
         return;
     }

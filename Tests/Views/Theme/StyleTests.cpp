@@ -69,6 +69,11 @@ private:
 INSTANTIATE_TEST_SUITE_P(Style, StyleInEachAppearance, testing::Bool(),
                          [](const auto& instance) { return instance.param ? "Dark" : "Light"; });
 
+TEST_P(StyleInEachAppearance, AnItemThatIsDisabledIsNotDrawnTwice) {
+    QMenu menu;
+    EXPECT_EQ(menu.style()->styleHint(QStyle::SH_EtchDisabledText, nullptr, &menu), 0);
+}
+
 TEST_P(StyleInEachAppearance, ACheckBoxStandsOutFromItsGround) {
     QCheckBox checkBox(u"Scelta"_s);
     for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base}) {
