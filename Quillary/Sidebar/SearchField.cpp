@@ -71,10 +71,12 @@ void SearchField::keyPressEvent(QKeyEvent* event) {
 void SearchField::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(hasFocus() ? QPen(Theme::separator(palette()), 1) : QPen(Qt::NoPen));
-    painter.setBrush(Theme::searchFill(palette()));
     constexpr double radius = 6;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    constexpr double ringWidth = 1.5;
+    constexpr double inset = ringWidth / 2;
+    painter.setPen(hasFocus() ? QPen(palette().color(QPalette::Link), ringWidth) : QPen(Qt::NoPen));
+    painter.setBrush(Theme::searchFill(palette()));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
     painter.end();
     QLineEdit::paintEvent(event);
 }

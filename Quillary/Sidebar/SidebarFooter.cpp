@@ -40,7 +40,8 @@ SidebarFooter::SidebarFooter(NotesStore& store, QWidget* parent)
     m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(10, 4, 8, 6);
+    // As high as the status bar beside it, with which it lies on one line.
+    layout->setContentsMargins(10, 1, 8, 3);
     layout->setSpacing(4);
     layout->addWidget(openButton);
     layout->addWidget(m_name, 1);

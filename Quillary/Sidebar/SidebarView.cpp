@@ -3,6 +3,7 @@
 #include "Quillary/Sidebar/SearchField.h"
 #include "Quillary/Sidebar/SidebarFooter.h"
 #include "Quillary/Sidebar/SidebarList.h"
+#include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QHBoxLayout>
@@ -23,7 +24,8 @@ SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent) :
     newNoteButton->setAccessibleName(newNote->toolTip());
 
     auto* const top = new QHBoxLayout;
-    top->setContentsMargins(10, 10, 8, 8);
+    // As high as the toolbar beside it, with which it lies on one line.
+    top->setContentsMargins(10, 6, 8, 7);
     top->setSpacing(6);
     top->addWidget(search, 1);
     top->addWidget(newNoteButton);
@@ -33,6 +35,7 @@ SidebarView::SidebarView(NotesStore& store, QAction* newNote, QWidget* parent) :
     layout->setSpacing(0);
     layout->addLayout(top);
     layout->addWidget(new SidebarList(store, this), 1);
+    layout->addWidget(new Hairline(Qt::Horizontal, this));
     layout->addWidget(new SidebarFooter(store, this));
 }
 

@@ -2,7 +2,9 @@
 
 #include "SidebarTest.h"
 
+#include <QImage>
 #include <QLabel>
+#include <QPixmap>
 #include <QSignalSpy>
 #include <QToolButton>
 
@@ -70,10 +72,23 @@ TEST_F(SidebarViewTest, TheButtonInTheFieldEmptiesIt) {
     EXPECT_FALSE(clear->isVisible());
     QTest::keyClicks(m_search, u"g"_s);
     EXPECT_TRUE(clear->isVisible());
-    clear->trigger();
+    m_list->setFocus();
+    QToolButton* const shown = button(u"Cancella"_s);
+    ASSERT_NE(shown, nullptr);
+    ASSERT_TRUE(shown->isVisible());
+    QTest::mouseClick(shown, Qt::LeftButton);
     EXPECT_EQ(store().searchQuery(), QString());
     EXPECT_FALSE(clear->isVisible());
     EXPECT_TRUE(m_search->hasFocus());
+}
+
+TEST_F(SidebarViewTest, TheFieldShowsThatItHasTheKeyboard) {
+    const QColor accent = m_search->palette().color(QPalette::Link);
+    const auto edge = [this] { return m_search->grab().toImage().pixelColor(m_search->width() / 2, 0); };
+    m_list->setFocus();
+    EXPECT_NE(edge(), accent);
+    m_search->setFocus();
+    EXPECT_EQ(edge(), accent);
 }
 
 TEST_F(SidebarViewTest, TheFieldStepsThroughTheListAndGoesOnAtTheOtherEnd) {
@@ -137,6 +152,16 @@ TEST_F(SidebarViewTest, TheFooterCountsAllNotes) {
     QFile::remove(m_folder.path(u"Lavoro/c.md"_s));
     store().refreshFromDisk();
     EXPECT_TRUE(hasLabel(u"0 note"_s));
+}
+
+TEST_F(SidebarViewTest, TheFooterNamesTheDirectoryAlsoWhereOneEmptyOneFollowsAnother) {
+    for (const QString& name : {u"Una vuota"_s, u"Un'altra"_s}) {
+        store().changeDirectory(FilePath::fromText(m_folder.path(name)));
+        EXPECT_TRUE(hasLabel(name)) << name.toStdString();
+        EXPECT_TRUE(hasLabel(u"0 note"_s));
+    }
+    QTest::mouseClick(button(u"Apri cartella delle note"_s), Qt::LeftButton);
+    EXPECT_EQ(m_desktop.opened, QStringList(m_folder.path(u"Un'altra"_s)));
 }
 
 TEST_F(SidebarViewTest, TheFootersButtonsOpenTheDirectoryAndMakeAFolder) {
