@@ -219,6 +219,24 @@ TEST_F(SidebarMenuTest, ThreeNotesCanNotBeCompared) {
     EXPECT_EQ(store().notes(store().folders().constFirst()).size(), 3);
 }
 
+TEST_F(SidebarMenuTest, TheMenuOfSeveralNotesMovesThemAll) {
+    select(u"a"_s);
+    click(u"y"_s, Qt::ControlModifier);
+    click(u"x"_s, Qt::ControlModifier);
+    const NoteContextMenu menu(store(), note(u"x"_s));
+    choose(*item(menu, u"Sposta in"_s)->menu(), u"Zeta"_s);
+    for (const QString& title : {u"a"_s, u"x"_s, u"y"_s}) {
+        EXPECT_EQ(note(title)->folder(), std::optional(u"Zeta"_s)) << title.toStdString();
+    }
+}
+
+TEST_F(SidebarMenuTest, TheMenuOfAComparedNoteAsksAboutBoth) {
+    store().compare(*note(u"a"_s), *note(u"y"_s));
+    choose(u"y"_s, u"Sposta 2 note nel Cestino…"_s);
+    EXPECT_EQ(store().pendingNoteDeletion(), store().multiSelection());
+    EXPECT_TRUE(store().isShowingDiff());
+}
+
 TEST_F(SidebarMenuTest, ANoteOfASelectionWhoseOthersHaveGoneStandsAlone) {
     select(u"a"_s);
     click(u"y"_s, Qt::ControlModifier);
