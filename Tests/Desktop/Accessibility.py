@@ -1,6 +1,7 @@
 """Everything that the program shows, as a screen reader sees it: each node of the accessibility tree has a role and states,
 each control a name, and what takes the keyboard can be reached."""
 
+import os
 import unittest
 
 from program import EDITOR, Atspi, children, has_state
@@ -191,6 +192,49 @@ class Accessibility(SoloTest):
         program.keys("Escape")
         wait_for("its end", lambda: not program.find("push button", "Sposta nel Cestino"))
 
+    def await_row(self, title):
+        wait_for("the cursor on " + title, lambda: has_state(self.program.find_row(title), "FOCUSED"))
+
+    def the_question_about_a_folder_is_answered_by_keyboard(self):
+        program = self.program
+        keep, trash = "Elimina la cartella, tieni le note", "Sposta tutto nel Cestino"
+
+        def await_button(name):
+            wait_for("the keyboard on " + name, lambda: program.has_focus("push button", name))
+
+        def ask():
+            program.keys("Delete")
+            await_button("Annulla")
+
+        program.open_note("altra")
+        program.keys("ctrl+k", "Tab", "Tab")
+        self.await_row("altra")
+        program.keys("Up", "Up")
+        self.await_row("Lavoro")
+        ask()
+        dialog = program.find("dialog", "Eliminare la cartella «Lavoro»?")
+        self.assertEqual(dialog.get_description(), "Contiene 1 nota. Puoi tenerla spostandola fuori dalla cartella.")
+        self.expect_all_named("the question about a folder", "dialog", "push button")
+        # What has the keyboard first does no harm, and what destroys is reached last. Return presses what has it.
+        for name in ("Annulla", keep, trash, "Annulla"):
+            await_button(name)
+            self.assertTrue(has_state(program.find("push button", name), "IS_DEFAULT"), name)
+            program.keys("Tab")
+        await_button(keep)
+        program.keys("Escape")
+        self.await_row("Lavoro")
+        ask()
+        program.keys("Return")
+        self.await_row("Lavoro")
+        self.assertTrue(os.path.exists(self.notes + "/Lavoro/riunione.txt"))
+        ask()
+        program.keys("Tab")
+        await_button(keep)
+        program.keys("Return")
+        wait_for("the note outside", lambda: os.path.exists(self.notes + "/riunione.txt"))
+        wait_for("the end of the folder", lambda: not os.path.exists(self.notes + "/Lavoro"))
+        wait_for("the rows", lambda: "Lavoro" not in program.rows() and "riunione" in program.rows())
+
     def the_menus_hold_no_item_without_a_name(self):
         program = self.program
         self.program.open_note("prova")
@@ -230,6 +274,7 @@ class Accessibility(SoloTest):
                      self.several_notes_and_their_comparison,
                      self.the_questions_before_something_goes,
                      self.the_panel_that_sends_to_solo,
+                     self.the_question_about_a_folder_is_answered_by_keyboard,
                      self.the_menus_hold_no_item_without_a_name,
                      self.the_settings):
             with self.subTest(part.__name__):

@@ -2,12 +2,14 @@
 
 import json
 import os
+import tempfile
 import unittest
+from unittest import mock
 
 from gi.repository import GLib
 
 from desktop import DesktopTest
-from program import Atspi, extents, has_state, title_of
+from program import Atspi, Quillary, extents, has_state, title_of
 from screen import drag, held, wait_for, xdotool
 
 
@@ -232,6 +234,36 @@ class Sidebar(DesktopTest):
         self.assertTrue(os.path.exists(self.notes + "/Gamma.json"))
         self.assertEqual(self.read("Gamma.json"), "testo di Gamma.json\n")
         self.assertEqual(self.read("Alfa.md"), "testo di Alfa.md\n")
+
+    def test_another_program_finds_nothing_in_a_drag(self):
+        program = self.start_with_folders()
+        home = tempfile.TemporaryDirectory()
+        self.addCleanup(home.cleanup)
+        os.mkdir(home.name + "/Note")
+        stranger = home.name + "/Note/Estranea.md"
+        with open(stranger, "w", encoding="utf-8") as file:
+            file.write("testo di Estranea\n")
+        # On one bus the second program would be the first one's second start.
+        with mock.patch.dict(os.environ, DBUS_SESSION_BUS_ADDRESS="unix:path=" + home.name + "/none"):
+            other = Quillary(home.name, {"notesDirectory": home.name + "/Note", "sortOrder": "title"})
+        self.addCleanup(other.close)
+        wait_for("the stranger", lambda: other.title() == "Estranea")
+        for window, x in ((other.window, 640), (program.window, 0)):
+            xdotool("windowmove", "--sync", window, x, 20, "windowsize", window, 640, 700)
+        wait_for("the row in its place", lambda: self.place(program, "Gamma")[0] < 640)
+        row = 640 + 100, 20 + 90
+        editor = 640 + 450, 20 + 250
+        for place in (row, editor):
+            drag(self.place(program, "Gamma"), place)
+        self.display.picture("SidebarDragToAnotherProgram")
+        # The next drag shows that the ones before have ended without an effect.
+        drag(self.place(program, "Beta"), self.place(program, "Lavoro"))
+        wait_for("the file", lambda: os.path.exists(self.notes + "/Lavoro/Beta.txt"))
+        self.assertEqual(self.read("Gamma.json"), "testo di Gamma.json\n")
+        other.close()
+        self.assertEqual(sorted(os.listdir(home.name + "/Note")), ["Estranea.md"])
+        with open(stranger, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "testo di Estranea\n")
 
     def test_a_drag_shows_where_it_goes(self):
         program = self.start_with_folders()
