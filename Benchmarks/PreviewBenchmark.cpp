@@ -172,7 +172,7 @@ void measureSmallBlocks(Window& window) {
                                      std::pair("lists of both kinds by turns", u"-\n1.\n"_s),
                                      std::pair("quotes of one letter", u">a\n\n"_s),
                                      std::pair("quotes and items by turns", u">a\n-\n"_s),
-                                     std::pair("items within items", u"- "_s),
+                                     std::pair("items within items", u"* - "_s),
                                      std::pair("numbered items in each other", u"1. "_s),
                                      std::pair("quotes and items in each other", u"> - "_s),
                                      std::pair("code blocks without code", u"~~~a\n~~~\n"_s),
