@@ -19,13 +19,19 @@ constexpr int barPadding = 2;
 /// One choice; the chosen one is filled.
 class Segment : public QPushButton {
 public:
-    Segment(const QString& text, int height, QWidget* parent) : QPushButton(text, parent) {
+    Segment(const QString& text, SegmentedPicker::Place place, QWidget* parent)
+        : QPushButton(text, parent), m_isLow(place == SegmentedPicker::Place::toolbar) {
         setCheckable(true);
         // In a group, and told to be one of several choices.
         setAutoExclusive(true);
         setAutoDefault(false);
-        setFixedHeight(height);
+        setFixedHeight(m_isLow ? toolbarHeight : panelHeight);
         setAttribute(Qt::WA_Hover);
+    }
+
+    QSize sizeHint() const override {
+        const QSize size = QPushButton::sizeHint();
+        return m_isLow ? QSize(fontMetrics().horizontalAdvance(text()) + 2 * lowPadding, size.height()) : size;
     }
 
 protected:
@@ -46,6 +52,12 @@ protected:
         painter.setPen(palette().color(isChecked() ? QPalette::HighlightedText : QPalette::WindowText));
         painter.drawText(rect(), Qt::AlignCenter, text());
     }
+
+private:
+    /// Beside the text.
+    static constexpr int lowPadding = 9;
+
+    bool m_isLow;
 };
 
 } // namespace
@@ -59,7 +71,7 @@ SegmentedPicker::SegmentedPicker(QWidget* parent, Place place)
 }
 
 void SegmentedPicker::addSegment(int id, const QString& text) {
-    auto* const segment = new Segment(text, m_place == Place::panel ? panelHeight : toolbarHeight, this);
+    auto* const segment = new Segment(text, m_place, this);
     m_segments->addButton(segment, id);
     layout()->addWidget(segment);
 }
