@@ -15,6 +15,7 @@ namespace {
 constexpr double lineHeight = 1.45;
 constexpr double gutterWidth = 2.6;
 constexpr double gutterSize = 0.82;
+constexpr double insetWidth = 0.75;
 
 } // namespace
 
@@ -22,7 +23,8 @@ DiffMetrics::DiffMetrics(const EditorStyle& style)
     : baseSize(style.size),
       textFont(editorFont(style)),
       gutterFont(Theme::monospacedFont(style.size * gutterSize)),
-      gutterColumn(style.size * gutterWidth) {
+      gutterColumn(style.size * gutterWidth),
+      textInset(style.size * insetWidth) {
     const QFontMetricsF metrics(textFont);
     pitch = static_cast<int>(std::ceil(std::max(metrics.height(), style.size * lineHeight)));
     textTop = (pitch - metrics.height()) / 2;

@@ -12,8 +12,6 @@ struct DiffMetrics {
 
     /// Between the left border of a line and its first gutter column.
     static constexpr int gutterInset = 4;
-    /// Between the gutter and the text, and behind the text.
-    static constexpr int textInset = 10;
     /// Above and below a fold's own line.
     static constexpr int foldPadding = 4;
 
@@ -25,6 +23,8 @@ struct DiffMetrics {
     /// From the top of a line to the top of its letters' room.
     double textTop;
     double gutterColumn;
+    /// Between the gutter and the text, and behind the text.
+    double textInset;
     /// Of a common letter.
     double unitWidth;
 

@@ -200,6 +200,7 @@ TEST(DiffMetrics, GrowWithTheTextSize) {
     const DiffMetrics large{EditorStyle{20, EditorFontStyle::monospaced}};
     EXPECT_DOUBLE_EQ(small.gutterColumn, 26);
     EXPECT_DOUBLE_EQ(large.gutterColumn, 52);
+    EXPECT_DOUBLE_EQ(large.textInset, 2 * small.textInset);
     EXPECT_GE(small.pitch, 15);
     EXPECT_GE(large.pitch, 29);
     EXPECT_DOUBLE_EQ(large.gutterFont.pointSizeF(), 2 * small.gutterFont.pointSizeF());
