@@ -230,7 +230,7 @@ TEST_F(NotesStoreSelection, ASelectionOfWhichOneNoteIsLeftEndsAndTheSelectedNote
         } else {
             store->setMultiSelection({id(u"b"_s), id(gone)});
         }
-        const int focus = store->editorFocusToken();
+        const qint64 focus = store->editorFocusToken();
         const SignalCount told(store, &NotesStore::multiSelectionChanged);
         directory.remove(gone + u".md"_s);
         store->refreshFromDisk();
