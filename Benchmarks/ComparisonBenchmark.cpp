@@ -1,7 +1,6 @@
 // The rows of a comparison of 200,000 lines on the screen, in two halves and in one column: opening once the result
-// stands, a frame of scrolling, the change to the other mode and the way to the next change, each beside what a
-// QListView with rows of one height takes for as many strings. Times are of the process, drawing included, on the
-// offscreen platform.
+// stands, frames of scrolling, all lines, the other mode and the way to the next change. Times are of the process,
+// drawing included, on the offscreen platform.
 
 #include "PeerTable.h"
 #include "Quillary/Comparison/DiffList.h"
@@ -11,10 +10,9 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
-#include <QListView>
 #include <QScrollBar>
-#include <QStringListModel>
 
+#include <algorithm>
 #include <random>
 
 namespace {
@@ -73,60 +71,49 @@ struct Rows {
     OverviewRuler* ruler = new OverviewRuler(&window);
 };
 
-/// The peer: strings of the same number, in rows of one height.
-struct StringList {
-    StringList() {
-        QStringList strings;
-        for (int i = 0; i < lineCount; ++i) {
-            strings.append(u"riga %1"_s.arg(i));
-        }
-        model.setStringList(strings);
-        view.setUniformItemSizes(true);
-        view.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-        view.setModel(&model);
-        showAt(view);
-    }
-
-    QStringListModel model;
-    QListView view;
-};
-
-void scroll(QAbstractScrollArea& area) {
-    QScrollBar& bar = *area.verticalScrollBar();
+void scroll(DiffList& list) {
+    QScrollBar& bar = *list.verticalScrollBar();
     for (int frame = 0; frame < frames; ++frame) {
         // A page and a bit: nothing of the last frame can be kept.
-        bar.setValue((bar.value() + area.viewport()->height() + 37) % std::max(1, bar.maximum()));
+        bar.setValue((bar.value() + list.viewport()->height() + 37) % std::max(1, bar.maximum()));
         settle();
     }
 }
 
-void measure(const TextDiffResult& result, DiffMode mode, StringList& peer) {
-    std::printf("%s\n", mode == DiffMode::sideBySide ? "Two halves" : "One column");
-    compareWithPeer(
-        "  opening once the result stands (100 ms)", "QListView over QStringListModel", 1.0, 3.0,
-        [&] { const Rows opened(result, mode); }, [] { const StringList opened; });
+void goThroughChanges(DiffList& list) {
+    list.setCurrentItem(0);
+    for (int change = 0; change < frames; ++change) {
+        list.goToChange(1);
+        settle();
+    }
+}
+
+void measure(const TextDiffResult& result, DiffMode mode) {
+    const auto named = [&](const char* task) -> QByteArray {
+        return QByteArray::number(result.stats.changed) + " changes in " +
+               (mode == DiffMode::sideBySide ? "two halves: " : "one column: ") + QByteArray(task);
+    };
+    constexpr double opening = 100;
+    constexpr double frame = 8;
+    measureAlone(named("opening").constData(), opening, [&] { const Rows opened(result, mode); });
     Rows rows(result, mode);
-    compareWithPeer(
-        "  100 frames by a page, folded (8 ms each)", "QListView, 100 frames", 2.0, 5.0, [&] { scroll(*rows.list); },
-        [&] { scroll(peer.view); });
-    std::printf("  100 times the next change: %.2f ms\n", millisecondsOf([&] {
-                    for (int i = 0; i < frames; ++i) {
-                        rows.list->goToChange(1);
-                        settle();
-                    }
-                }));
-    std::printf("  all lines: %.2f ms\n", millisecondsOf([&] {
-                    rows.list->setShowsAllLines(true);
-                    settle();
-                }));
-    compareWithPeer(
-        "  100 frames by a page, all lines (8 ms each)", "QListView, 100 frames", 2.0, 5.0, [&] { scroll(*rows.list); },
-        [&] { scroll(peer.view); });
-    std::printf("  the other mode: %.2f ms\n", millisecondsOf([&] {
-                    rows.list->setMode(mode == DiffMode::sideBySide ? DiffMode::unified : DiffMode::sideBySide);
-                    settle();
-                }));
-    std::fflush(stdout);
+    DiffList& list = *rows.list;
+    measureAlone(named("100 frames").constData(), frames * frame, [&list] { scroll(list); });
+    measureAlone(named("100 changes").constData(), frames * frame, [&list] { goThroughChanges(list); });
+    measureAlone(named("all lines and back").constData(), 2 * opening, [&list] {
+        for (const bool showsAll : {true, false}) {
+            list.setShowsAllLines(showsAll);
+            settle();
+        }
+    });
+    list.setShowsAllLines(true);
+    measureAlone(named("100 frames of all lines").constData(), frames * frame, [&list] { scroll(list); });
+    measureAlone(named("the other mode and back").constData(), 2 * opening, [&list, mode] {
+        for (const DiffMode each : {DiffMode::sideBySide, DiffMode::unified, mode}) {
+            list.setMode(each);
+            settle();
+        }
+    });
 }
 
 } // namespace
@@ -135,13 +122,11 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QApplication::setStyle(new Style);
-    StringList peer;
     const QString before = text(lineCount + 1);
     for (const int changedEach : {2000, 1}) {
         const TextDiffResult result = TextDiff::compare(before, text(changedEach));
-        std::printf("%d of %lld rows changed\n", int(result.stats.changed), static_cast<long long>(result.rows.size()));
-        measure(result, DiffMode::sideBySide, peer);
-        measure(result, DiffMode::unified, peer);
+        measure(result, DiffMode::sideBySide);
+        measure(result, DiffMode::unified);
     }
     return 0;
 }
