@@ -259,7 +259,7 @@ private:
             frame.depth = frameAt(around).depth;
             m_begun = std::max<quint8>(m_begun, 1);
         }
-        const auto place = static_cast<std::size_t>(frame.parent + 1);
+        const auto place = static_cast<std::size_t>(qsizetype(frame.parent) + 1);
         const auto marker = static_cast<std::size_t>(frame.marker);
         const qint32 last = m_lastChildren[place][marker];
         if (last >= 0 && frameAt(last) == frame) {

@@ -50,6 +50,7 @@ TEST(TextDiffThreads, ComparisonsOfTheSameTextsDoNotDisturbEachOther) {
     std::vector<TextDiffResult> results(4);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(results.size());
         for (TextDiffResult& result : results) {
             threads.emplace_back([oldText, newText, &result] { result = TextDiff::compare(oldText, newText); });
         }

@@ -11,7 +11,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono;
 
-const QString family = u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s;
+const QString emojiFamily = u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s;
 
 } // namespace
 
@@ -54,7 +54,7 @@ TEST(SanitizedTitle, IsASafeBaseName) {
         {QString(u"a"_s + QChar(0) + u"b"_s), u"a-b"_s},
         {u"a\u00ADb\u200Bc\u200Dd\uFEFFe"_s, u"a-b-c-d-e"_s},
         {u"a\U000E0020b"_s, u"a-b"_s},
-        {family, u"\U0001F468-\U0001F469-\U0001F467"_s},
+        {emojiFamily, u"\U0001F468-\U0001F469-\U0001F467"_s},
         {u"/"_s, u"-"_s},
         {u"\n nota \n"_s, u"- nota -"_s},
         // everything else stays, surrogates that stand for bytes too
@@ -101,7 +101,7 @@ TEST(SanitizedTitle, IsTrimmedAgainWhereItWasCut) {
 }
 
 TEST(SanitizedTitle, DoesNotChangeASanitizedTitle) {
-    for (const QString& title : {u"a/b"_s, u".x"_s, u" nota "_s, QString(130, u'b'), family}) {
+    for (const QString& title : {u"a/b"_s, u".x"_s, u" nota "_s, QString(130, u'b'), emojiFamily}) {
         const QString once = NoteNaming::sanitizedTitle(title);
         EXPECT_EQ(NoteNaming::sanitizedTitle(once), once);
     }

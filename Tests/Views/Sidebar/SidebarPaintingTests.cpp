@@ -243,7 +243,7 @@ TEST(SidebarPainting, TheInsertionLineIsARingAndASharpLineAtEveryScale) {
             InsertionLine::paint(painter, left, right, y, look);
             painter.end();
             // Across the line: 2 points of the colour itself, and nothing half covered beside it.
-            const int middle = qRound(width / 2 * scale);
+            const int middle = qRound(width * 0.5 * scale);
             int covered = 0;
             int partly = 0;
             for (int row = 0; row < picture.height(); ++row) {
