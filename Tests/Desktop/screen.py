@@ -70,7 +70,7 @@ class Display:
         self.server = subprocess.Popen(
             # Without -noreset the first client that leaves before another has come takes the display with it.
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"],
-            pass_fds=[writer], stderr=subprocess.DEVNULL)
+            pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(writer)
         with os.fdopen(reader) as pipe:
             os.environ["DISPLAY"] = ":" + pipe.readline().strip()

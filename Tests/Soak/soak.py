@@ -64,6 +64,8 @@ def run(seed, minutes):
         print(f"soak: after {report.minutes():.1f} min, seed {seed}: {breach}", file=sys.stderr)
     except Exception:  # a mistake of this program
         traceback.print_exc()
+    finally:
+        session.close()
     print(f"soak: the last steps were {', '.join(report.recent)}", file=sys.stderr)
     return 1
 
