@@ -40,7 +40,10 @@ public:
     /// A list of texts.
     QStringList texts(const QString& name);
 
-    bool has(const QString& name) const { return m_object.contains(name); }
+    /// Whether an argument is there and not null.
+    bool has(const QString& name) const {
+        return !m_object.value(name).isUndefined() && !m_object.value(name).isNull();
+    }
 
     /// Remembers an error of the operation's own finding, as an unknown raw value.
     void fail(const QString& error);

@@ -37,9 +37,14 @@ QByteArray errorAnswer(const QString& error) {
     return writer.bytes();
 }
 
+/// Qt's reader drops a byte order mark at the start of a text, unless it is written by its number.
+QByteArray withMarksByNumber(const QByteArray& line) {
+    constexpr QByteArrayView markAtStart("\"\xEF\xBB\xBF");
+    return line.contains(markAtStart) ? QByteArray(line).replace(markAtStart, QByteArrayView("\"\\ufeff")) : line;
+}
+
 QByteArray answer(const OperationTable& table, const QByteArray& line) {
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(line, &parseError);
+    const QJsonDocument document = QJsonDocument::fromJson(withMarksByNumber(line));
     if (!document.isObject()) {
         return errorAnswer(u"not a JSON object"_s);
     }
