@@ -124,7 +124,9 @@ std::optional<SidebarLayout> SidebarLayout::decode(QByteArrayView file) {
     if (file.startsWith(byteOrderMark)) {
         file = file.sliced(byteOrderMark.size());
     }
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromRawData(file.data(), file.size()));
+    // Qt's reader drops a mark at the start of a name, unless it is written by its number.
+    const QByteArray text = file.toByteArray().replace("\"\xEF\xBB\xBF", "\"\\ufeff");
+    const QJsonDocument document = QJsonDocument::fromJson(text);
     if (!document.isObject()) {
         return std::nullopt;
     }

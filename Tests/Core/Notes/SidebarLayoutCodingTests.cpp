@@ -77,6 +77,9 @@ TEST(SidebarLayoutCoding, KeepsAByteOrderMarkAtTheStartOfAName) {
     layout.folderOrder = {u"\ufeffLavoro"_s, u"Vi\ufeffaggi"_s};
     layout.folderColors = {{u"\ufeffLavoro"_s, FolderColor::blue}};
     EXPECT_EQ(SidebarLayout::decode(layout.encoded()), layout);
+    EXPECT_EQ(SidebarLayout::decode("{\"folderOrder\": [\"\uFEFFLavoro\", \"Vi\uFEFFaggi\"],"
+                                    "\"folderColors\": {\"\uFEFFLavoro\": \"blue\"}}"),
+              layout);
 }
 
 TEST(SidebarLayoutCoding, ReadsWhatItWrites) {
