@@ -37,7 +37,9 @@ QString withoutPercentEncoding(QStringView text) {
         plain = i + 3;
     }
     bytes.append(text.sliced(plain).toUtf8());
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A byte order mark at the start is a part of the text as any other.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::ConvertInitialBom | QStringDecoder::Flag::Stateless);
     QString decoded = decoder(bytes);
     return decoder.hasError() ? text.toString() : decoded;
 }

@@ -109,6 +109,7 @@ TEST(MarkdownLinks, KnowsWhereALinkLeads) {
         {u"a%2"_s, File{u"a%2"_s, std::nullopt}},
         {u"a%g0b"_s, File{u"a%g0b"_s, std::nullopt}},
         {u"%C3%28"_s, File{u"%C3%28"_s, std::nullopt}},
+        {u"%EF%BB%BFa.md"_s, File{u"\ufeffa.md"_s, std::nullopt}},
         {u""_s, File{u""_s, std::nullopt}},
         {u"1a:b"_s, File{u"1a:b"_s, std::nullopt}},
         {u":b"_s, File{u":b"_s, std::nullopt}},
