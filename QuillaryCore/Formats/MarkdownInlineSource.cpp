@@ -61,7 +61,8 @@ MarkdownInlineSource::MarkdownInlineSource(QStringView text, LineEnds lineEnds) 
         }
         // A NUL would be replaced; any other control character is text.
         m_bytes.append(line.toUtf8().replace('\0', '\1'));
-        if (!line.isEmpty() && isBlank(line.back())) {
+        // Where a line ends behind the opening of code md4c drops the line end.
+        if (!line.isEmpty() && (isBlank(line.back()) || line.back() == u'`')) {
             addGuard();
         }
         if (end == text.size()) {

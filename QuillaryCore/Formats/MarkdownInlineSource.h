@@ -7,9 +7,9 @@
 namespace quillary {
 
 /// A text as md4c is to see it: UTF-8, with guards where a line begins so that it could open a block or lose a blank,
-/// and where one ends with a blank. The guard is a form feed, which md4c takes for whitespace in a line but not for
-/// indentation. What md4c gives back is found again in the text itself, so that guards fall out, and what UTF-8 cannot
-/// say comes through.
+/// and where one ends with a blank or a backtick. The guard is a form feed, which md4c takes for whitespace in a line
+/// but not for indentation. What md4c gives back is found again in the text itself, so that guards fall out, and what
+/// UTF-8 cannot say comes through.
 class MarkdownInlineSource {
 public:
     /// Whether md4c sees where lines end, or sees other whitespace in their place. Only a destination in angle brackets

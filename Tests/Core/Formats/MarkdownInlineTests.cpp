@@ -64,6 +64,11 @@ INSTANTIATE_TEST_SUITE_P(
                     RunsCase{"code", u"`a` ``b`c``"_s, u"‹a›c‹ ›‹b`c›c"_s},
                     RunsCase{"code keeps marks", u"`*a* &amp; <b>`"_s, u"‹*a* &amp; <b>›c"_s},
                     RunsCase{"code over two lines", u"`a\nb`"_s, u"‹a\nb›c"_s},
+                    RunsCase{"code that begins with a line end", u"`\na` b"_s, u"‹\na›c‹ b›"_s},
+                    RunsCase{"code that ends with a line end", u"a `b\n`"_s, u"‹a ›‹b\n›c"_s},
+                    RunsCase{"code between line ends", u"a ``\r\n`b`\r\n``"_s, u"‹a ›‹\r\n`b`\r\n›c"_s},
+                    RunsCase{"code of a line end alone", u"a `\n` b"_s, u"‹a ›‹\n›c‹ b›"_s},
+                    RunsCase{"code at the end of a line", u"`a`\n*`b`*\nc"_s, u"‹a›c‹\n›‹b›ec‹\nc›"_s},
                     RunsCase{"code keeps blanks", u"`a  b \n\t c`"_s, u"‹a  b \n\t c›c"_s},
                     RunsCase{"code that begins with a backtick", u"`` `a` ``"_s, u"‹`a`›c"_s},
                     RunsCase{"code in emphasis", u"*a `b`*"_s, u"‹a ›e‹b›ec"_s},
@@ -198,6 +203,14 @@ TEST(MarkdownInline, KeepsAllThatIsNoMark) {
     for (int i = 0; i < 20'000; ++i) {
         const QString text = texts.next(30);
         ASSERT_EQ(plainText(text), QString(text).replace(u"&amp;"_s, u"&"_s)) << testing::PrintToString(text);
+    }
+}
+
+TEST(MarkdownInline, KeepsEveryLineEndWhateverStandsAroundIt) {
+    formats_test::RandomTexts texts({u"*"_s, u"_"_s, u"~~"_s, u"`"_s, u"``"_s, u"a"_s, u" "_s, u"\n"_s, u"\\"_s}, 23);
+    for (int i = 0; i < 20'000; ++i) {
+        const QString text = texts.next(12);
+        ASSERT_EQ(plainText(text).count(u'\n'), text.count(u'\n')) << testing::PrintToString(text);
     }
 }
 
