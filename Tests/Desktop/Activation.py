@@ -86,6 +86,9 @@ class Activation(DesktopTest):
         wait_for("the clipboard", lambda: subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True,
                                                          text=True).stdout == text)
 
+    def run_command(self, command):
+        subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
+
     def run_program(self, *arguments):
         return subprocess.run([PROGRAM, *arguments], env=dict(os.environ, **self.environment()), timeout=30).returncode
 
@@ -127,7 +130,7 @@ class Activation(DesktopTest):
         self.assertEqual(len(commands), 2)
         self.put_on_clipboard("dagli appunti")
         for command in commands:
-            subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
+            self.run_command(command)
         wait_for("two notes", lambda: sorted(self.contents()) == ["", "dagli appunti"])
         self.assertEqual(owner(), program.process.pid)
 

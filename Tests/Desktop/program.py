@@ -61,14 +61,14 @@ def title_of(name):
 class Quillary:
     """One running program on a home and a folder of notes."""
 
-    def __init__(self, home, preferences):
+    def __init__(self, home, preferences, program=PROGRAM):
         self.home = home
         self.environment = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + "/config", XDG_STATE_HOME=home + "/state",
                                 XDG_DATA_HOME=home + "/data", LANG="C.UTF-8", TZ="UTC")
         os.makedirs(home + "/config/quillary", exist_ok=True)
         with open(home + "/config/quillary/preferences.json", "w", encoding="utf-8") as file:
             json.dump(preferences, file)
-        self.process = subprocess.Popen([PROGRAM], env=self.environment)
+        self.process = subprocess.Popen([program], env=self.environment)
         self.window = wait_for("a window", self.find_window)
         # High enough for all rows of a test.
         xdotool("windowactivate", "--sync", self.window, "windowmove", self.window, 20, 20,
