@@ -128,7 +128,21 @@ void AnswerWriter::real(double value) {
 
 void AnswerWriter::object(const QJsonObject& value) {
     separate();
-    m_bytes += QJsonDocument(value).toJson(QJsonDocument::Compact);
+    const QByteArray json = QJsonDocument(value).toJson(QJsonDocument::Compact);
+    // Of all escapes only those of lone surrogates begin like this: other characters beyond ASCII stand as they are.
+    constexpr QByteArrayView surrogate("\\ud");
+    constexpr qsizetype escapeLength = 6;
+    for (qsizetype i = 0; i < json.size();) {
+        if (json[i] != '\\') {
+            m_bytes += json[i++];
+        } else if (QByteArrayView(json).sliced(i).startsWith(surrogate)) {
+            m_bytes += "\uFFFD";
+            i += escapeLength;
+        } else {
+            m_bytes += json[i++];
+            m_bytes += json[i++];
+        }
+    }
 }
 
 } // namespace quillary::inspect

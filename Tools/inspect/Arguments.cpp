@@ -11,10 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool mayComeFromFile(const QString& name) {
-    return name == u"text"_s || name == u"old"_s || name == u"new"_s;
-}
-
 std::optional<qint64> wholeNumber(const QJsonValue& value) {
     // What is no integer of 64 bits gives whatever default is asked for.
     const qint64 integer = value.toInteger(0);
@@ -37,6 +33,11 @@ QJsonValue Arguments::required(const QString& name) {
     return value;
 }
 
+bool Arguments::isInFile(const QString& name) const {
+    const bool may = name == u"text"_s || name == u"old"_s || name == u"new"_s;
+    return may && !has(name) && has(name + u"File"_s);
+}
+
 std::optional<QString> Arguments::fileText(const QString& name) {
     const QJsonValue path = m_object.value(name + u"File"_s);
     if (!path.isString()) {
@@ -53,7 +54,7 @@ std::optional<QString> Arguments::fileText(const QString& name) {
 }
 
 QString Arguments::text(const QString& name) {
-    if (mayComeFromFile(name) && !m_object.contains(name) && m_object.contains(name + u"File"_s)) {
+    if (isInFile(name)) {
         return fileText(name).value_or(QString());
     }
     const QJsonValue value = required(name);
@@ -64,6 +65,9 @@ QString Arguments::text(const QString& name) {
 }
 
 std::optional<QString> Arguments::optionalText(const QString& name) {
+    if (isInFile(name)) {
+        return fileText(name);
+    }
     const QJsonValue value = m_object.value(name);
     if (value.isUndefined() || value.isNull()) {
         return std::nullopt;
@@ -135,6 +139,18 @@ QStringList Arguments::texts(const QString& name) {
             fail(u"argument of the wrong type: "_s + name);
         }
         result.append(value.toString());
+    }
+    return result;
+}
+
+QList<qint64> Arguments::integers(const QString& name) {
+    QList<qint64> result;
+    for (const QJsonValue value : array(name)) {
+        const std::optional<qint64> number = wholeNumber(value);
+        if (!number) {
+            fail(u"argument of the wrong type: "_s + name);
+        }
+        result.append(number.value_or(0));
     }
     return result;
 }

@@ -21,7 +21,7 @@ public:
     /// "File" behind it.
     QString text(const QString& name);
 
-    /// A text that may be null or absent.
+    /// A text that may be null or absent, or in a file as a required one.
     std::optional<QString> optionalText(const QString& name);
 
     /// A whole number.
@@ -40,6 +40,9 @@ public:
     /// A list of texts.
     QStringList texts(const QString& name);
 
+    /// A list of whole numbers.
+    QList<qint64> integers(const QString& name);
+
     /// Whether an argument is there and not null.
     bool has(const QString& name) const {
         return !m_object.value(name).isUndefined() && !m_object.value(name).isNull();
@@ -52,6 +55,7 @@ public:
 
 private:
     QJsonValue required(const QString& name);
+    bool isInFile(const QString& name) const;
     std::optional<QString> fileText(const QString& name);
 
     QJsonObject m_object;

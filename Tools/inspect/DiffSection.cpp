@@ -117,22 +117,11 @@ std::vector<DiffRow::Kind> kindsArgument(Arguments& arguments) {
     return kinds;
 }
 
-QSet<qsizetype> expandedArgument(Arguments& arguments) {
-    QSet<qsizetype> expanded;
-    for (const QJsonValue& id : arguments.array(u"expanded"_s)) {
-        if (!id.isDouble()) {
-            arguments.fail(u"expanded is a list of ids"_s);
-            break;
-        }
-        expanded.insert(id.toInteger(-1));
-    }
-    return expanded;
-}
-
 Prepared diffItems(Arguments& arguments) {
     const std::vector<DiffRow::Kind> kinds = kindsArgument(arguments);
     const qint64 context = arguments.integer(u"context"_s);
-    const QSet<qsizetype> expanded = expandedArgument(arguments);
+    const QList<qint64> ids = arguments.integers(u"expanded"_s);
+    const QSet<qsizetype> expanded(ids.begin(), ids.end());
     return prepared([=] { return DiffDisplayItem::items(kinds, context, expanded); },
                     [](AnswerWriter& answer, const std::vector<DiffDisplayItem>& items) {
                         answer.key(u"items");

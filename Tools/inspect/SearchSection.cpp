@@ -21,9 +21,7 @@ SearchRequest searchRequest(Arguments& arguments) {
     request.options.caseSensitive = arguments.boolean(u"caseSensitive"_s);
     request.options.wholeWord = arguments.boolean(u"wholeWord"_s);
     request.options.regex = arguments.boolean(u"regex"_s);
-    if (arguments.has(u"limit"_s)) {
-        request.limit = arguments.optionalInteger(u"limit"_s).value_or(request.limit);
-    }
+    request.limit = arguments.optionalInteger(u"limit"_s).value_or(request.limit);
     return request;
 }
 

@@ -117,9 +117,7 @@ Prepared makeSendInputRequest(Arguments& arguments) {
     SoloProtocol::SoloInput input{.text = arguments.optionalText(u"text"_s), .bytes = {}};
     if (arguments.has(u"bytes"_s)) {
         QByteArray bytes;
-        const QJsonArray numbers = arguments.array(u"bytes"_s);
-        for (const QJsonValue& number : numbers) {
-            const qint64 byte = number.toInteger(-1);
+        for (const qint64 byte : arguments.integers(u"bytes"_s)) {
             if (byte < 0 || byte > 255) {
                 arguments.fail(u"bytes must be from 0 to 255"_s);
             }
