@@ -20,39 +20,19 @@ int widthOf(const QLayoutItem* item) {
 
 } // namespace
 
-DiffHeaderLayout::DiffHeaderLayout(QWidget* parent) : QLayout(parent) {
+DiffHeaderLayout::DiffHeaderLayout(QWidget* parent) : ItemLayout(parent) {
     setContentsMargins(12, 8, 10, 8);
     setSpacing(8);
 }
 
-DiffHeaderLayout::~DiffHeaderLayout() {
-    qDeleteAll(m_items);
-}
-
-void DiffHeaderLayout::addItem(QLayoutItem* item) {
-    m_items.append(item);
-}
-
-int DiffHeaderLayout::count() const {
-    return static_cast<int>(m_items.size());
-}
-
-QLayoutItem* DiffHeaderLayout::itemAt(int index) const {
-    return m_items.value(index, nullptr);
-}
-
-QLayoutItem* DiffHeaderLayout::takeAt(int index) {
-    return index >= 0 && index < count() ? m_items.takeAt(index) : nullptr;
-}
-
 QList<QLayoutItem*> DiffHeaderLayout::controls() const {
-    return m_items.mid(nameCount, m_items.size() - nameCount - 1);
+    return items().mid(nameCount, items().size() - nameCount - 1);
 }
 
 bool DiffHeaderLayout::isOneLine(int width) const {
     int needed = groupGap + spacing() * (count() - 1);
-    for (const QLayoutItem* const item : m_items) {
-        const bool isName = item == m_items[0] || item == m_items[nameCount - 1];
+    for (const QLayoutItem* const item : items()) {
+        const bool isName = item == items()[0] || item == items()[nameCount - 1];
         needed += isName ? std::min(widthOf(item), readableName) : widthOf(item);
     }
     return needed <= width;
@@ -60,13 +40,13 @@ bool DiffHeaderLayout::isOneLine(int width) const {
 
 /// The notes share the room by halves, and what the one leaves of its half is the other's.
 void DiffHeaderLayout::addNames(QList<Placed>& line, int left, int room) const {
-    const int between = widthOf(m_items[1]);
+    const int between = widthOf(items()[1]);
     const int both = std::max(0, room - between - 2 * spacing());
-    const int first = std::min(widthOf(m_items[0]), std::max(both / 2, both - widthOf(m_items[2])));
-    const std::array widths = {first, between, std::min(widthOf(m_items[2]), both - first)};
+    const int first = std::min(widthOf(items()[0]), std::max(both / 2, both - widthOf(items()[2])));
+    const std::array widths = {first, between, std::min(widthOf(items()[2]), both - first)};
     for (qsizetype i = 0; i < nameCount; ++i) {
         const int width = widths[static_cast<std::size_t>(i)];
-        line.append({m_items[i], QRect(left, 0, width, m_items[i]->sizeHint().height())});
+        line.append({items()[i], QRect(left, 0, width, items()[i]->sizeHint().height())});
         left += width + spacing();
     }
 }
@@ -74,8 +54,8 @@ void DiffHeaderLayout::addNames(QList<Placed>& line, int left, int room) const {
 /// The items of each line with their places from left to right; not yet from top to bottom.
 QList<QList<DiffHeaderLayout::Placed>> DiffHeaderLayout::lines(int left, int right) const {
     const auto at = [](QLayoutItem* item, int x) { return Placed{item, QRect(QPoint(x, 0), item->sizeHint())}; };
-    QList<QList<Placed>> result{{at(m_items.last(), right - widthOf(m_items.last()))}};
-    int end = right - widthOf(m_items.last()) - spacing();
+    QList<QList<Placed>> result{{at(items().last(), right - widthOf(items().last()))}};
+    int end = right - widthOf(items().last()) - spacing();
     QList<QLayoutItem*> others = controls();
     if (isOneLine(right - left)) {
         // All but the first control stand at the right.
@@ -127,12 +107,12 @@ int DiffHeaderLayout::heightForWidth(int width) const {
 }
 
 QSize DiffHeaderLayout::minimumSize() const {
-    int width = m_items.last()->minimumSize().width() + nameCount * spacing();
-    for (const QLayoutItem* const item : m_items.first(nameCount)) {
+    int width = items().last()->minimumSize().width() + nameCount * spacing();
+    for (const QLayoutItem* const item : items().first(nameCount)) {
         width += item->minimumSize().width();
     }
     int height = 0;
-    for (const QLayoutItem* const item : m_items) {
+    for (const QLayoutItem* const item : items()) {
         width = std::max(width, item->minimumSize().width());
         height = std::max(height, item->minimumSize().height());
     }
@@ -142,7 +122,7 @@ QSize DiffHeaderLayout::minimumSize() const {
 QSize DiffHeaderLayout::sizeHint() const {
     int width = groupGap + spacing() * (count() - 1);
     int height = 0;
-    for (const QLayoutItem* const item : m_items) {
+    for (const QLayoutItem* const item : items()) {
         width += widthOf(item);
         height = std::max(height, item->sizeHint().height());
     }

@@ -1,26 +1,19 @@
 #pragma once
 
-#include <QLayout>
-#include <QList>
+#include "Quillary/Theme/ItemLayout.h"
 
 namespace quillary {
 
 /// Lays out the line above a comparison: the two notes with what stands between them, what is said and chosen about the
 /// comparison, and the way out at the right end. Where a line has no room for all of it with titles that can be read,
 /// the notes have the line for themselves and the controls flow over as many lines below it as they need.
-class DiffHeaderLayout : public QLayout {
+class DiffHeaderLayout : public ItemLayout {
     Q_OBJECT
 
 public:
     /// Widgets are added in their order from left to right: a note, the widget between, the other note, any number of
     /// controls, the way out.
     explicit DiffHeaderLayout(QWidget* parent);
-    ~DiffHeaderLayout() override;
-
-    void addItem(QLayoutItem* item) override;
-    int count() const override;
-    QLayoutItem* itemAt(int index) const override;
-    QLayoutItem* takeAt(int index) override;
 
     bool hasHeightForWidth() const override { return true; }
 
@@ -41,8 +34,6 @@ private:
     void addNames(QList<Placed>& line, int left, int room) const;
     QList<QList<Placed>> lines(int left, int right) const;
     int place(const QRect& rect, bool isForGood) const;
-
-    QList<QLayoutItem*> m_items;
 };
 
 } // namespace quillary

@@ -4,29 +4,9 @@
 
 namespace quillary {
 
-FlowLayout::FlowLayout(int spacing, QWidget* parent) : QLayout(parent) {
+FlowLayout::FlowLayout(int spacing, QWidget* parent) : ItemLayout(parent) {
     setContentsMargins(0, 0, 0, 0);
     setSpacing(spacing);
-}
-
-FlowLayout::~FlowLayout() {
-    qDeleteAll(m_items);
-}
-
-void FlowLayout::addItem(QLayoutItem* item) {
-    m_items.append(item);
-}
-
-int FlowLayout::count() const {
-    return static_cast<int>(m_items.size());
-}
-
-QLayoutItem* FlowLayout::itemAt(int index) const {
-    return m_items.value(index, nullptr);
-}
-
-QLayoutItem* FlowLayout::takeAt(int index) {
-    return index >= 0 && index < count() ? m_items.takeAt(index) : nullptr;
 }
 
 int FlowLayout::heightForWidth(int width) const {
@@ -35,7 +15,7 @@ int FlowLayout::heightForWidth(int width) const {
 
 QSize FlowLayout::minimumSize() const {
     QSize size;
-    for (const QLayoutItem* const item : m_items) {
+    for (const QLayoutItem* const item : items()) {
         size = size.expandedTo(item->minimumSize());
     }
     return size;
@@ -55,7 +35,7 @@ int FlowLayout::arrange(const QRect& rect, Place place) const {
     int x = rect.left();
     int y = rect.top();
     int rowHeight = 0;
-    for (QLayoutItem* const item : m_items) {
+    for (QLayoutItem* const item : items()) {
         const QSize size = item->sizeHint().boundedTo({rect.width(), QLAYOUTSIZE_MAX});
         if (x > rect.left() && x + size.width() > rect.left() + rect.width()) {
             x = rect.left();

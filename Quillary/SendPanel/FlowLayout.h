@@ -1,22 +1,15 @@
 #pragma once
 
-#include <QLayout>
-#include <QList>
+#include "Quillary/Theme/ItemLayout.h"
 
 namespace quillary {
 
 /// Lays its items out in rows from left to right, as words of a text.
-class FlowLayout : public QLayout {
+class FlowLayout : public ItemLayout {
     Q_OBJECT
 
 public:
     explicit FlowLayout(int spacing, QWidget* parent = nullptr);
-    ~FlowLayout() override;
-
-    void addItem(QLayoutItem* item) override;
-    int count() const override;
-    QLayoutItem* itemAt(int index) const override;
-    QLayoutItem* takeAt(int index) override;
 
     bool hasHeightForWidth() const override { return true; }
 
@@ -29,8 +22,6 @@ private:
     /// Gives each item its place in a rectangle, and the height that they take.
     template <typename Place>
     int arrange(const QRect& rect, Place place) const;
-
-    QList<QLayoutItem*> m_items;
 };
 
 } // namespace quillary
