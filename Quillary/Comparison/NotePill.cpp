@@ -1,6 +1,7 @@
 #include "Quillary/Comparison/NotePill.h"
 
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/ToolTip.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -25,7 +26,7 @@ void NotePill::setTitle(const QString& title) {
     if (m_title != title) {
         m_title = title;
         setAccessibleName(title);
-        setToolTip(title);
+        setToolTip(plainToolTip(title));
         updateGeometry();
         update();
     }

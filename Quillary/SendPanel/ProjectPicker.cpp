@@ -4,6 +4,7 @@
 #include "Quillary/Solo/SoloSessions.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/ToolTip.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -76,7 +77,7 @@ void ProjectPicker::fill() {
         auto* const row =
             new QListWidgetItem(isSelected ? symbolIcon(Symbol::check) : emptyIcon(), project.name, m_list);
         row->setData(idRole, project.id);
-        row->setToolTip(project.path);
+        row->setToolTip(plainToolTip(project.path));
         if (isSelected) {
             row->setData(Qt::AccessibleDescriptionRole, tr("scelto"));
             m_list->setCurrentItem(row);

@@ -10,6 +10,7 @@
 #include "Quillary/Theme/SegmentedPicker.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/ToolTip.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
 #include <QCheckBox>
@@ -120,7 +121,7 @@ QWidget* SoloSendPanel::makeHeader() {
     note->setTextFormat(Qt::PlainText);
     constexpr int titleWidth = 320;
     note->setText(note->fontMetrics().elidedText(m_message.title, Qt::ElideMiddle, titleWidth));
-    note->setToolTip(m_message.title);
+    note->setToolTip(plainToolTip(m_message.title));
     const QString extent = m_message.isSelection ? tr("Selezione") : tr("Nota intera");
     QLabel* const size =
         quietLabel(extent + u" · " + QString::number(clusterCount(m_message.text)) + tr(" caratteri"), header);
@@ -284,7 +285,7 @@ void SoloSendPanel::showSessions() {
         for (const SoloAgent& agent : group.agents) {
             auto* const row = new QListWidgetItem(agent.name, m_sessions);
             row->setData(agentIDRole, agent.id);
-            row->setToolTip(agent.command);
+            row->setToolTip(plainToolTip(agent.command));
         }
     }
     const bool isEmpty = m_solo.runningAgents().isEmpty();

@@ -3,6 +3,7 @@
 #include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Settings/SettingsBinding.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/Theme/ToolTip.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
 #include <QCheckBox>
@@ -26,7 +27,7 @@ void GeneralSettingsView::addArchive() {
     const auto update = [this, path] {
         const QString text = FilePath::displayText(m_settings.notesDirectory().text());
         path->setText(text);
-        path->setToolTip(text);
+        path->setToolTip(plainToolTip(text));
         path->setCursorPosition(0);
     };
     connect(&m_settings, &AppSettings::notesDirectoryChanged, path, update);

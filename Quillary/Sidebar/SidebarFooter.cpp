@@ -4,6 +4,7 @@
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/ToolTip.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
 #include <QHBoxLayout>
@@ -57,7 +58,7 @@ SidebarFooter::SidebarFooter(NotesStore& store, QWidget* parent)
 void SidebarFooter::update() {
     const FilePath& directory = m_store.settings().notesDirectory();
     m_name->setText(FilePath::displayText(directory.fileName()));
-    m_name->setToolTip(FilePath::displayText(directory.text()));
+    m_name->setToolTip(plainToolTip(FilePath::displayText(directory.text())));
     const qsizetype count = m_store.notes().size();
     m_count->setText(count == 1 ? tr("1 nota") : tr("%1 note").arg(count));
 }

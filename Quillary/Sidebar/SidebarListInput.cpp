@@ -2,6 +2,7 @@
 #include "Quillary/Sidebar/InlineTextField.h"
 #include "Quillary/Sidebar/NoteContextMenu.h"
 #include "Quillary/Sidebar/SidebarList.h"
+#include "Quillary/Theme/ToolTip.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -212,7 +213,7 @@ bool SidebarList::showToolTip(const QPoint& place, const QPoint& globalPlace) {
         return true;
     }
     const QString text = m_model.index(row).data(Qt::ToolTipRole).toString();
-    QToolTip::showText(globalPlace, text.toHtmlEscaped(), viewport(), rowRect(row));
+    QToolTip::showText(globalPlace, plainToolTip(text), viewport(), rowRect(row));
     return true;
 }
 

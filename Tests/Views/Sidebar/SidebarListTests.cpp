@@ -1,6 +1,7 @@
 #include "Quillary/Sidebar/SidebarList.h"
 
 #include "Quillary/Sidebar/InlineTextField.h"
+#include "Quillary/Theme/ToolTip.h"
 #include "SidebarTest.h"
 
 #include <QScrollBar>
@@ -280,6 +281,18 @@ TEST_F(SidebarListTest, ATipShowsTheNameOfTheFile) {
     QCoreApplication::sendEvent(m_list->viewport(), &help);
     EXPECT_EQ(QToolTip::text(), u"b.txt"_s);
     QToolTip::hideText();
+}
+
+TEST_F(SidebarListTest, ATipShowsEveryNameAsItStands) {
+    for (const QString& title : {u"R & D"_s, u"Uso di <b> e \"i\""_s}) {
+        m_folder.write(title % u".txt", {});
+        store().refreshFromDisk();
+        rows();
+        QHelpEvent help(QEvent::ToolTip, placeOf(title), m_list->viewport()->mapToGlobal(placeOf(title)));
+        QCoreApplication::sendEvent(m_list->viewport(), &help);
+        EXPECT_EQ(QToolTip::text(), plainToolTip(title % u".txt"));
+        QToolTip::hideText();
+    }
 }
 
 // Renaming a folder in its place
