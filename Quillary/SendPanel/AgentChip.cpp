@@ -1,6 +1,7 @@
 #include "Quillary/SendPanel/AgentChip.h"
 
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/ToolTip.h"
 
 #include <QPainter>
 
@@ -15,12 +16,14 @@ constexpr int longestChip = 240;
 
 AgentChip::AgentChip(const QString& name, QWidget* parent) : QAbstractButton(parent) {
     setText(name);
+    // An ampersand in a name makes no mnemonic.
+    setShortcut({});
     setAccessibleName(name);
     setCheckable(true);
     setAutoExclusive(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
-    setToolTip(isElided() ? name : QString());
+    setToolTip(isElided() ? plainToolTip(name) : QString());
 }
 
 QSize AgentChip::sizeHint() const {

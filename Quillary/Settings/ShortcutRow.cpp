@@ -56,10 +56,12 @@ ShortcutRow::ShortcutRow(AppSettings* settings, KeyboardController* keyboard, Sh
 void ShortcutRow::update() {
     const bool isRecording = m_keyboard.recordingAction() == m_action;
     const std::optional<KeyShortcut> shortcut = m_settings.shortcut(m_action);
-    const QString text = shortcut ? shortcut->displayString() : tr("Nessuna");
-    m_button->setText(isRecording ? tr("Premi i tasti…") : text);
+    const QString keys = shortcut ? shortcut->displayString() : tr("Nessuna");
+    const QString text = isRecording ? tr("Premi i tasti…") : keys;
+    // The key "&" is no mark of a mnemonic.
+    m_button->setText(QString(text).replace(u'&', "&&"_L1));
     m_button->setChecked(isRecording);
-    m_button->setAccessibleName(displayName(m_action) % u": "_s % m_button->text());
+    m_button->setAccessibleName(displayName(m_action) % u": "_s % text);
     m_reset->setVisible(!m_settings.isDefault(m_action));
     m_message->setText(isRecording ? m_keyboard.recordingMessage().value_or(QString()) : QString());
     m_message->setVisible(!m_message->text().isEmpty());

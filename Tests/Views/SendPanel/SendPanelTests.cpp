@@ -458,6 +458,12 @@ TEST_F(SendPanelTest, TheButtonOpensThePanelAndShowsASuccess) {
     EXPECT_EQ(button.accessibleDescription(), u"Inviata a Libera"_s);
 }
 
+TEST(AgentChip, HasNoMnemonicByItsName) {
+    const AgentChip chip(u"R&D"_s);
+    EXPECT_EQ(chip.text(), u"R&D"_s);
+    EXPECT_TRUE(chip.shortcut().isEmpty());
+}
+
 TEST(SearchBox, HasAClearButtonWhileItHoldsAText) {
     SearchBox box;
     QAction* const clear = box.actions().constLast();

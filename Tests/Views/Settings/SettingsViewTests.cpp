@@ -236,6 +236,15 @@ TEST_F(SettingsViewTest, AShortcutIsRecordedByAClickAndKeys) {
     EXPECT_FALSE(reset->isVisible());
 }
 
+TEST_F(SettingsViewTest, TheKeyOfTheAmpersandIsShown) {
+    settings.setShortcut(KeyShortcut(18, KeyShortcut::Modifiers::command, u"&"_s), ShortcutAction::search);
+    const auto* const button = control<QPushButton>(u"Cerca note: ⌘&"_s);
+    ASSERT_NE(button, nullptr);
+    // A single one would be the mark of a mnemonic.
+    EXPECT_EQ(button->text(), u"⌘&&"_s);
+    EXPECT_TRUE(button->shortcut().isEmpty());
+}
+
 TEST_F(SettingsViewTest, NoMessageWidensTheWindow) {
     showShortcuts();
     const int width = view.width();
