@@ -3,6 +3,7 @@
 #include "Quillary/Detail/ElidedLabel.h"
 #include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Sidebar/ShownName.h"
+#include "Quillary/Sidebar/SidebarModel.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QEvent>
@@ -70,7 +71,7 @@ void NoteCard::setItem(const NoteItem& item, const QString& label, std::optional
     m_label->setText(label);
     m_label->setVisible(!label.isEmpty());
     m_title->setText(title);
-    m_snippet->setText(item.snippet().isEmpty() ? tr("Vuota") : item.snippet());
+    m_snippet->setText(SidebarModel::excerpt(item));
     m_count->setText(tr("%1 caratteri").arg(item.characterCount()));
     m_badge->setText(badge(item.format()));
     setAccessibleName(label.isEmpty() ? title : QString(label % u' ' % title));

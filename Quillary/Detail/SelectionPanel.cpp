@@ -61,7 +61,8 @@ SelectionPanel::SelectionPanel(NotesStore& store, QWidget* parent) : QScrollArea
     setWidget(content);
 
     connect(&store, &NotesStore::noteChanged, this, [this](NoteItem* note, NoteField field) {
-        const bool shows = field == NoteField::url || field == NoteField::snippet || field == NoteField::characterCount;
+        const bool shows = field == NoteField::url || field == NoteField::snippet ||
+                           field == NoteField::characterCount || field == NoteField::document;
         if (shows && m_items.first(std::min(m_items.size(), mostTitles)).contains(note->shared_from_this())) {
             update();
         }

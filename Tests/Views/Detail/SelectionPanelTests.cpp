@@ -98,6 +98,20 @@ TEST_F(SelectionPanelTest, ACardTellsOfItsNote) {
     }
 }
 
+TEST_F(SelectionPanelTest, ACardCallsNoNoteEmptyBeforeItsTextIsKnown) {
+    m_folder.write(u"nuova.txt"_s, {});
+    store().refreshFromDisk();
+    NoteItem& item = *m_folder.note(u"nuova"_s);
+    ASSERT_EQ(item.document(), nullptr);
+    NoteCard widget;
+    widget.setItem(item);
+    EXPECT_FALSE(cardTexts(widget).contains(u"Vuota"_s));
+
+    selectAll({u"c"_s, u"nuova"_s});
+    store().ensureLoaded(item);
+    EXPECT_TRUE(shownTexts(*panel()).contains(u"Vuota"_s));
+}
+
 TEST_F(SelectionPanelTest, ThePairFollowsItsNotes) {
     selectAll({u"a"_s, u"b"_s});
     store().replaceText(*m_folder.note(u"b"_s), u"testo nuovo"_s);
