@@ -3,6 +3,7 @@
 #include "Quillary/Comparison/DiffHeader.h"
 #include "Quillary/Comparison/DiffList.h"
 #include "Quillary/Comparison/OverviewRuler.h"
+#include "Quillary/Sidebar/ShownName.h"
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/State/NoteItem.h"
 #include "Quillary/Theme/Hairline.h"
@@ -206,7 +207,7 @@ void DiffView::updateTitles() {
         const NoteItemPtr oldNote = m_store.item(m_pair->oldNote);
         const NoteItemPtr newNote = m_store.item(m_pair->newNote);
         if (oldNote != nullptr && newNote != nullptr) {
-            m_header->setTitles(oldNote->title(), newNote->title());
+            m_header->setTitles(shownName(oldNote->title()), shownName(newNote->title()));
         }
     }
 }

@@ -6,6 +6,8 @@
 #include "Quillary/Comparison/OverviewRuler.h"
 #include "Quillary/Comparison/StatsView.h"
 #include "Quillary/State/NoteDocument.h"
+#include "Quillary/Theme/SegmentedPicker.h"
+#include "Quillary/Theme/ToolTip.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -13,6 +15,9 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -130,6 +135,19 @@ TEST_F(DiffViewOf, ANoteThatCanNotBeReadCountsAsEmpty) {
     EXPECT_EQ(m_view.result().stats, (DiffStats{0, 51, 0}));
 }
 
+TEST_F(DiffViewOf, ShowsNamesThatAreNoPlainTextAsOneReadableLine) {
+    m_folder.write(u"due\nrighe.txt"_s, u"x"_s);
+    m_folder.write(u"<b> & altro.txt"_s, u"y"_s);
+    store().refreshFromDisk();
+    store().compare(*m_folder.note(u"due\nrighe"_s), *m_folder.note(u"<b> & altro"_s));
+    QStringList tips;
+    for (const NotePill* const pill : m_view.findChildren<NotePill*>()) {
+        tips.append(pill->toolTip());
+    }
+    EXPECT_THAT(titles(), testing::UnorderedElementsAre(u"due righe"_s, u"<b> & altro"_s));
+    EXPECT_THAT(tips, testing::UnorderedElementsAre(u"due righe"_s, plainToolTip(u"<b> & altro"_s)));
+}
+
 TEST_F(DiffViewOf, SwapsTheSidesAndKeepsTheMode) {
     compare(u"a"_s, u"vuota"_s);
     QTest::mouseClick(button(u"Unificato"_s), Qt::LeftButton);
@@ -141,6 +159,7 @@ TEST_F(DiffViewOf, SwapsTheSidesAndKeepsTheMode) {
 
 TEST_F(DiffViewOf, ThePickerChoosesTheMode) {
     compare(u"a"_s, u"b"_s);
+    EXPECT_EQ(m_view.findChild<SegmentedPicker*>()->accessibleName(), u"Vista"_s);
     QTest::mouseClick(button(u"Unificato"_s), Qt::LeftButton);
     EXPECT_EQ(m_list->mode(), DiffMode::unified);
     EXPECT_TRUE(button(u"Unificato"_s)->isChecked());
