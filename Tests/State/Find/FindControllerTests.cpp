@@ -334,6 +334,15 @@ TEST_F(FindController, UsesTheSelectionForTheSearch) {
     EXPECT_EQ(find->query(), u"due"_s);
 }
 
+TEST_F(FindController, OpensNothingForASelectionThatIsNoTextWithinALine) {
+    open(u"uno\ndue"_s);
+    select(2, 5);
+    find->useSelectionForFind();
+    EXPECT_EQ(desktop.beeps, 1);
+    EXPECT_FALSE(find->isVisible());
+    EXPECT_EQ(find->query(), QString());
+}
+
 TEST_F(FindController, TellsOfChangesOnly) {
     open(u"a a"_s);
     const SignalCount counts(find, &Finder::matchCountChanged);

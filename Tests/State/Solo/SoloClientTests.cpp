@@ -277,6 +277,15 @@ TEST_F(SoloClientTest, TheTimeLimitHoldsForAServerThatKeepsTalking) {
     EXPECT_EQ(paste(u"x"_s), timedOut);
 }
 
+TEST_F(SoloClientTest, TheReturnWaitsForTheTerminalToTakeThePasteIn) {
+    EXPECT_EQ(SoloClient::pauseBeforeSubmit, 200ms);
+    solo.play(u"mcp"_s, opened + QStringList{u"read"_s, answered2, u"read"_s, answered3});
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(paste(u"x"_s, 7, true), u"done"_s);
+    EXPECT_GE(timer.elapsed(), SoloClient::pauseBeforeSubmit.count());
+}
+
 TEST(SoloClient, LimitsACallToTenSeconds) {
     EXPECT_EQ(SoloClient({}, {}).timeLimit(), 10s);
     EXPECT_EQ(SoloClient::find().timeLimit(), 10s);

@@ -233,6 +233,54 @@ TEST_F(QuillaryCommandsTest, GroupTheSelectedNotesInANewFolder) {
     EXPECT_EQ(folder.note(u"b"_s)->folder(), store.folders().constFirst());
 }
 
+TEST_F(QuillaryCommandsTest, CompareTheSelectedNotes) {
+    NotesStore& store = folder.store();
+    run(u"Nota"_s, u"Confronta note selezionate"_s);
+    EXPECT_FALSE(store.isShowingDiff());
+    store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
+    run(u"Nota"_s, u"Confronta note selezionate"_s);
+    EXPECT_TRUE(store.isShowingDiff());
+}
+
+TEST_F(QuillaryCommandsTest, ShiftTheSelectedNoteAndCopyItsContent) {
+    NotesStore& store = folder.store();
+    const NoteItemPtr a = folder.note(u"a"_s);
+    const NoteItemPtr b = folder.note(u"b"_s);
+    store.setSelectedID(b->id());
+    run(u"Nota"_s, u"Sposta nota in su"_s);
+    EXPECT_EQ(store.notes(std::nullopt), (QList{b, a}));
+    run(u"Nota"_s, u"Sposta nota in giù"_s);
+    EXPECT_EQ(store.notes(std::nullopt), (QList{a, b}));
+    run(u"Nota"_s, u"Copia contenuto della nota"_s);
+    EXPECT_EQ(desktop.clipboard, u"beta"_s);
+}
+
+TEST_F(QuillaryCommandsTest, StayEnabledButForTwo) {
+    const auto disabled = [](const QWidget& in) {
+        QStringList texts;
+        for (const QMenu* const each : in.findChildren<QMenu*>()) {
+            for (const QAction* const action : each->actions()) {
+                if (!action->isEnabled() && !action->isSeparator()) {
+                    texts.append(action->text());
+                }
+            }
+        }
+        return texts;
+    };
+    folder.store().setSelectedID(std::nullopt);
+    EXPECT_EQ(disabled(window), (QStringList{u"Invia a Solo…"_s, u"Cartella"_s}));
+    folder.store().setSelectedID(folder.note(u"a"_s)->id());
+    EXPECT_EQ(disabled(window), (QStringList{u"Invia a Solo…"_s, u"Cartella"_s})) << "Solo is not installed";
+
+    SoloController installed(folder.settings(), SoloClient(u"/bin/true"_s, std::nullopt));
+    MainWindow other(folder.store(), folder.settings(), folder.find(), folder.keyboard(), installed);
+    EXPECT_EQ(disabled(other), QStringList{u"Cartella"_s});
+    folder.store().setSelectedID(std::nullopt);
+    EXPECT_EQ(disabled(other), (QStringList{u"Invia a Solo…"_s, u"Cartella"_s}));
+    folder.store().setSelectedFolder(u"Lavoro"_s);
+    EXPECT_EQ(disabled(other), QStringList{u"Invia a Solo…"_s});
+}
+
 TEST_F(QuillaryCommandsTest, MoveTheActionTargetsToAFolder) {
     NotesStore& store = folder.store();
     store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
