@@ -138,6 +138,10 @@ void NotesStore::syncFolders(const QStringList& names) {
     assign(m_collapsedFolders, m_collapsedFolders & QSet<QString>(folders.cbegin(), folders.cend()),
            &NotesStore::collapsedFoldersChanged);
     rebuildWatchers();
+    if (!added.isEmpty()) {
+        // Of what came into a new folder after it was listed and before it was watched nobody tells.
+        scheduleRefresh();
+    }
 }
 
 void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info) {

@@ -101,6 +101,17 @@ TEST_F(NotesStoreDisk, OwnSavesLeaveTheNoteAlone) {
     EXPECT_TRUE(a->document()->undoManager().canUndo());
 }
 
+TEST_F(NotesStoreDisk, WhatComesIntoANewFolderBeforeItIsWatchedIsListedToo) {
+    openStore();
+    QObject::connect(
+        store.get(), &NotesStore::foldersChanged, store.get(), [this] { directory.write(u"Nuova/dentro.md"_s); },
+        Qt::SingleShotConnection);
+
+    directory.makeFolder(u"Nuova"_s);
+
+    EXPECT_TRUE(waitUntil([this] { return note(u"dentro"_s) != nullptr; }));
+}
+
 TEST_F(NotesStoreDisk, WatchingFollowsTheFolders) {
     directory.write(u"a.md"_s);
     openStore();
