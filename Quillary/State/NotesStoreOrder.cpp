@@ -45,7 +45,7 @@ bool NotesStore::moveFile(NoteItem& item, const std::optional<QString>& toFolder
         return false;
     }
     item.setUrl(*url);
-    item.setFolder(toFolder);
+    item.setFolder(m_fileStore.folder(*url));
     return true;
 }
 

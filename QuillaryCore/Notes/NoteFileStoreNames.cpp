@@ -27,6 +27,13 @@ bool areSamePathButForCase(const FilePath& a, const FilePath& b) {
     return canonicallyEqual(a.standardized().text().toLower(), b.standardized().text().toLower());
 }
 
+/// Whether a note that is to move from one path to another stays where it is. Of two folders whose names differ only in
+/// composition each is a place of its own.
+bool staysInPlace(const FilePath& from, const FilePath& to) {
+    return areSamePath(from, to) &&
+           (from.standardized().parent() == to.standardized().parent() || !isPathTaken(to.parent()));
+}
+
 /// Calls `attempt` with a free path and, as long as another program takes that path first, with the next one.
 template <typename FindFree, typename Attempt>
 Result<FilePath, SystemError> underFreeName(FindFree findFree, Attempt attempt) {
@@ -110,7 +117,7 @@ Result<FilePath, FileError> NoteFileStore::move(const FilePath& source, QStringV
     auto moved = underFreeName(
         [&] {
             const FilePath destination = uniqueURL(title, fileExtension, folder, ignoring);
-            return areSamePath(source, destination) ? source : destination;
+            return staysInPlace(source, destination) ? source : destination;
         },
         [&](const FilePath& free) { return free == source ? Status<SystemError>(Done()) : moveFile(source, free); });
     if (!moved) {

@@ -49,6 +49,24 @@ TEST_F(NotesStoreOrder, AMovedNoteIsSavedAndGoesWithItsFile) {
     EXPECT_EQ(a->folder(), std::nullopt);
 }
 
+TEST_F(NotesStoreOrder, AMovedNoteIsInTheFolderThatHoldsItsFile) {
+    directory.makeFolder(u"Caffe\u0300"_s);
+    directory.makeFolder(u"Caff\u00E8"_s);
+    directory.write(u"Caffe\u0300/a.md"_s, "a");
+    directory.write(u"Caff\u00E8/b.md"_s, "b");
+    openStore();
+    const NoteItemPtr a = note(u"a"_s);
+
+    store->move({a}, u"Caff\u00E8"_s);
+    EXPECT_EQ(a->url(), directory.path(u"Caff\u00E8/a.md"_s));
+    EXPECT_EQ(a->folder(), u"Caff\u00E8"_s);
+
+    directory.remove(u"Caffe\u0300"_s);
+    store->move({a}, u"Caffe\u0300"_s);
+    EXPECT_EQ(a->url(), directory.path(u"Caff\u00E8/a.md"_s));
+    EXPECT_EQ(a->folder(), u"Caff\u00E8"_s);
+}
+
 TEST_F(NotesStoreOrder, AMovedNoteGetsAFreeNameAndLeavesTheOrderOfItsFolder) {
     directory.write(u".quillary.json"_s, R"({"noteOrder": {"": ["c.md", "x.md", "b.md"], "Casa": ["y.md", "x.md"]}})");
     directory.write(u"x.md"_s, "fuori");

@@ -213,6 +213,16 @@ TEST_F(NoteFileStoreNames, MovesANoteBetweenFolders) {
     EXPECT_EQ(relative(store.moveNote(directory.write("p:q.md"), u"Casa"_s)), "Casa/p-q.md");
 }
 
+TEST_F(NoteFileStoreNames, TellsFoldersThatDifferInNormalisationApartWhereBothAreThere) {
+    directory.makeDirectory("Caffe\xCC\x80");
+    FilePath url = directory.write("Caffe\xCC\x80/a.md", "a");
+    EXPECT_EQ(store.moveNote(url, u"Caff\u00E8"_s).value(), url);
+    directory.makeDirectory("Caff\xC3\xA8");
+    url = store.moveNote(url, u"Caff\u00E8"_s).value();
+    EXPECT_EQ(relativePath(url), "Caff\xC3\xA8/a.md");
+    EXPECT_EQ(directory.read("Caff\xC3\xA8/a.md"), "a");
+}
+
 TEST_F(NoteFileStoreNames, MakesNoFolderForAMovedNote) {
     const FilePath url = directory.write("a.md", "a");
     EXPECT_EQ(systemCode(store.moveNote(url, u"absent"_s)), ENOENT);
