@@ -1,6 +1,7 @@
 #include "Quillary/MenuBarExtra/MenuBarContent.h"
 
 #include "Quillary/Keyboard/MenuShortcut.h"
+#include "Quillary/Sidebar/ShownName.h"
 #include "Quillary/State/AppActions.h"
 
 #include <QAction>
@@ -48,7 +49,8 @@ QString panelText(QString text) {
 }
 
 QString recentLabel(const NoteItem& note) {
-    return note.folder() ? note.title() % u"  —  " % *note.folder() : note.title();
+    const QString title = shownName(note.title());
+    return note.folder() ? title % u"  —  " % shownName(*note.folder()) : title;
 }
 
 } // namespace

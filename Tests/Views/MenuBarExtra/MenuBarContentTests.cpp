@@ -154,8 +154,12 @@ TEST_F(MenuBarContentTest, HasNoItemForWhatIsNoNoteAnyMore) {
 
 TEST_F(MenuBarContentTest, ShowsTitlesLetterByLetter) {
     NotesStore& store = folder.store();
-    for (const auto& [title, expected] : {std::pair{u"nota_di_oggi"_s, u"nota__di__oggi"_s},
-                                          std::pair{u"pane & burro & sale"_s, u"pane && burro & sale"_s}}) {
+    const std::pair<QString, QString> titles[] = {
+        {u"nota_di_oggi"_s, u"nota__di__oggi"_s},
+        {u"pane & burro & sale"_s, u"pane && burro & sale"_s},
+        {u"caff"_s + QChar(0xDCE8), u"caff\ufffd"_s},
+    };
+    for (const auto& [title, expected] : titles) {
         ASSERT_NE(store.makeNote(title), nullptr);
         EXPECT_TRUE(recent().contains(expected)) << recent().join(u", "_s).toStdString();
     }
