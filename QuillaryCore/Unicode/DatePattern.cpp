@@ -13,8 +13,6 @@ namespace quillary {
 
 namespace {
 
-using namespace Qt::StringLiterals;
-
 struct FormatterCache {
     std::mutex mutex;
     std::unordered_map<QString, DateFormatter> formatters;
@@ -30,22 +28,22 @@ FormatterCache& formatterCache() {
 class DateFormatter::Format {
 public:
     Format(const QString& pattern, const icu::Locale& locale, const QString& timeZone, UErrorCode& status)
-        : m_format(icu_support::readOnlyAlias(pattern), locale, status) {
+        : m_format(icu_support::readOnlyAlias(pattern), locale, status), m_calendar(timeZone) {
         auto calendar = std::make_unique<icu::GregorianCalendar>(locale, status);
-        calendar->adoptTimeZone(icu::TimeZone::createTimeZone(
-            icu_support::readOnlyAlias(DayCalendar::isTimeZone(timeZone) ? timeZone : u"UTC"_s)));
+        // It is given what clocks show, so that no rule of a time zone is asked from ICU.
+        calendar->setTimeZone(*icu::TimeZone::getGMT());
         m_format.adoptCalendar(calendar.release());
     }
 
     QString text(Moment moment) const {
-        const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(moment).time_since_epoch().count();
         icu::UnicodeString result;
-        m_format.format(static_cast<double>(milliseconds), result);
+        m_format.format(static_cast<double>(m_calendar.localTime(moment).time_since_epoch().count()), result);
         return icu_support::view(result).toString();
     }
 
 private:
     icu::SimpleDateFormat m_format;
+    DayCalendar m_calendar;
 };
 
 DateFormatter::DateFormatter(const QString& pattern, const QString& locale, const QString& timeZone) {

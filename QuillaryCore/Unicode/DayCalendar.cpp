@@ -1,63 +1,75 @@
 #include "QuillaryCore/Unicode/DayCalendar.h"
 
-#include "QuillaryCore/Unicode/Icu.h"
-
+#include <QDateTime>
 #include <QHash>
-
-#include <unicode/timezone.h>
-
-#include <memory>
 
 namespace quillary {
 
 namespace {
 
-using namespace Qt::StringLiterals;
+using namespace std::chrono;
 
-std::unique_ptr<icu::TimeZone> newTimeZone(const QString& name) {
-    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(icu_support::readOnlyAlias(name)));
-    if (*zone == icu::TimeZone::getUnknown()) {
-        zone.reset(icu::TimeZone::createTimeZone(u"UTC"));
-    }
-    return zone;
+QDateTime utcDate(milliseconds elapsed) {
+    return QDateTime::fromMSecsSinceEpoch(elapsed.count(), Qt::UTC);
 }
 
-const icu::TimeZone& timeZoneFor(const QString& name) {
-    thread_local QHash<QString, std::shared_ptr<const icu::TimeZone>> zones;
-    std::shared_ptr<const icu::TimeZone>& zone = zones[name];
-    if (!zone) {
-        zone = newTimeZone(name);
+/// A time zone with what it last answered, since one moment mostly follows another of the same season. The rules come
+/// from the system's own database, which is kept up to date; ICU brings one that is as old as ICU.
+class ZoneClock {
+public:
+    ZoneClock() = default;
+
+    explicit ZoneClock(const QString& name) : m_zone(name.toLatin1()) {
+        if (!m_zone.isValid()) {
+            m_zone = QTimeZone::utc();
+        }
     }
-    return *zone;
+
+    /// How far clocks are before UTC at a moment.
+    seconds offset(milliseconds elapsed) {
+        if (elapsed < m_from || elapsed >= m_until) {
+            const QDateTime date = utcDate(elapsed);
+            const QDateTime change = m_zone.previousTransition(date.addMSecs(1)).atUtc;
+            const QDateTime nextChange = m_zone.nextTransition(date).atUtc;
+            m_offset = seconds(m_zone.offsetFromUtc(date));
+            m_from = change.isValid() ? milliseconds(change.toMSecsSinceEpoch()) : milliseconds::min();
+            m_until = nextChange.isValid() ? milliseconds(nextChange.toMSecsSinceEpoch()) : milliseconds::max();
+        }
+        return m_offset;
+    }
+
+private:
+    QTimeZone m_zone;
+    seconds m_offset{};
+    // The moments for which that holds: none at first.
+    milliseconds m_from = milliseconds::max();
+    milliseconds m_until = milliseconds::min();
+};
+
+ZoneClock& zoneClock(const QString& name) {
+    thread_local QHash<QString, ZoneClock> clocks;
+    auto clock = clocks.find(name);
+    if (clock == clocks.end()) {
+        clock = clocks.insert(name, ZoneClock(name));
+    }
+    return *clock;
 }
 
 } // namespace
 
-DayCalendar::DayCalendar(const QTimeZone& timeZone) : m_timeZone(QString::fromLatin1(timeZone.id())) {
-    // Qt calls the zones that are a mere offset "UTC+02:00", ICU "GMT+02:00".
-    if (m_timeZone.size() > 3 && m_timeZone.startsWith("UTC"_L1)) {
-        m_timeZone.replace(0, 3, "GMT"_L1);
-    }
-}
+DayCalendar::DayCalendar(const QTimeZone& timeZone) : m_timeZone(QString::fromLatin1(timeZone.id())) {}
 
 DayCalendar DayCalendar::current() {
     return DayCalendar(QTimeZone::systemTimeZone());
 }
 
-bool DayCalendar::isTimeZone(const QString& name) {
-    const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(icu_support::readOnlyAlias(name)));
-    return *zone != icu::TimeZone::getUnknown();
+std::chrono::local_time<std::chrono::milliseconds> DayCalendar::localTime(Moment moment) const {
+    const auto elapsed = floor<milliseconds>(moment).time_since_epoch();
+    return local_time<milliseconds>(elapsed + zoneClock(m_timeZone).offset(elapsed));
 }
 
 std::chrono::local_days DayCalendar::day(Moment moment) const {
-    using namespace std::chrono;
-    const auto elapsed = floor<milliseconds>(moment).time_since_epoch();
-    UErrorCode status = U_ZERO_ERROR;
-    int32_t standard = 0;
-    int32_t daylight = 0;
-    timeZoneFor(m_timeZone).getOffset(static_cast<double>(elapsed.count()), false, standard, daylight, status);
-    icu_support::require(status, "find the offset of a time zone");
-    return floor<days>(local_time<milliseconds>(elapsed + milliseconds(standard) + milliseconds(daylight)));
+    return std::chrono::floor<std::chrono::days>(localTime(moment));
 }
 
 std::chrono::year DayCalendar::year(Moment moment) const {

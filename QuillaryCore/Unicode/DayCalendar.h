@@ -18,11 +18,11 @@ public:
     /// That of the time zone which the system is set to.
     static DayCalendar current();
 
-    /// Whether there is a time zone of this name.
-    static bool isTimeZone(const QString& name);
-
-    /// The name of the time zone, as ICU knows it.
+    /// The name of the time zone.
     const QString& timeZone() const { return m_timeZone; }
+
+    /// What clocks show at a moment, cut to the millisecond below.
+    std::chrono::local_time<std::chrono::milliseconds> localTime(Moment moment) const;
 
     /// The day that holds a moment; the next day is one more, whatever the length of a day.
     std::chrono::local_days day(Moment moment) const;

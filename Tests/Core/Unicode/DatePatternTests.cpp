@@ -2,6 +2,9 @@
 
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
+#include <QDateTime>
+#include <QTimeZone>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -42,6 +45,14 @@ TEST(DatePattern, PrintsByPatternLocaleAndZone) {
         EXPECT_EQ(formattedDate(afternoon, each.pattern, each.locale, each.timeZone), each.text);
         EXPECT_EQ(DateFormatter(each.pattern, each.locale, each.timeZone).text(afternoon), each.text);
     }
+}
+
+TEST(DatePattern, FollowsTheRulesOfTheSystem) {
+    // The rules of this zone changed after the release of the ICU that is in use.
+    const QTimeZone zone("America/Mexico_City");
+    const Moment july = Moment(sys_days(2026y / July / 14)) + 3h;
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(floor<seconds>(july).time_since_epoch().count(), zone);
+    EXPECT_EQ(formattedDate(july, u"dd HH:mm"_s, u"it"_s, u"America/Mexico_City"_s), date.toString(u"dd HH:mm"_s));
 }
 
 TEST(DatePattern, CutsToTheMillisecondBelowAlsoBeforeTheEpoch) {
