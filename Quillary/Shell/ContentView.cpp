@@ -53,7 +53,10 @@ void ContentView::setColumnVisibility(ColumnVisibility visibility) {
         return;
     }
     const QList<int> widths = sizes();
-    const int sidebar = visibility == ColumnVisibility::all ? narrowestSidebar : 0;
+    if (visibility == ColumnVisibility::detailOnly) {
+        m_sidebarWidth = widths.constFirst();
+    }
+    const int sidebar = visibility == ColumnVisibility::all ? m_sidebarWidth : 0;
     setSizes({sidebar, widths.constFirst() + widths.constLast() - sidebar});
 }
 

@@ -24,6 +24,8 @@ public:
     /// Which of the two columns are on show.
     enum class ColumnVisibility { all, detailOnly };
 
+    static constexpr int defaultSidebarWidth = 270;
+
     /// `openWindow` makes the main window anew; it becomes `AppActions::openMainWindow` when this is first displayed.
     /// `newNote` is the window's command, for the button above the list.
     ContentView(NotesStore& store, AppSettings& settings, FindController& find, SoloController& solo,
@@ -31,6 +33,7 @@ public:
 
     ColumnVisibility columnVisibility() const;
 
+    /// The sidebar comes back as wide as it was.
     void setColumnVisibility(ColumnVisibility visibility);
 
 protected:
@@ -42,6 +45,8 @@ private:
     std::function<void()> m_openWindow;
     SidebarView* m_sidebar;
     DetailView* m_detail;
+    /// How wide the sidebar was when it was last hidden.
+    int m_sidebarWidth = defaultSidebarWidth;
 };
 
 } // namespace quillary

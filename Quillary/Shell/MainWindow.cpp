@@ -20,14 +20,13 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, FindController&
     : QWidget(parent, Qt::Window) {
     installWindowAccessibility();
     constexpr QSize defaultSize(940, 620);
-    constexpr int sidebarWidth = 270;
     resize(defaultSize);
     setMinimumSize(480, 320);
 
     auto* const commands = new QuillaryCommands(&store, &settings, &find, &keyboard, &solo, this);
     connect(commands, &QuillaryCommands::settingsRequested, this, &MainWindow::settingsRequested);
     m_content = new ContentView(store, settings, find, solo, std::move(openWindow), commands->newNote(), this);
-    m_content->setSizes({sidebarWidth, defaultSize.width() - sidebarWidth});
+    m_content->setSizes({ContentView::defaultSidebarWidth, defaultSize.width() - ContentView::defaultSidebarWidth});
 
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -72,6 +72,19 @@ TEST(MainWindow, ARequestForTheSearchFieldShowsAClosedSidebar) {
     EXPECT_GT(splitter->sizes().constFirst(), 0);
 }
 
+TEST(MainWindow, TheSidebarComesBackAsWideAsItWas) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
+    window.show();
+    auto* const splitter = window.findChild<QSplitter*>();
+    splitter->setSizes({310, window.width() - 310});
+    const QList<int> before = splitter->sizes();
+    window.toggleSidebar();
+    ASSERT_EQ(splitter->sizes().constFirst(), 0);
+    window.toggleSidebar();
+    EXPECT_EQ(splitter->sizes(), before);
+}
+
 TEST(MainWindow, ClosingHidesItAndSavesNothing) {
     NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
     MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
