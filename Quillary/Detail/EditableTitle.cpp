@@ -3,6 +3,7 @@
 #include "Quillary/Detail/TitleButton.h"
 #include "Quillary/Sidebar/InlineTextField.h"
 #include "Quillary/Sidebar/ShownName.h"
+#include "QuillaryCore/Platform/FilePath.h"
 
 #include <algorithm>
 #include <utility>
@@ -47,7 +48,8 @@ void EditableTitle::beginEditing() {
         m_field->selectAll();
         return;
     }
-    m_field = new InlineTextField(m_button->title(), m_button->font(), this);
+    // The title itself and not the line that shows it, or Return alone would rename.
+    m_field = new InlineTextField(FilePath::displayText(m_item->title()), m_button->font(), this);
     m_field->setAccessibleName(tr("Titolo della nota"));
     m_field->setAlignment(Qt::AlignHCenter);
     connect(m_field, &InlineTextField::committed, this, &EditableTitle::commit);

@@ -3,6 +3,7 @@
 #include "Quillary/Sidebar/FolderHeader.h"
 #include "Quillary/Sidebar/InlineTextField.h"
 #include "Quillary/Sidebar/SidebarAccessibility.h"
+#include "QuillaryCore/Platform/FilePath.h"
 
 #include <QDrag>
 #include <QEvent>
@@ -239,7 +240,7 @@ void SidebarList::showRenameField() {
         return;
     }
     m_renamedFolder = *folder;
-    m_renameField = new InlineTextField(*folder, m_metrics.title, viewport());
+    m_renameField = new InlineTextField(FilePath::displayText(*folder), m_metrics.title, viewport());
     m_renameField->setAccessibleName(tr("Nome della cartella"));
     m_renameField->setFocusPolicy(Qt::StrongFocus);
     connect(m_renameField, &InlineTextField::committed, this, [this, renamed = *folder](const QString& name) {

@@ -55,6 +55,20 @@ TEST_F(EditableTitleTest, AClickEditsTheTitleAndReturnRenames) {
     EXPECT_TRUE(waitForEditorFocus());
 }
 
+TEST_F(EditableTitleTest, ReturnAloneRenamesNothing) {
+    for (const QString& title : {u"a"_s, u"uno\ndue"_s, u"tre\tquattro"_s}) {
+        m_folder.write(title % u".md", u"testo"_s);
+        store().refreshFromDisk();
+        select(title);
+        beginEditing();
+        QTest::keyClick(field(), Qt::Key_Return);
+        EXPECT_FALSE(isEditing());
+        EXPECT_EQ(store().selectedItem()->title(), title);
+        EXPECT_TRUE(QFile::exists(m_folder.path(title % u".md")));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
 TEST_F(EditableTitleTest, EscapeLeavesTheNameAndGivesTheEditorTheFocus) {
     beginEditing();
     const qint64 token = store().editorFocusToken();

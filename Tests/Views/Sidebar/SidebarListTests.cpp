@@ -8,6 +8,9 @@
 #include <QSignalSpy>
 #include <QToolTip>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace quillary;
 using namespace Qt::StringLiterals;
 
@@ -310,6 +313,22 @@ TEST_F(SidebarListTest, AFolderIsRenamedInItsPlace) {
     EXPECT_EQ(store().renamingFolder(), std::nullopt);
     EXPECT_EQ(m_list->renameField(), nullptr);
     EXPECT_TRUE(m_list->hasFocus());
+}
+
+TEST_F(SidebarListTest, ReturnAloneRenamesNoFolderAlsoOneWhoseNameIsNoText) {
+    const FilePath strange = store().fileStore().directory().appending(u"x\xdce8");
+    ASSERT_EQ(mkdir(strange.bytes().constData(), 0700), 0);
+    store().refreshFromDisk();
+    rows();
+    store().setRenamingFolder(u"x\xdce8"_s);
+    InlineTextField* const field = m_list->renameField();
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->text(), u"x\ufffd"_s);
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_TRUE(store().folders().contains(u"x\xdce8"_s));
+    EXPECT_EQ(store().errorMessage(), std::nullopt);
+    // Qt's own clearing of the folder can't reach such a name.
+    EXPECT_EQ(rmdir(strange.bytes().constData()), 0);
 }
 
 TEST_F(SidebarListTest, EscapeLeavesTheFoldersNameAsItWas) {
