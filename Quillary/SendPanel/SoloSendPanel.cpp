@@ -5,6 +5,7 @@
 #include "Quillary/SendPanel/FlowLayout.h"
 #include "Quillary/SendPanel/ProjectPicker.h"
 #include "Quillary/SendPanel/SearchBox.h"
+#include "Quillary/Sidebar/ShownName.h"
 #include "Quillary/Solo/SoloSessions.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/Theme/SegmentedPicker.h"
@@ -120,7 +121,7 @@ QWidget* SoloSendPanel::makeHeader() {
     auto* const note = new QLabel(header);
     note->setTextFormat(Qt::PlainText);
     constexpr int titleWidth = 320;
-    note->setText(note->fontMetrics().elidedText(m_message.title, Qt::ElideMiddle, titleWidth));
+    note->setText(note->fontMetrics().elidedText(shownName(m_message.title), Qt::ElideMiddle, titleWidth));
     note->setToolTip(plainToolTip(m_message.title));
     const QString extent = m_message.isSelection ? tr("Selezione") : tr("Nota intera");
     QLabel* const size =

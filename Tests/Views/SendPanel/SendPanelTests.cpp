@@ -123,6 +123,13 @@ TEST_F(SendPanelTest, SaysWhatIsSent) {
     EXPECT_NE(shown<QLabel>(u"Selezione · 1 caratteri"_s), nullptr);
 }
 
+TEST_F(SendPanelTest, TheTitleIsOneReadableLine) {
+    panel = std::make_unique<SoloSendPanel>(controller, notes.settings(),
+                                            SoloSendPanel::Message{u"uno\ndue <b>"_s, u"x"_s, false});
+    EXPECT_NE(shown<QLabel>(u"uno due <b>"_s), nullptr);
+    ASSERT_TRUE(await([this] { return !controller.isLoading(); }));
+}
+
 TEST_F(SendPanelTest, OpeningAndTheButtonAskWhatSoloOffers) {
     show();
     EXPECT_EQ(solo.log(u"agents.list"_s).size(), 1);
