@@ -196,6 +196,11 @@ TEST_F(DiffViewOf, AnotherPairBeginsAnew) {
     EXPECT_TRUE(button(u"Affiancato"_s)->isChecked());
     EXPECT_FALSE(m_list->showsAllLines());
     EXPECT_FALSE(m_view.findChild<QCheckBox*>()->isChecked());
+
+    QTest::mouseClick(button(u"Unificato"_s), Qt::LeftButton);
+    store().clearMultiSelection();
+    compare(u"a"_s, u"vuota"_s);
+    EXPECT_EQ(m_list->mode(), DiffMode::sideBySide) << "the same pair once more";
 }
 
 TEST_F(DiffViewOf, EscapeAndTheCloseButtonEndTheComparison) {

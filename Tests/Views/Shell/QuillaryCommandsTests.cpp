@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -307,6 +308,40 @@ TEST_F(QuillaryCommandsTest, AskForTheSettings) {
     const QSignalSpy requests(&window, &MainWindow::settingsRequested);
     run(u"Modifica"_s, u"Impostazioni…"_s);
     EXPECT_EQ(requests.count(), 1);
+}
+
+TEST_F(QuillaryCommandsTest, NoWidgetClaimsTheirKeys) {
+    window.show();
+    folder.find().show(true);
+    // Editing is the widgets', and the user's own keys are the dispatcher's.
+    const QStringList others{u"Annulla"_s,         u"Ripristina"_s,
+                             u"Taglia"_s,          u"Copia"_s,
+                             u"Incolla"_s,         u"Seleziona tutto"_s,
+                             u"Nota successiva"_s, u"Nota precedente"_s,
+                             u"Cerca note"_s,      u"Mostra / nascondi anteprima"_s};
+    QList<QWidget*> widgets;
+    for (QWidget* const each : window.findChildren<QWidget*>()) {
+        if ((each->focusPolicy() & Qt::TabFocus) != 0) {
+            widgets.append(each);
+        }
+    }
+    ASSERT_GT(widgets.size(), 10);
+    int keys = 0;
+    for (const QAction* const action : window.findChildren<QAction*>()) {
+        if (action->shortcut().isEmpty() || others.contains(action->text())) {
+            continue;
+        }
+        ++keys;
+        const QKeyCombination key = action->shortcut()[0];
+        for (QWidget* const widget : std::as_const(widgets)) {
+            QKeyEvent event(QEvent::ShortcutOverride, key.key(), key.keyboardModifiers());
+            event.ignore();
+            QCoreApplication::sendEvent(widget, &event);
+            EXPECT_FALSE(event.isAccepted())
+                << action->text().toStdString() << " in " << widget->metaObject()->className();
+        }
+    }
+    EXPECT_GT(keys, 30);
 }
 
 TEST_F(QuillaryCommandsTest, EditInTheWidgetThatHasTheKeyboard) {
