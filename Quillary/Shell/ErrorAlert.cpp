@@ -1,5 +1,6 @@
 #include "Quillary/Shell/ErrorAlert.h"
 
+#include <QLabel>
 #include <QPushButton>
 
 namespace quillary {
@@ -21,6 +22,10 @@ ErrorAlert::ErrorAlert(NotesStore& store, QWidget* window) : QObject(window), m_
 void ErrorAlert::update() {
     if (m_store.errorMessage()) {
         m_box.setInformativeText(*m_store.errorMessage());
+        // The box takes the format of its text for that text alone, and the name of a note may look like markup.
+        for (QLabel* const label : m_box.findChildren<QLabel*>()) {
+            label->setTextFormat(Qt::PlainText);
+        }
         m_box.open();
     } else {
         m_box.hide();

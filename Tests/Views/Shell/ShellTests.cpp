@@ -3,11 +3,15 @@
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/State/NoteDocument.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTest>
+#include <QTextDocument>
+
+#include <algorithm>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -33,6 +37,23 @@ TEST(ErrorAlert, IsOnScreenExactlyWhileThereIsAMessage) {
     QTest::mouseClick(box->buttons().constFirst(), Qt::LeftButton);
     EXPECT_FALSE(box->isVisible());
     EXPECT_EQ(folder.store().errorMessage(), std::nullopt);
+}
+
+TEST(ErrorAlert, ShowsAMessageThatLooksLikeMarkupAsItStands) {
+    NotesFolder folder({});
+    QWidget window;
+    const ErrorAlert alert(folder.store(), &window);
+    auto* const box = window.findChild<QMessageBox*>();
+    const QString message = u"Impossibile salvare «<b>a</b>».\nDisco pieno"_s;
+    ASSERT_TRUE(Qt::mightBeRichText(message));
+
+    folder.store().setErrorMessage(message);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+
+    const QList<QLabel*> labels = box->findChildren<QLabel*>();
+    const auto shown = std::ranges::find(labels, message, &QLabel::text);
+    ASSERT_NE(shown, labels.end());
+    EXPECT_EQ((*shown)->textFormat(), Qt::PlainText);
 }
 
 TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
