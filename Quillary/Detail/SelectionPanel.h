@@ -26,6 +26,8 @@ public:
     /// Shows these notes as they are now.
     void setItems(const QList<NoteItemPtr>& items);
 
+    const QList<NoteItemPtr>& items() const { return m_items; }
+
     /// Does what Return, the default action, or Escape means here. False for any other key.
     bool performKey(int key);
 

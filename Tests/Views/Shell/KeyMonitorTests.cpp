@@ -314,6 +314,30 @@ TEST_F(KeyMonitorTest, AnOpenMenuHasItsKeysForItself) {
     EXPECT_EQ(store.multiSelection().size(), 2);
 }
 
+TEST_F(KeyMonitorTest, ReturnIsThePanelsAfterEachClickThatSelects) {
+    NotesStore& store = folder.store();
+    store.setSelectedID(folder.note(u"a"_s)->id());
+    const auto clickWithControl = [this](const QString& title) {
+        const int row = list()->model().rowOfNote(folder.note(title)->id());
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::ControlModifier, list()->rowRect(row).center());
+    };
+    clickWithControl(u"b"_s);
+    clickWithControl(u"c"_s);
+    ASSERT_EQ(store.multiSelection().size(), 3);
+    press(window, Qt::Key_Return);
+    EXPECT_EQ(store.folders().size(), 2);
+    EXPECT_EQ(folder.note(u"a"_s)->folder(), folder.note(u"c"_s)->folder());
+}
+
+TEST_F(KeyMonitorTest, ASelectionThatShrinksLeavesTheKeyboardToWhoTypes) {
+    NotesStore& store = folder.store();
+    store.setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id(), folder.note(u"c"_s)->id()});
+    field()->setFocus();
+    store.toggleInSelection(*folder.note(u"c"_s));
+    ASSERT_EQ(store.multiSelection().size(), 2);
+    EXPECT_TRUE(field()->hasFocus());
+}
+
 TEST_F(KeyMonitorTest, OtherWindowsKeepTheirKeysUnlessAShortcutIsRecorded) {
     folder.store().setMultiSelection({folder.note(u"a"_s)->id(), folder.note(u"b"_s)->id()});
     QLineEdit other(u"testo"_s);
