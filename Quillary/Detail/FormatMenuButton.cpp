@@ -43,17 +43,14 @@ void FormatMenuButton::initStyleOption(QStyleOptionToolButton* option) const {
     // The arrow is the button's icon, behind the text; the style's own would lie over the text.
     option->features &= ~QStyleOptionToolButton::HasMenu;
     option->direction = Qt::RightToLeft;
+    // The style makes room for two blanks before the arrow; one of them stands before the text instead.
+    option->text.prepend(u' ');
 }
 
 void FormatMenuButton::setItem(const NoteItemPtr& item) {
     m_item = item;
     setText(item == nullptr ? QString() : badge(item->format()));
     setAccessibleDescription(item == nullptr ? QString() : displayName(item->format()));
-}
-
-QSize FormatMenuButton::sizeHint() const {
-    // The style leaves a gap of two blanks before the arrow; one of them stands before the text instead.
-    return QToolButton::sizeHint() - QSize(fontMetrics().horizontalAdvance(u' '), 0);
 }
 
 void FormatMenuButton::markPresentFormat() {

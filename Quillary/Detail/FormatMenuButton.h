@@ -16,8 +16,6 @@ public:
     /// The note whose format is shown. Called again when its format may have changed.
     void setItem(const NoteItemPtr& item);
 
-    QSize sizeHint() const override;
-
 protected:
     void initStyleOption(QStyleOptionToolButton* option) const override;
 

@@ -25,7 +25,7 @@ constexpr int firstAnswer = 1;
 } // namespace
 
 ConfirmationDialog::ConfirmationDialog(QWidget* window)
-    : QDialog(window),
+    : QDialog(window, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint),
       m_title(new WrappingLabel(this)),
       m_message(new WrappingLabel(this)),
       m_buttons(new QHBoxLayout),
@@ -104,6 +104,8 @@ void ConfirmationDialog::changeEvent(QEvent* event) {
 
 void ConfirmationDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    // The answer to a question is seen to have the keyboard before any key moves it.
+    setAttribute(Qt::WA_KeyboardFocusChange);
     m_default->setFocus(Qt::OtherFocusReason);
 }
 

@@ -6,7 +6,8 @@ namespace quillary {
 
 /// The Fusion style with slim scroll bars: a thumb on the ground of what it scrolls, without arrows and frames; with
 /// check boxes and fields that stand out from their ground in both appearances; and with menus that stand out from what
-/// they open over, and mark what is chosen with a check mark and what isn't with nothing.
+/// they open over, and mark what is chosen with a check mark and what isn't with nothing. What has the keyboard has a
+/// ring that can be seen in both appearances.
 class Style : public QProxyStyle {
     Q_OBJECT
 

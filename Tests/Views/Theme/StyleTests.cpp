@@ -7,12 +7,18 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QImage>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QStyleOptionButton>
 #include <QStyleOptionSlider>
+#include <QTabBar>
+#include <QTest>
+#include <QToolButton>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -50,6 +56,17 @@ protected:
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
                 greatest = std::max(greatest, contrast(image.pixelColor(x, y), ground));
+            }
+        }
+        return greatest;
+    }
+
+    /// By how much the pixel that has changed most stands out from what it was.
+    static double greatestChange(const QImage& before, const QImage& after) {
+        double greatest = 1;
+        for (int y = 0; y < before.height(); ++y) {
+            for (int x = 0; x < before.width(); ++x) {
+                greatest = std::max(greatest, contrast(before.pixelColor(x, y), after.pixelColor(x, y)));
             }
         }
         return greatest;
@@ -152,6 +169,59 @@ TEST_P(StyleInEachAppearance, AFieldHasAnEdgeThatIsSeen) {
         EXPECT_GE(greatestContrast(picture.copy(60, 0, 1, 3), ground), 1.5);
         EXPECT_GE(greatestContrast(picture.copy(0, 13, 3, 1), ground), 1.5);
     }
+}
+
+TEST_P(StyleInEachAppearance, WhatHasTheKeyboardHasARingThatStandsOut) {
+    QWidget window;
+    auto* const layout = new QVBoxLayout(&window);
+    auto* const flat = new QToolButton;
+    flat->setAutoRaise(true);
+    flat->setText(u"Apri"_s);
+    flat->setFocusPolicy(Qt::TabFocus);
+    auto* const picker = new QComboBox;
+    picker->addItem(u"Uno"_s);
+    auto* const tabs = new QTabBar;
+    tabs->addTab(u"Generale"_s);
+    const QList<QWidget*> controls{
+        flat, picker, tabs, new QPushButton(u"Bottone"_s), new QCheckBox(u"Scelta"_s), new QLineEdit, new QSpinBox};
+    for (QWidget* const control : controls) {
+        layout->addWidget(control);
+    }
+    QWidget other;
+    layout->addWidget(&other);
+    other.setFocusPolicy(Qt::StrongFocus);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, Qt::Key_Tab);
+
+    for (QWidget* const control : controls) {
+        other.setFocus();
+        const QImage without = control->grab().toImage();
+        control->setFocus();
+        ASSERT_TRUE(control->hasFocus());
+        // Only the upper edge, which is far from the caret of a field.
+        const QRect edge = control == tabs ? tabs->rect() : QRect(0, 0, control->width(), 4);
+        EXPECT_GE(greatestChange(without.copy(edge), control->grab(edge).toImage()), partContrast)
+            << control->metaObject()->className();
+    }
+}
+
+TEST_P(StyleInEachAppearance, AClickAloneLeavesNoRingOnAButton) {
+    QWidget window;
+    QPushButton first(u"Uno"_s, &window);
+    QPushButton second(u"Due"_s, &window);
+    second.move(0, 60);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    first.setFocus(Qt::MouseFocusReason);
+    const QImage clicked = first.grab().toImage();
+    QTest::keyClick(&window, Qt::Key_Tab);
+    ASSERT_TRUE(second.hasFocus());
+    const QImage without = first.grab().toImage();
+    QTest::keyClick(&window, Qt::Key_Backtab);
+    ASSERT_TRUE(first.hasFocus());
+    EXPECT_GE(greatestChange(without, first.grab().toImage()), partContrast);
+    EXPECT_LT(greatestChange(without, clicked), partContrast);
 }
 
 TEST(Style, AScrollBarIsAllThumbAndPagesAndTheThumbStandsForWhatIsShown) {
