@@ -2,6 +2,7 @@
 
 #include "Quillary/Settings/EditorSettingsView.h"
 #include "Quillary/Settings/GeneralSettingsView.h"
+#include "Quillary/Settings/SettingsPage.h"
 #include "Quillary/Settings/ShortcutSettingsView.h"
 #include "Quillary/Theme/Symbol.h"
 
@@ -14,14 +15,17 @@
 namespace quillary {
 
 SettingsView::SettingsView(AppSettings* settings, NotesStore* store, KeyboardController* keyboard, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_keyboard(*keyboard) {
+    : QWidget(parent, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint), m_keyboard(*keyboard) {
     setWindowTitle(tr("Impostazioni"));
     auto* const tabs = new QTabWidget(this);
     tabs->setDocumentMode(true);
     tabs->setAccessibleName(tr("Impostazioni"));
-    tabs->addTab(new GeneralSettingsView(settings, store, tabs), symbolIcon(Symbol::settings), tr("Generale"));
-    tabs->addTab(new EditorSettingsView(settings, tabs), symbolIcon(Symbol::fontSize), tr("Editor"));
-    tabs->addTab(new ShortcutSettingsView(settings, keyboard, tabs), symbolIcon(Symbol::keyboard), tr("Scorciatoie"));
+    const auto add = [tabs](QWidget* form, Symbol symbol, const QString& title) {
+        tabs->addTab(new SettingsPage(form, tabs), symbolIcon(symbol), title);
+    };
+    add(new GeneralSettingsView(settings, store), Symbol::settings, tr("Generale"));
+    add(new EditorSettingsView(settings), Symbol::fontSize, tr("Editor"));
+    add(new ShortcutSettingsView(settings, keyboard), Symbol::keyboard, tr("Scorciatoie"));
     connect(tabs, &QTabWidget::currentChanged, keyboard, &KeyboardController::cancelRecording);
 
     auto* const layout = new QVBoxLayout(this);

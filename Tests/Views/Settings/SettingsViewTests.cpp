@@ -8,11 +8,15 @@
 #include "Tests/State/FakeDesktop.h"
 #include "Tests/State/Keyboard/FakeHotKeyBackend.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTest>
@@ -268,6 +272,49 @@ TEST_F(SettingsViewTest, NoMessageWidensTheWindow) {
             EXPECT_GE(label->height(), label->heightForWidth(label->width()));
         }
     }
+}
+
+TEST_F(SettingsViewTest, TheWindowHasOneSizeAndNoButtonsForOthers) {
+    EXPECT_TRUE(view.isWindow());
+    EXPECT_EQ(view.windowType(), Qt::Dialog);
+    EXPECT_TRUE(view.windowFlags().testFlag(Qt::MSWindowsFixedSizeDialogHint));
+    EXPECT_FALSE(view.windowFlags() & Qt::WindowMinMaxButtonsHint);
+    showShortcuts();
+    EXPECT_EQ(view.size(), view.sizeHint());
+    // Where there is room for all of it nothing scrolls.
+    for (const QScrollArea* const page : view.findChildren<QScrollArea*>()) {
+        if (page->isVisible()) {
+            EXPECT_EQ(page->verticalScrollBar()->maximum(), 0);
+            EXPECT_EQ(page->horizontalScrollBar()->maximum(), 0);
+        }
+    }
+}
+
+TEST_F(SettingsViewTest, WithLargeTextsTheWindowStaysOnTheScreenAndThePageFollowsTheKeyboard) {
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 2.5);
+    QApplication::setFont(large);
+    SettingsView settingsView(&settings, &folder.store(), &keyboard);
+    settingsView.present();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&settingsView));
+    auto* const tabs = settingsView.findChild<QTabWidget*>();
+    tabs->setCurrentIndex(2);
+    EXPECT_LE(settingsView.height(), settingsView.screen()->availableSize().height());
+    EXPECT_LE(settingsView.width(), settingsView.screen()->availableSize().width());
+    auto* const page = qobject_cast<QScrollArea*>(tabs->currentWidget());
+    ASSERT_NE(page, nullptr);
+    EXPECT_GT(page->verticalScrollBar()->maximum(), 0);
+    const QList<QPushButton*> buttons = page->findChildren<QPushButton*>();
+    tabs->setFocus();
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        QTest::keyClick(&settingsView, Qt::Key_Tab);
+        ASSERT_EQ(QApplication::focusWidget(), buttons[i]);
+        const QRect place(buttons[i]->mapTo(page->viewport(), QPoint()), buttons[i]->size());
+        EXPECT_GE(place.top(), 0);
+        EXPECT_LE(place.bottom(), page->viewport()->height());
+    }
+    QApplication::setFont(before);
 }
 
 TEST_F(SettingsViewTest, ADisabledActionHasNoShortcutAndCanBeReset) {
