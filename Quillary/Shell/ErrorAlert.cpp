@@ -5,6 +5,8 @@
 
 namespace quillary {
 
+using namespace Qt::StringLiterals;
+
 ErrorAlert::ErrorAlert(NotesStore& store, QWidget* window) : QObject(window), m_store(store), m_box(window) {
     m_box.setIcon(QMessageBox::Warning);
     m_box.setWindowTitle(tr("Quillary"));
@@ -14,6 +16,10 @@ ErrorAlert::ErrorAlert(NotesStore& store, QWidget* window) : QObject(window), m_
     m_box.button(QMessageBox::Ok)->setText(tr("OK"));
     m_box.setEscapeButton(QMessageBox::Ok);
     m_box.setModal(true);
+    // Qt gives its image no name.
+    if (auto* const image = m_box.findChild<QLabel*>(u"qt_msgboxex_icon_label"_s)) {
+        image->setAccessibleName(tr("Attenzione"));
+    }
     connect(&m_box, &QDialog::finished, this, [this] { m_store.setErrorMessage(std::nullopt); });
     connect(&store, &NotesStore::errorMessageChanged, this, &ErrorAlert::update, Qt::QueuedConnection);
     update();

@@ -6,6 +6,7 @@
 #include "Quillary/State/AppActions.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -34,6 +35,12 @@ bool isMainWindow(const QObject* window) {
     return widget != nullptr && widget->windowHandle() == window;
 }
 
+/// The key for the menu of what has the keyboard, for keyboards that have no key of its own for that. Qt knows only
+/// that one on Linux.
+bool opensMenu(const QKeyEvent& key) {
+    return key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier;
+}
+
 } // namespace
 
 KeyMonitor::KeyMonitor(KeyboardController* keyboard, QObject* parent) : QObject(parent), m_keyboard(*keyboard) {
@@ -57,8 +64,14 @@ bool KeyMonitor::eventFilter(QObject* receiver, QEvent* event) {
     const bool consumed = isSearch ? m_keyboard.wouldConsume(press) : m_keyboard.handle(press);
     if (consumed) {
         event->accept();
+        return true;
     }
-    return consumed;
+    if (!isSearch && opensMenu(key)) {
+        // The window hands it to the control that has the keyboard.
+        QCoreApplication::postEvent(receiver, new QContextMenuEvent(QContextMenuEvent::Keyboard, QPoint(), QPoint()));
+        return true;
+    }
+    return false;
 }
 
 } // namespace quillary

@@ -10,6 +10,7 @@
 
 #include "Tests/State/FakeDesktop.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -336,6 +337,16 @@ TEST_F(KeyMonitorTest, ASelectionThatShrinksLeavesTheKeyboardToWhoTypes) {
     store.toggleInSelection(*folder.note(u"c"_s));
     ASSERT_EQ(store.multiSelection().size(), 2);
     EXPECT_TRUE(field()->hasFocus());
+}
+
+TEST_F(KeyMonitorTest, ShiftAndF10OpensTheMenuOfWhatHasTheKeyboard) {
+    for (const Focus focus : {Focus::list, Focus::editor, Focus::field}) {
+        widget(focus)->setFocus();
+        press(window, Qt::SHIFT | Qt::Key_F10);
+        ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
+        EXPECT_NE(qobject_cast<QMenu*>(QApplication::activePopupWidget()), nullptr);
+        QApplication::activePopupWidget()->close();
+    }
 }
 
 TEST_F(KeyMonitorTest, OtherWindowsKeepTheirKeysUnlessAShortcutIsRecorded) {
