@@ -91,6 +91,8 @@ void NotesStore::changeDirectory(const FilePath& directory) {
     m_fileStore = NoteFileStore(directory);
     setSearchQuery({});
     loadAll();
+    // Of what came into the directory after it was listed and before it was watched nobody tells.
+    scheduleRefresh();
 }
 
 void NotesStore::ensureLoaded(NoteItem& item) {

@@ -408,6 +408,19 @@ TEST_F(NotesStoreLoading, ChangingTheDirectorySavesAndStartsAnew) {
     EXPECT_EQ(store->selectedID(), note(u"b"_s)->id());
 }
 
+TEST_F(NotesStoreLoading, WhatComesIntoAnotherDirectoryBeforeItIsWatchedIsListedToo) {
+    directory.makeFolder(u"Altre"_s);
+    directory.write(u"Altre/a.md"_s);
+    openStore();
+    QObject::connect(
+        store.get(), &NotesStore::notesChanged, store.get(), [this] { directory.write(u"Altre/b.md"_s); },
+        Qt::SingleShotConnection);
+
+    store->changeDirectory(directory.path(u"Altre"_s));
+
+    EXPECT_TRUE(waitUntil([this] { return titles() == QStringList({u"a"_s, u"b"_s}); }));
+}
+
 TEST_F(NotesStoreLoading, ADirtyNoteThatCanNotBeSavedDoesNotStopTheChangeOfDirectory) {
     directory.makeFolder(u"Casa"_s);
     directory.write(u"Casa/a.md"_s);
