@@ -5,6 +5,8 @@
 #include "Quillary/Sidebar/ShownName.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
+#include <QApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -66,9 +68,14 @@ void EditableTitle::commit(const QString& draft) {
         return;
     }
     const NoteItemPtr item = m_item;
+    // What is typed into the field that took the keyboard must not go on in the note.
+    const QWidget* const focused = QApplication::focusWidget();
+    const bool isTyping = focused != m_field && qobject_cast<const QLineEdit*>(focused) != nullptr;
     endEditing();
     m_store.rename(*item, draft);
-    m_store.raiseEditorFocusToken();
+    if (!isTyping) {
+        m_store.raiseEditorFocusToken();
+    }
 }
 
 void EditableTitle::cancel() {

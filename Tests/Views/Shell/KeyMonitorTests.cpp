@@ -3,6 +3,7 @@
 #include "../NotesFolder.h"
 #include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/Shell/MainWindow.h"
+#include "Quillary/Sidebar/SearchField.h"
 #include "Quillary/Sidebar/SidebarList.h"
 #include "Quillary/State/AppActions.h"
 #include "Quillary/State/NoteDocument.h"
@@ -328,6 +329,48 @@ TEST_F(KeyMonitorTest, ReturnIsThePanelsAfterEachClickThatSelects) {
     press(window, Qt::Key_Return);
     EXPECT_EQ(store.folders().size(), 2);
     EXPECT_EQ(folder.note(u"a"_s)->folder(), folder.note(u"c"_s)->folder());
+}
+
+TEST_F(KeyMonitorTest, ATitleThatIsLeftForAnotherFieldLeavesItTheKeyboard) {
+    NotesStore& store = folder.store();
+    store.setSelectedID(folder.note(u"a"_s)->id());
+    const auto rename = [&](const QString& title) {
+        store.raiseTitleRenameToken();
+        QCoreApplication::processEvents();
+        ASSERT_NE(qobject_cast<QLineEdit*>(QApplication::focusWidget()), nullptr);
+        QTest::keyClicks(QApplication::focusWidget(), title);
+    };
+    const auto type = [](const QString& text) {
+        for (int i = 0; i < 5; ++i) {
+            QCoreApplication::processEvents();
+        }
+        QTest::keyClicks(QApplication::focusWidget(), text);
+    };
+    rename(u"Uno"_s);
+    press(window, Qt::CTRL | Qt::Key_F);
+    type(u"alfa"_s);
+    EXPECT_EQ(folder.find().query(), u"alfa"_s);
+    EXPECT_EQ(store.selectedItem()->title(), u"Uno"_s);
+
+    rename(u"Due"_s);
+    QTest::mouseClick(window.findChild<SearchField*>(), Qt::LeftButton);
+    type(u"x"_s);
+    EXPECT_EQ(store.searchQuery(), u"x"_s);
+    EXPECT_EQ(store.selectedItem()->title(), u"Due"_s);
+    store.setSearchQuery({});
+
+    rename(u"Tre"_s);
+    press(window, Qt::ALT | Qt::CTRL | Qt::Key_N);
+    type(u"Cartella"_s);
+    press(window, Qt::Key_Return);
+    EXPECT_TRUE(store.folders().contains(u"Cartella"_s));
+    EXPECT_EQ(store.selectedItem()->title(), u"Tre"_s);
+
+    rename(u"Quattro"_s);
+    press(window, Qt::Key_Return);
+    type(u"!"_s);
+    EXPECT_EQ(store.selectedItem()->title(), u"Quattro"_s);
+    EXPECT_EQ(store.selectedItem()->document()->text(), u"!"_s) << "what was found was selected";
 }
 
 TEST_F(KeyMonitorTest, ASelectionThatShrinksLeavesTheKeyboardToWhoTypes) {
