@@ -31,6 +31,11 @@ public:
 
     explicit JSONPath(const Shared& path) : m_stem(path.m_stem) {}
 
+    // Copied where it could be moved: in Qt 6.4 an array that something is moved into forgets the memory it had.
+    JSONPath(const JSONPath&) = default;
+    JSONPath& operator=(const JSONPath&) = default;
+    ~JSONPath() = default;
+
     /// The path that `text` returns as this text. Any text will do.
     static JSONPath fromText(QStringView text);
 

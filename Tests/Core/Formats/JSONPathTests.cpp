@@ -114,6 +114,15 @@ TEST(JSONPath, SharesItsBeginning) {
     EXPECT_TRUE(paths.back().text().endsWith(u"kk[99999]"));
 }
 
+TEST(JSONPath, ReplacedByAnotherLeaksNothing) {
+    // What the leak sanitizer looks at: steps too long to lie in the path itself, each taken from the one before.
+    JSONPath path;
+    for (int i = 0; i < 3; ++i) {
+        path = path.appending(u"aKeyThatIsLongerThanMost");
+    }
+    EXPECT_EQ(path.text(), u"$.aKeyThatIsLongerThanMost.aKeyThatIsLongerThanMost.aKeyThatIsLongerThanMost"_s);
+}
+
 TEST(JSONPath, OfAnyLengthEndsWithoutDeepCalls) {
     JSONPath path;
     for (qint64 i = 0; i < 300'000; ++i) {
