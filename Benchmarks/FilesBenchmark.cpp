@@ -1,6 +1,7 @@
 #include "PeerTable.h"
 #include "QuillaryCore/Notes/NoteFileStore.h"
 #include "QuillaryCore/Notes/NoteSortOrder.h"
+#include "QuillaryCore/Unicode/InterfaceLocale.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -82,12 +83,13 @@ void compareListing(const char* task, const NotesDirectory& notes, NoteSortOrder
         task, "readdir and statx", 1.1, 1.5,
         [&] {
             const auto listed = store.listNotes();
-            std::vector<NoteSortKey> keys;
-            keys.reserve(std::size_t(listed->size()));
+            std::vector<Moment> dates;
+            dates.reserve(std::size_t(listed->size()));
             for (const NoteFileInfo& note : *listed) {
-                keys.push_back({note.url.title(), note.created, note.modified});
+                dates.push_back(decidingDate(order, note.created, note.modified));
             }
-            keep(qsizetype(sortedPositions(keys, order).size()));
+            const auto title = [&listed](qsizetype position) { return listed->at(position).url.title(); };
+            keep(qsizetype(sortedPositions(dates, title, interfaceLocale()).size()));
         },
         [&] { keep(statAll(notes.path())); });
 }

@@ -95,10 +95,6 @@ NoteFormat NoteItem::format() const {
     return noteFormatFromExtension(m_url.extension());
 }
 
-NoteSortKey NoteItem::sortKey() const {
-    return {title(), m_created, m_modified};
-}
-
 bool NoteItem::canPreview() const {
     return m_characterCount <= longestPreview && supportsPreview(format());
 }

@@ -2,7 +2,6 @@
 
 #include "QuillaryCore/Notes/Moment.h"
 #include "QuillaryCore/Notes/NoteFormat.h"
-#include "QuillaryCore/Notes/NoteSortOrder.h"
 #include "QuillaryCore/Platform/FilePath.h"
 
 #include <QString>
@@ -125,8 +124,6 @@ public:
 
     /// What the extension of the file says.
     NoteFormat format() const;
-
-    NoteSortKey sortKey() const;
 
     /// Whether the format has a preview and the text is at most 1,000,000 units long.
     bool canPreview() const;

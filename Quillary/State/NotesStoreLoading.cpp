@@ -2,6 +2,7 @@
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/State/NotesStore.h"
 #include "QuillaryCore/Notes/NoteSnippet.h"
+#include "QuillaryCore/Notes/NoteSortOrder.h"
 #include "QuillaryCore/Unicode/CanonicalEquality.h"
 
 #include <algorithm>
@@ -173,15 +174,13 @@ QList<NoteItemPtr> NotesStore::sorted(const QList<NoteItemPtr>& items) const {
     if (m_settings->sortOrder() == NoteSortOrder::manual) {
         return manuallySorted(items);
     }
-    return quillary::sorted(
-        items, [](const NoteItemPtr& item) { return item->sortKey(); }, m_settings->sortOrder());
+    return quillary::sorted(items, m_settings->sortOrder());
 }
 
 /// Folder by folder: what the manual order doesn't know first, newest first, then the notes that it knows.
 QList<NoteItemPtr> NotesStore::manuallySorted(const QList<NoteItemPtr>& items) const {
     const SidebarLayout layout = currentLayout();
-    const QList<NoteItemPtr> byCreation = quillary::sorted(
-        items, [](const NoteItemPtr& item) { return item->sortKey(); }, NoteSortOrder::created);
+    const QList<NoteItemPtr> byCreation = quillary::sorted(items, NoteSortOrder::created);
 
     QList<std::optional<QString>> folders;
     QHash<QString, QList<NoteItemPtr>> notesOfFolder;

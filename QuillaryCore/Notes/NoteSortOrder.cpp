@@ -1,7 +1,6 @@
 #include "QuillaryCore/Notes/NoteSortOrder.h"
 
 #include "QuillaryCore/Unicode/Collation.h"
-#include "QuillaryCore/Unicode/InterfaceLocale.h"
 
 #include <QCoreApplication>
 #include <QtEndian>
@@ -29,20 +28,6 @@ constexpr OrderTraits orderTraits[] = {
 
 const OrderTraits& traits(NoteSortOrder order) {
     return orderTraits[static_cast<std::size_t>(order)];
-}
-
-/// The date that an order looks at first; the same for every note where it looks at none.
-Moment decidingDate(NoteSortOrder order, const NoteSortKey& key) {
-    switch (order) {
-    case NoteSortOrder::modified:
-        return key.modified;
-    case NoteSortOrder::created:
-    case NoteSortOrder::manual:
-        return key.created;
-    case NoteSortOrder::title:
-        break;
-    }
-    return distantPast;
 }
 
 /// How many bytes all keys have in common at their start.
@@ -94,20 +79,18 @@ std::vector<std::span<DatedPosition>> runsOfOneDate(std::span<DatedPosition> ent
 
 /// Brings each run into the order of its titles; equal titles keep theirs. Most comparisons are decided by a number
 /// that lies in what is sorted: the eight bytes behind those that all titles have in common.
-void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, const std::vector<NoteSortKey>& keys,
+void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, const std::function<QString(qsizetype)>& title,
                  const QString& locale) {
     if (runs.empty()) {
         return;
     }
-    const auto titleAt = [&keys](qsizetype position) -> const QString& {
-        return keys[static_cast<std::size_t>(position)].title;
-    };
+    std::vector<QString> texts;
     CollationKeys titles(locale);
     std::vector<TitledPosition> entries;
     for (const std::span<DatedPosition> run : runs) {
         for (const DatedPosition& dated : run) {
             entries.push_back({.position = dated.position, .title = titles.size()});
-            titles.append(titleAt(dated.position));
+            titles.append(texts.emplace_back(title(dated.position)));
         }
     }
     const qsizetype prefix = commonPrefix(titles);
@@ -125,7 +108,7 @@ void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, const std::v
             if (const int order = titles[a.title].compare(titles[b.title])) {
                 return order < 0;
             }
-            const int order = localizedStandardCompare(titleAt(a.position), titleAt(b.position), locale);
+            const int order = localizedStandardCompare(texts[a.title], texts[b.title], locale);
             return order != 0 ? order < 0 : a.position < b.position;
         });
         for (std::size_t i = 0; i < run.size(); ++i) {
@@ -154,8 +137,8 @@ QString displayName(NoteSortOrder order) {
 }
 
 bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteSortKey& b, const QString& locale) {
-    const Moment dateOfA = decidingDate(order, a);
-    const Moment dateOfB = decidingDate(order, b);
+    const Moment dateOfA = decidingDate(order, a.created, a.modified);
+    const Moment dateOfB = decidingDate(order, b.created, b.modified);
     return dateOfA != dateOfB ? dateOfA > dateOfB : localizedStandardCompare(a.title, b.title, locale) < 0;
 }
 
@@ -163,25 +146,45 @@ bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteS
     return areInIncreasingOrder(order, a, b, interfaceLocale());
 }
 
-std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order,
+Moment decidingDate(NoteSortOrder order, Moment created, Moment modified) {
+    switch (order) {
+    case NoteSortOrder::modified:
+        return modified;
+    case NoteSortOrder::created:
+    case NoteSortOrder::manual:
+        return created;
+    case NoteSortOrder::title:
+        break;
+    }
+    return distantPast;
+}
+
+std::vector<qsizetype> sortedPositions(const std::vector<Moment>& dates, const std::function<QString(qsizetype)>& title,
                                        const QString& locale) {
     std::vector<DatedPosition> entries;
-    entries.reserve(keys.size());
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        entries.push_back({.date = decidingDate(order, keys[i]), .position = static_cast<qsizetype>(i)});
+    entries.reserve(dates.size());
+    for (std::size_t i = 0; i < dates.size(); ++i) {
+        entries.push_back({.date = dates[i], .position = static_cast<qsizetype>(i)});
     }
     std::ranges::sort(entries, [](const DatedPosition& a, const DatedPosition& b) {
         return a.date != b.date ? a.date > b.date : a.position < b.position;
     });
-    sortByTitle(runsOfOneDate(entries), keys, locale);
+    sortByTitle(runsOfOneDate(entries), title, locale);
 
     std::vector<qsizetype> positions(entries.size());
     std::ranges::transform(entries, positions.begin(), &DatedPosition::position);
     return positions;
 }
 
-std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order) {
-    return sortedPositions(keys, order, interfaceLocale());
+std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order,
+                                       const QString& locale) {
+    std::vector<Moment> dates;
+    dates.reserve(keys.size());
+    for (const NoteSortKey& key : keys) {
+        dates.push_back(decidingDate(order, key.created, key.modified));
+    }
+    const auto title = [&keys](qsizetype position) { return keys[static_cast<std::size_t>(position)].title; };
+    return sortedPositions(dates, title, locale);
 }
 
 } // namespace quillary

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "QuillaryCore/Notes/Moment.h"
+#include "QuillaryCore/Unicode/InterfaceLocale.h"
 
 #include <QString>
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -50,26 +52,32 @@ bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteS
 /// The same in the interface's locale.
 bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteSortKey& b);
 
-/// The positions of `keys` in sorted order. Stable; a title is prepared for comparison once, and only if it decides.
+/// The date that an order looks at first; the same for every note where it looks at none.
+Moment decidingDate(NoteSortOrder order, Moment created, Moment modified);
+
+/// The positions in sorted order of notes with these deciding dates. Stable. `title` gives the title of the note at a
+/// position; it is asked only for notes that share their date with another one, and once for each.
+std::vector<qsizetype> sortedPositions(const std::vector<Moment>& dates, const std::function<QString(qsizetype)>& title,
+                                       const QString& locale);
+
+/// The positions of `keys` in sorted order. Stable.
 std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order,
                                        const QString& locale);
 
-/// The same in the interface's locale.
-std::vector<qsizetype> sortedPositions(const std::vector<NoteSortKey>& keys, NoteSortOrder order);
-
-/// The items in sorted order. `key` gives the key of an item and is asked once for each; items that tie in everything
-/// stay in their order.
-template <typename List, typename KeyOf>
-List sorted(const List& items, KeyOf key, NoteSortOrder order) {
-    std::vector<NoteSortKey> keys;
-    keys.reserve(static_cast<std::size_t>(items.size()));
-    for (const auto& item : items) {
-        keys.push_back(key(item));
+/// The notes in sorted order, in the interface's locale; those that tie in everything stay in their order. What the
+/// list holds points to something with `created()`, `modified()` and `title()`.
+template <typename List>
+List sorted(const List& notes, NoteSortOrder order) {
+    std::vector<Moment> dates;
+    dates.reserve(static_cast<std::size_t>(notes.size()));
+    for (const auto& note : notes) {
+        dates.push_back(decidingDate(order, note->created(), note->modified()));
     }
+    const auto title = [&notes](qsizetype position) { return notes[position]->title(); };
     List result;
-    result.reserve(items.size());
-    for (const qsizetype position : sortedPositions(keys, order)) {
-        result.push_back(items[static_cast<typename List::size_type>(position)]);
+    result.reserve(notes.size());
+    for (const qsizetype position : sortedPositions(dates, title, interfaceLocale())) {
+        result.push_back(notes[position]);
     }
     return result;
 }

@@ -60,12 +60,11 @@ TEST(NoteItem, HasAnIdOfItsOwn) {
     EXPECT_NE(a.id(), b.id());
 }
 
-TEST(NoteItem, TitleFormatAndSortKeyFollowTheUrl) {
+TEST(NoteItem, TitleAndFormatFollowTheUrl) {
     NoteItem item(info(u"/note/Casa/Spesa.v2.MD"_s));
     EXPECT_EQ(item.title(), u"Spesa.v2");
     EXPECT_EQ(item.fileName(), u"Spesa.v2.MD");
     EXPECT_EQ(item.format(), NoteFormat::markdown);
-    EXPECT_EQ(item.sortKey(), (NoteSortKey{u"Spesa.v2"_s, moment(1), moment(2)}));
 
     item.setUrl(FilePath::fromText(u"/note/Casa/Conti.csv"));
 

@@ -3,9 +3,12 @@
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
 #include <QList>
+#include <QMap>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <memory>
 
 namespace quillary {
 
@@ -19,6 +22,25 @@ Moment at(qint64 seconds) {
 
 NoteSortKey titled(const QString& title) {
     return {title, {}, {}};
+}
+
+/// A note of which only the title is known.
+struct Note {
+    Moment created() const { return distantPast; }
+
+    Moment modified() const { return distantPast; }
+
+    QString title() const { return text; }
+
+    QString text;
+};
+
+QList<std::shared_ptr<Note>> notesWithTitles(const QStringList& titles) {
+    QList<std::shared_ptr<Note>> notes;
+    for (const QString& title : titles) {
+        notes.append(std::make_shared<Note>(Note{title}));
+    }
+    return notes;
 }
 
 } // namespace
@@ -77,54 +99,47 @@ TEST(NoteSortOrder, DatesAreComparedToTheLastDigit) {
 }
 
 TEST(NoteSortOrder, AnUnknownDateGoesLast) {
-    const QList<NoteSortKey> keys{{u"a"_s, at(5), distantPast}, {u"b"_s, distantPast, at(-9'000'000'000)}};
-    const auto itself = [](const NoteSortKey& key) { return key; };
-    EXPECT_EQ(sorted(keys, itself, NoteSortOrder::modified), (QList{keys[1], keys[0]}));
-    EXPECT_EQ(sorted(keys, itself, NoteSortOrder::created), (QList{keys[0], keys[1]}));
+    const std::vector<NoteSortKey> keys{{u"a"_s, at(5), distantPast}, {u"b"_s, distantPast, at(-9'000'000'000)}};
+    EXPECT_THAT(sortedPositions(keys, NoteSortOrder::modified, u"it"_s), testing::ElementsAre(1, 0));
+    EXPECT_THAT(sortedPositions(keys, NoteSortOrder::created, u"it"_s), testing::ElementsAre(0, 1));
 }
 
 TEST(NoteSortOrder, SortsTitlesByLocaleAndNumbers) {
-    const QStringList titles{u"a 10"_s, u"B"_s, u"a 2"_s, u"\u00E8"_s, u"e"_s, u"f"_s, u"A"_s};
-    EXPECT_EQ(sorted(titles, titled, NoteSortOrder::title),
-              QStringList({u"A"_s, u"a 2"_s, u"a 10"_s, u"B"_s, u"e"_s, u"\u00E8"_s, u"f"_s}));
+    const QList<std::shared_ptr<Note>> notes =
+        notesWithTitles({u"a 10"_s, u"B"_s, u"a 2"_s, u"\u00E8"_s, u"e"_s, u"f"_s, u"A"_s});
+    QStringList titles;
+    for (const auto& note : sorted(notes, NoteSortOrder::title)) {
+        titles.append(note->title());
+    }
+    EXPECT_EQ(titles, QStringList({u"A"_s, u"a 2"_s, u"a 10"_s, u"B"_s, u"e"_s, u"\u00E8"_s, u"f"_s}));
 }
 
-TEST(NoteSortOrder, ItemsThatTieInEverythingKeepTheirOrder) {
-    struct Item {
-        QString title;
-        int number;
-    };
-
-    std::vector<Item> items;
-    items.reserve(100);
+TEST(NoteSortOrder, NotesThatTieInEverythingKeepTheirOrder) {
+    QStringList titles;
     for (int i = 0; i < 100; ++i) {
-        items.push_back({i % 3 == 0 ? u"b"_s : u"a"_s, i});
+        titles.append(i % 3 == 0 ? u"b"_s : u"a"_s);
     }
+    const QList<std::shared_ptr<Note>> notes = notesWithTitles(titles);
     for (const NoteSortOrder order : allNoteSortOrders) {
-        const auto result = sorted(
-            items, [](const Item& item) { return titled(item.title); }, order);
-        ASSERT_EQ(result.size(), items.size());
-        for (std::size_t i = 1; i < result.size(); ++i) {
-            ASSERT_LE(result[i - 1].title, result[i].title);
-            ASSERT_TRUE(result[i - 1].title != result[i].title || result[i - 1].number < result[i].number);
+        const QList<std::shared_ptr<Note>> result = sorted(notes, order);
+        ASSERT_EQ(result.size(), notes.size());
+        for (qsizetype i = 1; i < result.size(); ++i) {
+            ASSERT_LE(result[i - 1]->title(), result[i]->title());
+            ASSERT_TRUE(result[i - 1]->title() != result[i]->title() ||
+                        notes.indexOf(result[i - 1]) < notes.indexOf(result[i]));
         }
     }
 }
 
-TEST(NoteSortOrder, AsksForEachKeyOnce) {
-    QStringList titles;
-    for (int i = 0; i < 50; ++i) {
-        titles.append(QString::number(i * 37 % 50));
-    }
-    int asked = 0;
-    sorted(
-        titles,
-        [&](const QString& title) {
-            ++asked;
-            return titled(title);
-        },
-        NoteSortOrder::title);
-    EXPECT_EQ(asked, 50);
+TEST(NoteSortOrder, AsksOnceForATitleAndOnlyWhereDatesAreEqual) {
+    QMap<qsizetype, int> asked;
+    const auto title = [&asked](qsizetype position) {
+        ++asked[position];
+        return QString::number(position * 37 % 50);
+    };
+    const std::vector dates{at(3), at(1), at(2), at(1), at(4), at(1)};
+    EXPECT_THAT(sortedPositions(dates, title, u"it"_s), testing::ElementsAre(4, 0, 2, 3, 5, 1));
+    EXPECT_EQ(asked, (QMap<qsizetype, int>{{1, 1}, {3, 1}, {5, 1}}));
 }
 
 TEST(NoteSortOrder, SortsAsItCompares) {
@@ -158,7 +173,7 @@ TEST(NoteSortOrder, TheLocaleDecidesAboutTitles) {
 }
 
 TEST(NoteSortOrder, NothingSortsToNothing) {
-    EXPECT_TRUE(sorted(QStringList(), titled, NoteSortOrder::title).isEmpty());
+    EXPECT_TRUE(sortedPositions(std::vector<NoteSortKey>(), NoteSortOrder::title, u"it"_s).empty());
 }
 
 } // namespace quillary
