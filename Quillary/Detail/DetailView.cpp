@@ -19,18 +19,14 @@ DetailView::DetailView(NotesStore& store, AppSettings& settings, FindController&
                        QWidget* parent)
     : QWidget(parent),
       m_store(store),
+      m_settings(settings),
       m_toolbar(new DetailToolbar(store, settings, solo, this)),
       m_panes(new QStackedWidget(this)),
       m_placeholder(new PlaceholderView(m_panes)),
       m_editor(new EditorView(&store, &settings, &find, m_panes)),
-      m_preview(new NotePreview(store, settings, m_panes)),
-      m_selection(new SelectionPanel(store, m_panes)),
-      m_comparison(new DiffView(store, settings, m_panes)),
       m_status(new StatusBar(store, settings, this)) {
-    for (QWidget* const pane :
-         std::initializer_list<QWidget*>{m_placeholder, m_editor, m_preview, m_selection, m_comparison}) {
-        m_panes->addWidget(pane);
-    }
+    m_panes->addWidget(m_placeholder);
+    m_panes->addWidget(m_editor);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -43,7 +39,7 @@ DetailView::DetailView(NotesStore& store, AppSettings& settings, FindController&
     connect(&store, &NotesStore::multiSelectionChanged, this, &DetailView::update);
     connect(&store, &NotesStore::isShowingDiffChanged, this, &DetailView::update);
     // Whoever asks for the editor means the note: where its preview shows, its keys scroll that.
-    connect(&store, &NotesStore::editorFocusTokenChanged, m_preview, [this] {
+    connect(&store, &NotesStore::editorFocusTokenChanged, this, [this] {
         if (pane() == m_preview) {
             m_preview->setFocus(Qt::OtherFocusReason);
         }
@@ -83,11 +79,11 @@ void DetailView::update() {
 void DetailView::showSelection(const QList<NoteItemPtr>& items) {
     m_status->setItem(nullptr);
     const bool isComparison = m_store.isShowingDiff() && items.size() == 2;
-    const bool isOther = !isComparison && m_selection->items() != items;
+    const bool isOther = !isComparison && selection()->items() != items;
     if (!isComparison) {
-        m_selection->setItems(items);
+        selection()->setItems(items);
     }
-    present(isComparison ? static_cast<QWidget*>(m_comparison) : m_selection);
+    present(isComparison ? static_cast<QWidget*>(comparison()) : selection());
     // A click that adds a note to the selection has just given the list the keyboard, and Return is the panel's.
     if (isOther && qobject_cast<QLineEdit*>(window()->focusWidget()) == nullptr) {
         m_selection->setFocus(Qt::OtherFocusReason);
@@ -98,7 +94,7 @@ void DetailView::showSelection(const QList<NoteItemPtr>& items) {
 void DetailView::showNote(const NoteItemPtr& note) {
     m_toolbar->follow(note, std::nullopt);
     m_status->setItem(note);
-    present(note->showsPreview() && note->canPreview() ? static_cast<QWidget*>(m_preview) : m_editor);
+    present(note->showsPreview() && note->canPreview() ? static_cast<QWidget*>(preview()) : m_editor);
 }
 
 void DetailView::showPlaceholder(const NoteItemPtr& note) {
@@ -111,6 +107,30 @@ void DetailView::showPlaceholder(const NoteItemPtr& note) {
                                 {tr("⌘N  nuova nota"), tr("⇧⌘N  dagli appunti")});
     }
     present(m_placeholder);
+}
+
+NotePreview* DetailView::preview() {
+    if (m_preview == nullptr) {
+        m_preview = new NotePreview(m_store, m_settings, m_panes);
+        m_panes->addWidget(m_preview);
+    }
+    return m_preview;
+}
+
+SelectionPanel* DetailView::selection() {
+    if (m_selection == nullptr) {
+        m_selection = new SelectionPanel(m_store, m_panes);
+        m_panes->addWidget(m_selection);
+    }
+    return m_selection;
+}
+
+DiffView* DetailView::comparison() {
+    if (m_comparison == nullptr) {
+        m_comparison = new DiffView(m_store, m_settings, m_panes);
+        m_panes->addWidget(m_comparison);
+    }
+    return m_comparison;
 }
 
 /// Brings a pane to the front. Only an editor on show takes edits. The focus goes along with what had it, and always to

@@ -20,7 +20,8 @@ class SoloController;
 class StatusBar;
 
 /// The right side of the main window. What it shows follows from the store: the panel of a multiple selection or its
-/// comparison, the selected note as text or preview, or a placeholder that says why there is none.
+/// comparison, the selected note as text or preview, or a placeholder that says why there is none. A pane that most
+/// runs never show is made when it is first shown.
 class DetailView : public QWidget {
     Q_OBJECT
 
@@ -40,16 +41,20 @@ private:
     void showSelection(const QList<NoteItemPtr>& items);
     void showNote(const NoteItemPtr& note);
     void showPlaceholder(const NoteItemPtr& note);
+    NotePreview* preview();
+    SelectionPanel* selection();
+    DiffView* comparison();
     void present(QWidget* pane);
 
     NotesStore& m_store;
+    AppSettings& m_settings;
     DetailToolbar* m_toolbar;
     QStackedWidget* m_panes;
     PlaceholderView* m_placeholder;
     EditorView* m_editor;
-    NotePreview* m_preview;
-    SelectionPanel* m_selection;
-    DiffView* m_comparison;
+    NotePreview* m_preview = nullptr;
+    SelectionPanel* m_selection = nullptr;
+    DiffView* m_comparison = nullptr;
     StatusBar* m_status;
 };
 

@@ -12,19 +12,28 @@ constexpr int cancelIsDefault = -1;
 } // namespace
 
 FolderDeletionDialog::FolderDeletionDialog(NotesStore& store, QWidget* window)
-    : QObject(window), m_store(store), m_dialog(new ConfirmationDialog(window)) {
-    connect(m_dialog, &ConfirmationDialog::answered, this,
-            [this](int answer) { remove(m_offersToKeep && answer == 0); });
-    connect(m_dialog, &ConfirmationDialog::cancelled, this, [this] { m_store.setPendingFolderDeletion(std::nullopt); });
+    : QObject(window), m_store(store), m_window(window) {
     connect(&store, &NotesStore::pendingFolderDeletionChanged, this, &FolderDeletionDialog::update);
     update();
+}
+
+ConfirmationDialog* FolderDeletionDialog::makeDialog() {
+    auto* const dialog = new ConfirmationDialog(m_window);
+    connect(dialog, &ConfirmationDialog::answered, this, [this](int answer) { remove(m_offersToKeep && answer == 0); });
+    connect(dialog, &ConfirmationDialog::cancelled, this, [this] { m_store.setPendingFolderDeletion(std::nullopt); });
+    return dialog;
 }
 
 void FolderDeletionDialog::update() {
     const std::optional<QString> folder = m_store.pendingFolderDeletion();
     if (!folder) {
-        m_dialog->hide();
+        if (m_dialog != nullptr) {
+            m_dialog->hide();
+        }
         return;
+    }
+    if (m_dialog == nullptr) {
+        m_dialog = makeDialog();
     }
     const qsizetype count = m_store.notes(folder).size();
     m_offersToKeep = count > 0;

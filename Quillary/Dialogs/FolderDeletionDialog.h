@@ -9,7 +9,7 @@ namespace quillary {
 class ConfirmationDialog;
 
 /// Asks what becomes of the notes in a folder before it goes to the Trash. On screen exactly while the store has a
-/// folder that waits for that; what it offers is decided when it comes up.
+/// folder that waits for that; made when it first asks, and what it offers is decided each time that it comes up.
 class FolderDeletionDialog : public QObject {
     Q_OBJECT
 
@@ -17,11 +17,13 @@ public:
     FolderDeletionDialog(NotesStore& store, QWidget* window);
 
 private:
+    ConfirmationDialog* makeDialog();
     void update();
     void remove(bool keepingNotes);
 
     NotesStore& m_store;
-    ConfirmationDialog* m_dialog;
+    QWidget* m_window;
+    ConfirmationDialog* m_dialog = nullptr;
     bool m_offersToKeep = false;
 };
 

@@ -6,10 +6,7 @@
 namespace quillary {
 
 NoteDeletionDialog::NoteDeletionDialog(NotesStore& store, QWidget* window)
-    : QObject(window), m_store(store), m_dialog(new ConfirmationDialog(window)) {
-    m_dialog->setAnswers({{.text = tr("Sposta nel Cestino"), .isDestructive = true}}, 0);
-    connect(m_dialog, &ConfirmationDialog::answered, this, &NoteDeletionDialog::confirm);
-    connect(m_dialog, &ConfirmationDialog::cancelled, this, [this] { m_store.setPendingNoteDeletion({}); });
+    : QObject(window), m_store(store), m_window(window) {
     connect(&store, &NotesStore::pendingNoteDeletionChanged, this, &NoteDeletionDialog::update);
     connect(&store, &NotesStore::notesChanged, this, &NoteDeletionDialog::update);
     connect(&store, &NotesStore::noteChanged, this, [this](const NoteItem* note, NoteField field) {
@@ -31,10 +28,23 @@ QList<NoteItemPtr> NoteDeletionDialog::notes() const {
     return notes;
 }
 
+ConfirmationDialog* NoteDeletionDialog::makeDialog() {
+    auto* const dialog = new ConfirmationDialog(m_window);
+    dialog->setAnswers({{.text = tr("Sposta nel Cestino"), .isDestructive = true}}, 0);
+    connect(dialog, &ConfirmationDialog::answered, this, &NoteDeletionDialog::confirm);
+    connect(dialog, &ConfirmationDialog::cancelled, this, [this] { m_store.setPendingNoteDeletion({}); });
+    return dialog;
+}
+
 void NoteDeletionDialog::update() {
     if (m_store.pendingNoteDeletion().isEmpty()) {
-        m_dialog->hide();
+        if (m_dialog != nullptr) {
+            m_dialog->hide();
+        }
         return;
+    }
+    if (m_dialog == nullptr) {
+        m_dialog = makeDialog();
     }
     const QList<NoteItemPtr> waiting = notes();
     if (waiting.size() == 1) {

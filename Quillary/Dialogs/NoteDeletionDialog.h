@@ -8,7 +8,8 @@ namespace quillary {
 
 class ConfirmationDialog;
 
-/// Asks before notes go to the Trash. On screen exactly while the store has notes that wait for that.
+/// Asks before notes go to the Trash. On screen exactly while the store has notes that wait for that; made when it
+/// first asks.
 class NoteDeletionDialog : public QObject {
     Q_OBJECT
 
@@ -17,11 +18,13 @@ public:
 
 private:
     QList<NoteItemPtr> notes() const;
+    ConfirmationDialog* makeDialog();
     void update();
     void confirm();
 
     NotesStore& m_store;
-    ConfirmationDialog* m_dialog;
+    QWidget* m_window;
+    ConfirmationDialog* m_dialog = nullptr;
 };
 
 } // namespace quillary

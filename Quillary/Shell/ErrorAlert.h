@@ -2,13 +2,15 @@
 
 #include "Quillary/State/NotesStore.h"
 
-#include <QMessageBox>
 #include <QObject>
+
+class QMessageBox;
 
 namespace quillary {
 
 /// The one place where failures of commands reach the user: a dialog that is on screen exactly while the store has an
 /// error message. Dismissing it clears the message.
+/// It is made with the first message, since most runs have none.
 class ErrorAlert : public QObject {
     Q_OBJECT
 
@@ -16,10 +18,12 @@ public:
     ErrorAlert(NotesStore& store, QWidget* window);
 
 private:
+    QMessageBox* makeBox();
     void update();
 
     NotesStore& m_store;
-    QMessageBox m_box;
+    QWidget* m_window;
+    QMessageBox* m_box = nullptr;
 };
 
 } // namespace quillary

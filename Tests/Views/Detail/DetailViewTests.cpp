@@ -1,4 +1,5 @@
 #include "DetailTest.h"
+#include "Quillary/Comparison/DiffView.h"
 #include "Quillary/Detail/PlaceholderView.h"
 #include "Quillary/Detail/SelectionPanel.h"
 #include "Quillary/Detail/StatusBar.h"
@@ -32,6 +33,29 @@ TEST(DetailViewOfNothing, SaysThatThereIsNoNote) {
     NotesFolder folder({});
     const DetailView view(folder.store(), folder.settings(), folder.find(), folder.solo());
     EXPECT_EQ(shownTexts(*view.pane()), QStringList({u"Nessuna nota"_s, hints}));
+}
+
+TEST_F(DetailViewTest, MakesWhatMostRunsNeverShowWhenItIsFirstShown) {
+    EXPECT_EQ(m_view.findChild<NotePreview*>(), nullptr);
+    EXPECT_EQ(m_view.findChild<SelectionPanel*>(), nullptr);
+    EXPECT_EQ(m_view.findChild<DiffView*>(), nullptr);
+
+    store().selectedItem()->setShowsPreview(true);
+    auto* const preview = m_view.findChild<NotePreview*>();
+    EXPECT_EQ(m_view.pane(), preview);
+    selectAll({u"a"_s, u"b"_s});
+    auto* const selection = m_view.findChild<SelectionPanel*>();
+    EXPECT_EQ(m_view.pane(), selection);
+    store().showDiff();
+    auto* const comparison = m_view.findChild<DiffView*>();
+    EXPECT_EQ(m_view.pane(), comparison);
+
+    store().clearMultiSelection();
+    EXPECT_EQ(m_view.pane(), preview);
+    selectAll({u"b"_s, u"c"_s});
+    EXPECT_EQ(m_view.pane(), selection);
+    store().showDiff();
+    EXPECT_EQ(m_view.pane(), comparison);
 }
 
 TEST_F(DetailViewTest, SaysThatNoNoteIsSelected) {

@@ -27,10 +27,10 @@ protected:
 
     ~DialogTest() override { AppActions::shared() = {}; }
 
-    void findDialog() {
-        m_dialog = m_window.findChild<ConfirmationDialog*>();
-        ASSERT_NE(m_dialog, nullptr);
-    }
+    /// The dialog, which is there once it has asked.
+    ConfirmationDialog* dialog() const { return m_window.findChild<ConfirmationDialog*>(); }
+
+    bool isAsking() const { return dialog() != nullptr && dialog()->isVisible(); }
 
     NotesStore& store() { return m_folder.store(); }
 
@@ -39,7 +39,7 @@ protected:
     /// Title and message.
     QStringList texts() const {
         QStringList texts;
-        for (const QLabel* const label : m_dialog->findChildren<QLabel*>()) {
+        for (const QLabel* const label : dialog()->findChildren<QLabel*>()) {
             texts.append(label->text());
         }
         return texts;
@@ -47,7 +47,7 @@ protected:
 
     /// The buttons from left to right.
     QStringList buttons() const {
-        QList<QPushButton*> found = m_dialog->findChildren<QPushButton*>();
+        QList<QPushButton*> found = dialog()->findChildren<QPushButton*>();
         std::ranges::sort(found, {}, [](const QPushButton* button) { return button->x(); });
         QStringList names;
         for (const QPushButton* const button : found) {
@@ -57,7 +57,7 @@ protected:
     }
 
     void click(const QString& text) {
-        for (QPushButton* const button : m_dialog->findChildren<QPushButton*>()) {
+        for (QPushButton* const button : dialog()->findChildren<QPushButton*>()) {
             if (button->text() == text) {
                 QTest::mouseClick(button, Qt::LeftButton);
                 return;
@@ -68,14 +68,13 @@ protected:
 
     /// Presses a key where the focus of the dialog is.
     void press(Qt::Key key) {
-        ASSERT_NE(m_dialog->focusWidget(), nullptr);
-        QTest::keyClick(m_dialog->focusWidget(), key);
+        ASSERT_NE(dialog()->focusWidget(), nullptr);
+        QTest::keyClick(dialog()->focusWidget(), key);
     }
 
     test::FakeDesktop m_desktop;
     NotesFolder m_folder;
     QWidget m_window;
-    ConfirmationDialog* m_dialog = nullptr;
 };
 
 } // namespace quillary

@@ -17,24 +17,24 @@ protected:
         QDir().mkpath(m_folder.path(u"Vuota"_s));
         store().refreshFromDisk();
         new FolderDeletionDialog(store(), &m_window);
-        findDialog();
     }
 
     void ask(const QString& folder) {
         store().setPendingFolderDeletion(folder);
-        ASSERT_TRUE(m_dialog->isVisible());
+        ASSERT_TRUE(isAsking());
     }
 };
 
 } // namespace
 
 TEST_F(FolderDeletionDialogTest, AsksForAnEmptyFolder) {
+    EXPECT_EQ(dialog(), nullptr) << "it is made when it first asks";
     ask(u"Vuota"_s);
     EXPECT_EQ(texts(), QStringList({u"Eliminare la cartella «Vuota»?"_s, u"La cartella è vuota."_s}));
     EXPECT_EQ(buttons(), QStringList({u"Sposta nel Cestino"_s, u"Annulla"_s}));
     click(u"Sposta nel Cestino"_s);
     EXPECT_FALSE(QFile::exists(m_folder.path(u"Vuota"_s)));
-    EXPECT_FALSE(m_dialog->isVisible());
+    EXPECT_FALSE(isAsking());
 }
 
 TEST_F(FolderDeletionDialogTest, OffersToKeepTheNotes) {
@@ -44,7 +44,7 @@ TEST_F(FolderDeletionDialogTest, OffersToKeepTheNotes) {
     EXPECT_EQ(buttons(),
               QStringList({u"Elimina la cartella, tieni le note"_s, u"Sposta tutto nel Cestino"_s, u"Annulla"_s}));
     store().setPendingFolderDeletion(std::nullopt);
-    EXPECT_FALSE(m_dialog->isVisible());
+    EXPECT_FALSE(isAsking());
 
     ask(u"Due"_s);
     EXPECT_EQ(texts().last(), u"Contiene 2 note. Puoi tenerle spostandole fuori dalla cartella."_s);
@@ -52,7 +52,7 @@ TEST_F(FolderDeletionDialogTest, OffersToKeepTheNotes) {
     EXPECT_TRUE(QFile::exists(m_folder.path(u"c.md"_s)));
     EXPECT_TRUE(QFile::exists(m_folder.path(u"d.md"_s)));
     EXPECT_FALSE(QFile::exists(m_folder.path(u"Due"_s)));
-    EXPECT_FALSE(m_dialog->isVisible());
+    EXPECT_FALSE(isAsking());
     EXPECT_EQ(store().pendingFolderDeletion(), std::nullopt);
 }
 
@@ -68,12 +68,12 @@ TEST_F(FolderDeletionDialogTest, EveryOtherWayOutKeepsTheFolder) {
         [this] { press(Qt::Key_Escape); },
         [this] { press(Qt::Key_Return); },
         [this] { click(u"Annulla"_s); },
-        [this] { m_dialog->close(); },
+        [this] { dialog()->close(); },
     };
     for (const std::function<void()>& leave : ways) {
         ask(u"Due"_s);
         leave();
-        EXPECT_FALSE(m_dialog->isVisible());
+        EXPECT_FALSE(isAsking());
         EXPECT_EQ(store().pendingFolderDeletion(), std::nullopt);
         EXPECT_TRUE(QFile::exists(m_folder.path(u"Due/c.md"_s)));
     }
@@ -83,7 +83,7 @@ TEST_F(FolderDeletionDialogTest, TheKeyboardAloneReachesEveryAnswer) {
     ask(u"Due"_s);
     QStringList reached;
     for (int count = 0; count < 3; ++count) {
-        reached.append(qobject_cast<QPushButton*>(m_dialog->focusWidget())->text());
+        reached.append(qobject_cast<QPushButton*>(dialog()->focusWidget())->text());
         press(Qt::Key_Tab);
     }
     EXPECT_EQ(reached,

@@ -13,20 +13,19 @@ class NoteDeletionDialogTest : public DialogTest {
 protected:
     NoteDeletionDialogTest() : DialogTest({{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"c.md"_s, u"gamma"_s}}) {
         new NoteDeletionDialog(store(), &m_window);
-        findDialog();
     }
 };
 
 } // namespace
 
 TEST_F(NoteDeletionDialogTest, IsOnScreenExactlyWhileNotesWait) {
-    EXPECT_FALSE(m_dialog->isVisible());
+    EXPECT_EQ(dialog(), nullptr) << "it is made when it first asks";
     store().requestTrash();
-    EXPECT_TRUE(m_dialog->isVisible());
+    EXPECT_TRUE(isAsking());
     EXPECT_EQ(texts(), QStringList({u"Spostare «a» nel Cestino?"_s, u"Potrai recuperarla dal Cestino del Finder."_s}));
     EXPECT_EQ(buttons(), QStringList({u"Sposta nel Cestino"_s, u"Annulla"_s}));
     store().setPendingNoteDeletion({});
-    EXPECT_FALSE(m_dialog->isVisible());
+    EXPECT_FALSE(isAsking());
 }
 
 TEST_F(NoteDeletionDialogTest, CountsSeveralNotes) {
@@ -47,7 +46,7 @@ TEST_F(NoteDeletionDialogTest, FollowsTheNotesThatWait) {
 TEST_F(NoteDeletionDialogTest, ReturnMovesToTheTrash) {
     store().requestTrash();
     press(Qt::Key_Return);
-    EXPECT_FALSE(m_dialog->isVisible());
+    EXPECT_FALSE(isAsking());
     EXPECT_TRUE(store().pendingNoteDeletion().isEmpty());
     EXPECT_FALSE(QFile::exists(m_folder.path(u"a.md"_s)));
     EXPECT_EQ(store().notes().size(), 2);
@@ -57,7 +56,7 @@ TEST_F(NoteDeletionDialogTest, EveryOtherWayOutKeepsTheNotes) {
     const QList<std::function<void()>> ways = {
         [this] { press(Qt::Key_Escape); },
         [this] { click(u"Annulla"_s); },
-        [this] { m_dialog->close(); },
+        [this] { dialog()->close(); },
         [this] {
             press(Qt::Key_Tab);
             press(Qt::Key_Space);
@@ -65,9 +64,9 @@ TEST_F(NoteDeletionDialogTest, EveryOtherWayOutKeepsTheNotes) {
     };
     for (const std::function<void()>& leave : ways) {
         store().requestTrash();
-        ASSERT_TRUE(m_dialog->isVisible());
+        ASSERT_TRUE(isAsking());
         leave();
-        EXPECT_FALSE(m_dialog->isVisible());
+        EXPECT_FALSE(isAsking());
         EXPECT_TRUE(store().pendingNoteDeletion().isEmpty());
         EXPECT_EQ(store().notes().size(), 3);
     }
@@ -78,7 +77,7 @@ TEST_F(NoteDeletionDialogTest, ConfirmingEndsAMultipleSelectionFirst) {
     store().showDiff();
     store().requestTrash(store().actionTargets());
     bool hadEnded = false;
-    QObject::connect(&store(), &NotesStore::notesChanged, m_dialog,
+    QObject::connect(&store(), &NotesStore::notesChanged, &m_window,
                      [&] { hadEnded = store().multiSelection().isEmpty() && !store().isShowingDiff(); });
     click(u"Sposta nel Cestino"_s);
     EXPECT_TRUE(hadEnded);
@@ -99,6 +98,6 @@ TEST_F(NoteDeletionDialogTest, NotesThatHaveGoneAreLeftOut) {
 TEST_F(NoteDeletionDialogTest, ALongTitleStaysInTheDialog) {
     store().rename(*note(u"a"_s), QString(120, u'w'));
     store().requestTrash();
-    EXPECT_LE(m_dialog->width(), 520);
-    EXPECT_GE(m_dialog->height(), m_dialog->layout()->totalHeightForWidth(m_dialog->width()));
+    EXPECT_LE(dialog()->width(), 520);
+    EXPECT_GE(dialog()->height(), dialog()->layout()->totalHeightForWidth(dialog()->width()));
 }

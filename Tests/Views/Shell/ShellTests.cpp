@@ -16,16 +16,28 @@
 using namespace quillary;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The alert of a window, once it is on screen; null if it doesn't come.
+QMessageBox* shownBox(const QWidget& window) {
+    const auto isShown = [&window] {
+        const auto* const box = window.findChild<QMessageBox*>();
+        return box != nullptr && box->isVisible();
+    };
+    return QTest::qWaitFor(isShown) ? window.findChild<QMessageBox*>() : nullptr;
+}
+
+} // namespace
+
 TEST(ErrorAlert, IsOnScreenExactlyWhileThereIsAMessage) {
     NotesFolder folder({});
     QWidget window;
     ErrorAlert alert(folder.store(), &window);
-    auto* const box = window.findChild<QMessageBox*>();
-    ASSERT_NE(box, nullptr);
-    EXPECT_FALSE(box->isVisible());
+    EXPECT_EQ(window.findChild<QMessageBox*>(), nullptr);
 
     folder.store().setErrorMessage(u"Impossibile creare la nota.\nDisco pieno"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+    QMessageBox* const box = shownBox(window);
+    ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), u"Si è verificato un problema"_s);
     EXPECT_EQ(box->informativeText(), u"Impossibile creare la nota.\nDisco pieno"_s);
     ASSERT_EQ(box->buttons().size(), 1);
@@ -43,12 +55,12 @@ TEST(ErrorAlert, ShowsAMessageThatLooksLikeMarkupAsItStands) {
     NotesFolder folder({});
     QWidget window;
     const ErrorAlert alert(folder.store(), &window);
-    auto* const box = window.findChild<QMessageBox*>();
     const QString message = u"Impossibile salvare «<b>a</b>».\nDisco pieno"_s;
     ASSERT_TRUE(Qt::mightBeRichText(message));
 
     folder.store().setErrorMessage(message);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+    const QMessageBox* const box = shownBox(window);
+    ASSERT_NE(box, nullptr);
 
     const QList<QLabel*> labels = box->findChildren<QLabel*>();
     const auto shown = std::ranges::find(labels, message, &QLabel::text);
@@ -60,9 +72,9 @@ TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
     NotesFolder folder({});
     QWidget window;
     ErrorAlert alert(folder.store(), &window);
-    auto* const box = window.findChild<QMessageBox*>();
     folder.store().setErrorMessage(u"uno"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+    QMessageBox* const box = shownBox(window);
+    ASSERT_NE(box, nullptr);
     QTest::keyClick(box, Qt::Key_Escape);
     EXPECT_EQ(folder.store().errorMessage(), std::nullopt);
 
