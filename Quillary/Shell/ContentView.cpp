@@ -41,7 +41,13 @@ ContentView::ContentView(NotesStore& store, AppSettings& settings, FindControlle
     new NoteDeletionDialog(store, window());
     new FolderDeletionDialog(store, window());
     new SoloPanelPresenter(store, settings, solo, window());
+    // What takes the keyboard in the sidebar has to be seen.
     connect(&store, &NotesStore::searchFocusTokenChanged, this, [this] { setColumnVisibility(ColumnVisibility::all); });
+    connect(&store, &NotesStore::renamingFolderChanged, this, [this] {
+        if (m_store.renamingFolder()) {
+            setColumnVisibility(ColumnVisibility::all);
+        }
+    });
 }
 
 ContentView::ColumnVisibility ContentView::columnVisibility() const {
@@ -55,6 +61,10 @@ void ContentView::setColumnVisibility(ColumnVisibility visibility) {
     const QList<int> widths = sizes();
     if (visibility == ColumnVisibility::detailOnly) {
         m_sidebarWidth = widths.constFirst();
+        // Nobody types into what can't be seen.
+        if (m_sidebar->isAncestorOf(window()->focusWidget())) {
+            m_store.raiseEditorFocusToken();
+        }
     }
     const int sidebar = visibility == ColumnVisibility::all ? m_sidebarWidth : 0;
     setSizes({sidebar, widths.constFirst() + widths.constLast() - sidebar});

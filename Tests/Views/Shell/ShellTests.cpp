@@ -1,6 +1,8 @@
 #include "../NotesFolder.h"
+#include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/Shell/ErrorAlert.h"
 #include "Quillary/Shell/MainWindow.h"
+#include "Quillary/Sidebar/SidebarList.h"
 #include "Quillary/State/NoteDocument.h"
 
 #include <QLabel>
@@ -103,6 +105,33 @@ TEST(MainWindow, ARequestForTheSearchFieldShowsAClosedSidebar) {
     ASSERT_EQ(splitter->sizes().constFirst(), 0);
     folder.store().raiseSearchFocusToken();
     EXPECT_GT(splitter->sizes().constFirst(), 0);
+}
+
+TEST(MainWindow, AFolderThatGetsItsNameShowsAClosedSidebar) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
+    window.show();
+    auto* const splitter = window.findChild<QSplitter*>();
+    window.toggleSidebar();
+    ASSERT_EQ(splitter->sizes().constFirst(), 0);
+    folder.store().createFolder({});
+    EXPECT_GT(splitter->sizes().constFirst(), 0);
+    window.toggleSidebar();
+    folder.store().setRenamingFolder(std::nullopt);
+    EXPECT_EQ(splitter->sizes().constFirst(), 0);
+}
+
+TEST(MainWindow, AClosedSidebarGivesTheKeyboardToTheText) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    auto* const list = window.findChild<SidebarList*>();
+    list->setFocus();
+    ASSERT_TRUE(list->hasFocus());
+    window.toggleSidebar();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<ZoomableTextView*>()->hasFocus(); }));
 }
 
 TEST(MainWindow, TheSidebarComesBackAsWideAsItWas) {
