@@ -70,6 +70,12 @@ QString recordsOfCSV() {
     return text;
 }
 
+/// Whether the command line asks for this task, by a part of its name; it may ask for nothing.
+bool isWanted(const char* task) {
+    const QStringList arguments = QApplication::arguments();
+    return arguments.size() < 2 || QLatin1StringView(task).contains(arguments.at(1));
+}
+
 double allocatedBytes() {
     const auto information = mallinfo2();
     return static_cast<double>(information.uordblks) + static_cast<double>(information.hblkhd);
@@ -116,6 +122,9 @@ void printMemory(const QByteArray& task, double before, const QString& text) {
 
 template <typename View, typename... Arguments>
 void measurePreview(const char* name, Window& window, const QString& text, Arguments... arguments) {
+    if (!isWanted(name)) {
+        return;
+    }
     const QByteArray toggle = QByteArray(name).append(", from text to screen");
     measure(toggle, 150, [&] {
         std::unique_ptr<View> view;
@@ -148,6 +157,9 @@ double slowestPage(QAbstractScrollArea& view, int first) {
 
 template <typename View>
 void measureScrolling(const char* name, Window& window, std::unique_ptr<View> view, QAbstractScrollArea& area) {
+    if (!isWanted(name)) {
+        return;
+    }
     window.put(*view);
     measure(QByteArray(name).append(", slowest of 50 pages"), 8, [&] {
         // Another place each time, so that nothing is laid out before.
@@ -191,10 +203,11 @@ void measureSmallBlocks(Window& window) {
         measurePreview<MarkdownPreview>(QByteArray("Markdown, ").append(name).constData(), window, text,
                                         MarkdownPreview::OpenLink());
     }
-    MarkdownPreview view(filled(u"# a\n"_s), baseSize, {});
-    window.put(view);
-    measure("Markdown, the last of 250,000 anchors", 100,
-            [&] { return millisecondsOf([&] { keep(view.followLink(u"#a-249999"_s)); }); });
+    if (const char* const name = "Markdown, the last of 250,000 anchors"; isWanted(name)) {
+        MarkdownPreview view(filled(u"# a\n"_s), baseSize, {});
+        window.put(view);
+        measure(name, 100, [&] { return millisecondsOf([&] { keep(view.followLink(u"#a-249999"_s)); }); });
+    }
 }
 
 /// Lines of tables whose cells are long or full of marks.
@@ -248,6 +261,9 @@ void measureJSON(Window& window) {
     for (const auto& [name, text] :
          {std::pair("JSON, records", recordsOfJSON()), std::pair("JSON, half a million numbers", numbersOfJSON()),
           std::pair("JSON, small arrays", smallArraysOfJSON()), std::pair("JSON, deep arrays", deepArraysOfJSON())}) {
+        if (!isWanted(name)) {
+            continue;
+        }
         measurePreview<JSONPreview>(name, window, text, ignore);
         const double before = allocatedBytes();
         JSONPreview view(text, baseSize, ignore);
@@ -273,6 +289,9 @@ void measureCSV(Window& window) {
     for (const auto& [name, text] :
          {std::pair("CSV, records", recordsOfCSV()), std::pair("CSV, one cell a row", filled(u"x\n"_s)),
           std::pair("CSV, one row", filled(u"abcdefgh,"_s))}) {
+        if (!isWanted(name)) {
+            continue;
+        }
         measurePreview<CSVPreview>(name, window, text);
         CSVPreview view(text, baseSize);
         window.put(view);
@@ -282,6 +301,9 @@ void measureCSV(Window& window) {
 }
 
 void compareMarkdown(Window& window) {
+    if (!isWanted("Markdown of 200,000 units")) {
+        return;
+    }
     // The peer takes more than a minute for a whole million units.
     const QString text = richMarkdown().first(units / 5);
     compareWithPeer(

@@ -3,7 +3,6 @@
 #include "Quillary/Previews/MarkdownTableColumns.h"
 #include "Quillary/Previews/PreviewText.h"
 #include "Quillary/Theme/Theme.h"
-#include "QuillaryCore/Formats/MarkdownInline.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -60,7 +59,7 @@ QList<QTextLayout::FormatRange> formatsOf(const MarkdownStyledText& styled, cons
         if (!looks[look]) {
             looks[look] = formatOf(run, font, palette);
         }
-        formats.append({static_cast<int>(run.start), static_cast<int>(run.length), *looks[look]});
+        formats.append({run.start, run.length, *looks[look]});
     }
     return formats;
 }
@@ -188,7 +187,7 @@ void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& conte
         Piece& piece = addPiece(styled, font, context, {columns.left(column) + padding, top});
         piece.left = columns.left(column);
         piece.right = columns.left(column + 1);
-        piece.isSelectable = !MarkdownInline::containsLink(context.rows.rawCell(row, column));
+        piece.isSelectable = !context.rows.mayHoldLink(row, column);
         QTextOption option(alignmentOf(table.alignment(column)));
         option.setWrapMode(columns.areMany() ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
         height = std::max(height, breakLines(piece, columns.width(column) - 2 * padding, 0, option));

@@ -55,7 +55,9 @@ constexpr qsizetype usualText = 2000;
 
 /// How often the looks of a raw text may change.
 qsizetype markCount(QStringView raw) {
-    return std::count_if(raw.begin(), raw.end(), [](QChar unit) { return QStringView(u"*_`~[<").contains(unit); });
+    return std::count_if(raw.begin(), raw.end(), [](QChar unit) {
+        return unit == u'*' || unit == u'_' || unit == u'`' || unit == u'~' || unit == u'[' || unit == u'<';
+    });
 }
 
 /// Whether a raw text is too much for one row, by its length or by how often its looks may change.
@@ -73,19 +75,18 @@ bool isTopLevelHeading(const MarkdownRow& row) {
 
 /// The text with the places where its pieces begin.
 MarkdownRows::LongText inPieces(QStringView raw, const Portion& portion) {
-    MarkdownRows::LongText pieces{MarkdownStyledText::of(raw), {}};
+    MarkdownRows::LongText pieces{MarkdownInline::styled(raw), {}, MarkdownInline::containsLink(raw)};
     const QString& text = pieces.styled.text;
     const std::vector<MarkdownStyledText::Run>& runs = pieces.styled.runs;
     auto run = runs.begin();
     qsizetype start = 0;
     do {
         pieces.starts.push_back(static_cast<qint32>(start));
-        run = std::partition_point(run, runs.end(), [start](const MarkdownStyledText::Run& candidate) {
-            return candidate.start + candidate.length <= start;
-        });
+        run = std::partition_point(
+            run, runs.end(), [start](const MarkdownStyledText::Run& candidate) { return candidate.end() <= start; });
         const qsizetype wanted = start + portion.units;
         const bool hasMoreRuns = runs.end() - run > portion.runs;
-        start = cutNear(text, start, hasMoreRuns ? std::min(wanted, run[portion.runs].start) : wanted);
+        start = cutNear(text, start, hasMoreRuns ? std::min<qsizetype>(wanted, run[portion.runs].start) : wanted);
     } while (start < text.size());
     return pieces;
 }
@@ -464,7 +465,7 @@ MarkdownStyledText MarkdownRows::styledText(const MarkdownRow& row) const {
         return whole.sliced(row.part.start, lengthOf(row));
     }
     if (row.hasText()) {
-        return MarkdownStyledText::of(rawText(row));
+        return MarkdownInline::styled(rawText(row));
     }
     MarkdownStyledText plain;
     plain.text = rawText(row).toString();
@@ -483,17 +484,21 @@ QStringView MarkdownRows::rawCell(const MarkdownRow& row, qsizetype column) cons
     return tables[static_cast<std::size_t>(row.part.source)].text(row.part.start, column);
 }
 
-MarkdownStyledText MarkdownRows::cellText(const MarkdownRow& row, qsizetype column) const {
+const MarkdownRows::LongText* MarkdownRows::longCell(const MarkdownRow& row, qsizetype column) const {
     const auto found = longCells.find({row.part.source, row.part.start, narrowed(column)});
-    if (found != longCells.end()) {
-        return longTexts[static_cast<std::size_t>(found->second)].piece(row.piece);
+    return found == longCells.end() ? nullptr : &longTexts[static_cast<std::size_t>(found->second)];
+}
+
+MarkdownStyledText MarkdownRows::cellText(const MarkdownRow& row, qsizetype column) const {
+    if (const LongText* const cell = longCell(row, column)) {
+        return cell->piece(row.piece);
     }
-    return row.piece == 0 ? MarkdownStyledText::of(rawCell(row, column)) : MarkdownStyledText();
+    return row.piece == 0 ? MarkdownInline::styled(rawCell(row, column)) : MarkdownStyledText();
 }
 
 bool MarkdownRows::mayHoldLink(const MarkdownRow& row) const {
     if (row.isPiece) {
-        return !longTexts[static_cast<std::size_t>(row.part.source)].styled.links.isEmpty();
+        return longTexts[static_cast<std::size_t>(row.part.source)].mayHoldLink;
     }
     if (row.hasText()) {
         return MarkdownInline::containsLink(rawText(row));
@@ -503,11 +508,16 @@ bool MarkdownRows::mayHoldLink(const MarkdownRow& row) const {
     }
     const qsizetype count = tables[static_cast<std::size_t>(row.part.source)].filledCount(row.part.start);
     for (qsizetype column = 0; column < count; ++column) {
-        if (MarkdownInline::containsLink(rawCell(row, column))) {
+        if (mayHoldLink(row, column)) {
             return true;
         }
     }
     return false;
+}
+
+bool MarkdownRows::mayHoldLink(const MarkdownRow& row, qsizetype column) const {
+    const LongText* const cell = longCell(row, column);
+    return cell ? cell->mayHoldLink : MarkdownInline::containsLink(rawCell(row, column));
 }
 
 bool MarkdownRows::saySame(const MarkdownRows& a, const MarkdownRow& x, const MarkdownRows& b, const MarkdownRow& y) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Quillary/Previews/MarkdownRow.h"
-#include "Quillary/Previews/MarkdownStyledText.h"
 #include "QuillaryCore/Formats/MarkdownBlock.h"
+#include "QuillaryCore/Formats/MarkdownStyledText.h"
 #include "QuillaryCore/Formats/MarkdownTable.h"
 
 #include <QMap>
@@ -29,6 +29,8 @@ struct MarkdownRows {
     struct LongText {
         MarkdownStyledText styled;
         std::vector<qint32> starts;
+        /// Whether its raw text may hold a link.
+        bool mayHoldLink = false;
 
         qsizetype pieceCount() const { return static_cast<qsizetype>(starts.size()); }
 
@@ -59,8 +61,9 @@ struct MarkdownRows {
     /// The length of a text; for a piece, as it is shown.
     qsizetype lengthOf(const MarkdownRow& row) const;
 
-    /// Whether a text of the row may hold a link, so that it can't be selected by itself.
+    /// Whether a text of the row, or a cell of it, may hold a link, so that it can't be selected by itself.
     bool mayHoldLink(const MarkdownRow& row) const;
+    bool mayHoldLink(const MarkdownRow& row, qsizetype column) const;
 
     /// The raw text of a cell.
     QStringView rawCell(const MarkdownRow& row, qsizetype column) const;
@@ -85,6 +88,7 @@ struct MarkdownRows {
     std::map<std::tuple<qint32, qint32, qint32>, qint32> longCells;
 
 private:
+    const LongText* longCell(const MarkdownRow& row, qsizetype column) const;
     qsizetype endOf(const MarkdownRow& part, qsizetype whole) const;
 };
 

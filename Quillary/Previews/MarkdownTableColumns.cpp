@@ -1,7 +1,7 @@
 #include "Quillary/Previews/MarkdownTableColumns.h"
 
-#include "Quillary/Previews/MarkdownStyledText.h"
 #include "Quillary/Previews/PreviewText.h"
+#include "QuillaryCore/Formats/MarkdownInline.h"
 
 #include <QFontMetricsF>
 
@@ -17,7 +17,7 @@ constexpr double widestText = 320;
 
 /// The width that the text of a cell asks for.
 double widthOf(QStringView raw, const QFontMetricsF& metrics) {
-    const MarkdownStyledText styled = MarkdownStyledText::of(raw.first(std::min(raw.size(), sampleUnits)));
+    const MarkdownStyledText styled = MarkdownInline::styled(raw.first(std::min(raw.size(), sampleUnits)));
     double width = metrics.horizontalAdvance(PreviewText::oneLine(styled.text));
     for (const MarkdownStyledText::Run& run : styled.runs) {
         // Code and strong text are somewhat wider.

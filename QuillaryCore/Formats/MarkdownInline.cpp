@@ -17,8 +17,22 @@ constexpr unsigned readerFlags = MD_FLAG_NOHTMLBLOCKS | MD_FLAG_NOINDENTEDCODEBL
 /// What md4c may cost beyond one pass: about as many steps take a tenth of a second.
 constexpr qsizetype mostSteps = 50'000'000;
 
-bool isMark(QChar unit) {
-    return QStringView(u"\\*_`&<[]~:").contains(unit);
+constexpr bool isMark(QChar unit) {
+    switch (unit.unicode()) {
+    case u'\\':
+    case u'*':
+    case u'_':
+    case u'`':
+    case u'&':
+    case u'<':
+    case u'[':
+    case u']':
+    case u'~':
+    case u':':
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// md4c reads the text between brackets again for each pair if lines end in it.
@@ -59,7 +73,9 @@ class RunBuilder {
 public:
     explicit RunBuilder(QStringView text)
         : m_source(text, hasCheapBrackets(text) ? MarkdownInlineSource::LineEnds::kept
-                                                : MarkdownInlineSource::LineEnds::hidden) {}
+                                                : MarkdownInlineSource::LineEnds::hidden) {
+        m_styled.text.reserve(text.size());
+    }
 
     /// False if md4c could not read the text.
     bool read(unsigned flags) {
@@ -84,7 +100,7 @@ public:
                md_parse(bytes.constData(), static_cast<MD_SIZE>(bytes.size()), &parser, this) == 0;
     }
 
-    QList<MarkdownRun> take() { return std::move(m_runs); }
+    MarkdownStyledText take() { return std::move(m_styled); }
 
 private:
     void changeSpan(MD_SPANTYPE type, void* detail, int change) {
@@ -102,7 +118,7 @@ private:
             m_code += change;
             break;
         case MD_SPAN_A:
-            m_look.link =
+            m_link =
                 change > 0 ? std::optional(attributeText(static_cast<MD_SPAN_A_DETAIL*>(detail)->href)) : std::nullopt;
             break;
         default:
@@ -116,28 +132,50 @@ private:
     }
 
     void addText(MD_TEXTTYPE type, const MD_CHAR* text, MD_SIZE size) {
+        QString& whole = m_styled.text;
+        const qsizetype start = whole.size();
         if (!m_source.holds(text)) {
             // Line ends are the only text that md4c makes up.
-            add(m_source.takeLineEnd());
-            return;
+            m_source.takeLineEnd(whole);
+        } else {
+            m_source.take(text, size, whole);
         }
-        const QString taken = m_source.take(text, size);
-        add(type == MD_TEXT_ENTITY ? MarkdownEntities::text(taken).value_or(taken) : taken);
+        if (type == MD_TEXT_ENTITY) {
+            if (const std::optional<QString> meant = MarkdownEntities::text(QStringView(whole).sliced(start))) {
+                whole.replace(start, whole.size() - start, *meant);
+            }
+        }
+        if (whole.size() > start) {
+            addRun(static_cast<qint32>(start), static_cast<qint32>(whole.size() - start));
+        }
     }
 
-    void add(const QString& text) {
-        if (text.isEmpty()) {
-            return;
+    /// Takes a stretch with the present look into the last run, or makes another one of it.
+    void addRun(qint32 start, qint32 length) {
+        std::vector<MarkdownStyledText::Run>& runs = m_styled.runs;
+        MarkdownStyledText::Run run = m_look;
+        run.start = start;
+        run.length = length;
+        if (m_link) {
+            // Neighbours that lead to the same place are one link, which may have several looks.
+            const bool goesOn = !runs.empty() && runs.back().link >= 0 && m_styled.links.last() == *m_link;
+            if (!goesOn) {
+                m_styled.links.append(*m_link);
+            }
+            run.link = static_cast<qint32>(m_styled.links.size()) - 1;
         }
-        if (m_runs.isEmpty() || !m_runs.last().looksLike(m_look)) {
-            m_runs.append(m_look);
+        if (!runs.empty() && runs.back().looksLike(run)) {
+            runs.back().length += length;
+        } else {
+            runs.push_back(run);
         }
-        m_runs.last().text += text;
     }
 
     MarkdownInlineSource m_source;
-    QList<MarkdownRun> m_runs;
-    MarkdownRun m_look;
+    MarkdownStyledText m_styled;
+    /// How the next text looks, and where it leads.
+    MarkdownStyledText::Run m_look;
+    std::optional<QString> m_link;
     int m_emphasis = 0;
     int m_strong = 0;
     int m_strike = 0;
@@ -146,7 +184,7 @@ private:
 
 } // namespace
 
-QList<MarkdownRun> attributed(QStringView text) {
+MarkdownStyledText styled(QStringView text) {
     if (text.isEmpty()) {
         return {};
     }
@@ -157,9 +195,21 @@ QList<MarkdownRun> attributed(QStringView text) {
             return builder.take();
         }
     }
-    MarkdownRun plain;
+    MarkdownStyledText plain;
     plain.text = text.toString();
-    return {plain};
+    plain.runs.emplace_back().length = static_cast<qint32>(text.size());
+    return plain;
+}
+
+QList<MarkdownRun> attributed(QStringView text) {
+    const MarkdownStyledText whole = styled(text);
+    QList<MarkdownRun> runs;
+    runs.reserve(static_cast<qsizetype>(whole.runs.size()));
+    for (const MarkdownStyledText::Run& run : whole.runs) {
+        runs.append({whole.text.sliced(run.start, run.length), run.emphasis, run.strong, run.strike, run.code,
+                     run.link >= 0 ? std::optional(whole.links[run.link]) : std::nullopt});
+    }
+    return runs;
 }
 
 bool containsLink(QStringView text) {

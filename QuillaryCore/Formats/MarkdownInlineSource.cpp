@@ -76,6 +76,7 @@ MarkdownInlineSource::MarkdownInlineSource(QStringView text, LineEnds lineEnds) 
         }
         start = end + (isPair ? 2 : 1);
     }
+    m_isASCII = m_bytes.size() == m_text.size() + m_guards.size();
 }
 
 void MarkdownInlineSource::addGuard() {
@@ -87,48 +88,53 @@ bool MarkdownInlineSource::holds(const char* place) const {
     return !std::less<>()(place, m_bytes.constData()) && std::less<>()(place, m_bytes.constData() + m_bytes.size());
 }
 
-QString MarkdownInlineSource::take(const char* place, qsizetype size) {
+void MarkdownInlineSource::take(const char* place, qsizetype size, QString& to) {
     const qsizetype start = place - m_bytes.constData();
-    skipTo(start);
-    QString result;
-    qsizetype from = m_unit;
-    while (m_byte < start + size) {
-        if (m_nextGuard < m_guards.size() && m_guards[m_nextGuard] == m_byte) {
-            result.append(m_text.sliced(from, m_unit - from));
-            step();
-            from = m_unit;
-        } else {
+    goTo(start);
+    const qsizetype end = start + size;
+    while (m_byte < end) {
+        const qsizetype from = m_unit;
+        goTo(std::min(end, nextGuard()));
+        to += m_text.sliced(from, m_unit - from);
+        if (m_byte < end) {
             step();
         }
     }
-    result.append(m_text.sliced(from, m_unit - from));
-    return result;
 }
 
-QString MarkdownInlineSource::takeLineEnd() {
+void MarkdownInlineSource::takeLineEnd(QString& to) {
     while (m_unit < m_text.size() && !isLineEnd(m_text[m_unit])) {
         step();
     }
     const qsizetype start = m_unit;
     if (start == m_text.size()) {
-        return QString();
+        return;
     }
     const qsizetype length = m_text.sliced(start).startsWith(u"\r\n") ? 2 : 1;
     for (qsizetype i = 0; i < length; ++i) {
         step();
     }
-    return m_text.sliced(start, length).toString();
+    to += m_text.sliced(start, length);
 }
 
-void MarkdownInlineSource::skipTo(qsizetype byte) {
+qsizetype MarkdownInlineSource::nextGuard() const {
+    return m_nextGuard < m_guards.size() ? m_guards[m_nextGuard] : m_bytes.size();
+}
+
+void MarkdownInlineSource::goTo(qsizetype byte) {
     while (m_byte < byte) {
-        step();
+        const qsizetype stretch = m_isASCII ? std::min(byte, nextGuard()) - m_byte : 0;
+        m_byte += stretch;
+        m_unit += stretch;
+        if (m_byte < byte) {
+            step();
+        }
     }
 }
 
 /// Goes over a guard, or over one scalar in both.
 void MarkdownInlineSource::step() {
-    if (m_nextGuard < m_guards.size() && m_guards[m_nextGuard] == m_byte) {
+    if (m_byte == nextGuard()) {
         ++m_nextGuard;
         ++m_byte;
         return;

@@ -23,21 +23,24 @@ public:
     /// Whether this is a place in `bytes`.
     bool holds(const char* place) const;
 
-    /// The text that `size` bytes from `place` on stand for. Places are asked for in ascending order.
-    QString take(const char* place, qsizetype size);
+    /// The text that `size` bytes from `place` on stand for, appended to `to`. Places are asked for in ascending order.
+    void take(const char* place, qsizetype size, QString& to);
 
-    /// The next line end behind what was taken.
-    QString takeLineEnd();
+    /// The next line end behind what was taken, likewise.
+    void takeLineEnd(QString& to);
 
 private:
     void addGuard();
-    void skipTo(qsizetype byte);
+    qsizetype nextGuard() const;
+    void goTo(qsizetype byte);
     void step();
 
     QStringView m_text;
     QByteArray m_bytes;
     /// Where in `bytes` the guards are, ascending.
     QList<qsizetype> m_guards;
+    /// Whether each byte is a unit or a guard.
+    bool m_isASCII = false;
 
     // A place in the bytes and the same in the text.
     qsizetype m_byte = 0;

@@ -293,6 +293,28 @@ TEST(MarkdownPreview, TheTabKeyGoesFromLinkToLinkAndReturnFollows) {
     EXPECT_EQ(preview.opened.last(), u"2"_s);
 }
 
+TEST(MarkdownPreview, TheTabKeyGoesThroughTheLinksOfALongTextOnce) {
+    constexpr int count = 260;
+    QString text;
+    for (int i = 0; i < count; ++i) {
+        text += u"[%1](%2) e altre parole "_s.arg(QString(50, u'x')).arg(i);
+    }
+    MarkdownPreviewOf preview(text);
+    ASSERT_GT(preview.view.rows().rows.size(), 2U);
+    preview.view.setFocus();
+    QStringList all;
+    for (int i = 0; i < count; ++i) {
+        QTest::keyClick(&preview.view, Qt::Key_Tab);
+        QTest::keyClick(&preview.view, Qt::Key_Return);
+        all.append(QString::number(i));
+    }
+    EXPECT_EQ(preview.opened, all);
+    EXPECT_GT(preview.view.topRow(), 0) << "the last link is brought into view";
+    QTest::keyClick(&preview.view, Qt::Key_Tab);
+    QTest::keyClick(&preview.view, Qt::Key_Return);
+    EXPECT_EQ(preview.opened, all) << "there is none behind it";
+}
+
 // Selection
 
 TEST(MarkdownPreview, ADragSelectsAcrossRows) {

@@ -1,5 +1,7 @@
 #include "Quillary/Previews/MarkdownRows.h"
 
+#include "QuillaryCore/Formats/MarkdownInline.h"
+
 #include <QHash>
 #include <QMap>
 #include <QStringList>
@@ -195,6 +197,53 @@ TEST(MarkdownRows, TextsThatKeepChangingTheirLookAreShownInPiecesToo) {
     EXPECT_EQ(MarkdownRows::of(u"`a`b "_s.repeated(300)).rows.size(), 1U);
 }
 
+TEST(MarkdownRows, APieceHasTheLinksThatLieInItAndNoOther) {
+    QString text = u"[una "_s + u"parola "_s.repeated(2000) + u"sola](lungo) "_s;
+    QStringList all = {u"lungo"_s};
+    for (int i = 0; i < 1000; ++i) {
+        text += u"[uno *due*](%1) tre "_s.arg(i);
+        all.append(QString::number(i));
+    }
+    const MarkdownRows rows = MarkdownRows::of(text);
+    ASSERT_GT(rows.rows.size(), 3U);
+    QStringList joined;
+    for (const MarkdownRow& row : rows.rows) {
+        EXPECT_TRUE(rows.mayHoldLink(row));
+        const MarkdownStyledText piece = rows.styledText(row);
+        QList<bool> isUsed(piece.links.size(), false);
+        for (const MarkdownStyledText::Run& run : piece.runs) {
+            if (run.link >= 0) {
+                ASSERT_LT(run.link, piece.links.size());
+                isUsed[run.link] = true;
+            }
+        }
+        EXPECT_FALSE(isUsed.contains(false));
+        for (const QString& link : piece.links) {
+            // One that is cut lies in both pieces.
+            if (joined.isEmpty() || joined.last() != link) {
+                joined.append(link);
+            }
+        }
+    }
+    EXPECT_EQ(joined, all);
+}
+
+TEST(MarkdownRows, LongTextsWithLinksAreKnownLikeShortOnes) {
+    const QString words = u"parola "_s.repeated(3000);
+    const QString table = u"|a|b|\n|-|-|\n|%1|1|\n|%2|1|\n"_s;
+    const MarkdownRows rows =
+        MarkdownRows::of(words % u"\n\n"_s % words % u"`]( `\n\n"_s % table.arg(words, QString(words + u"[a](b)"_s)));
+    for (const MarkdownRow& row : rows.rows) {
+        if (row.kind == MarkdownRow::Kind::paragraph) {
+            EXPECT_EQ(rows.mayHoldLink(row), row.part.source == 1);
+        } else {
+            EXPECT_EQ(rows.mayHoldLink(row), row.part.start == 2);
+            EXPECT_EQ(rows.mayHoldLink(row, 0), row.part.start == 2);
+            EXPECT_FALSE(rows.mayHoldLink(row, 1));
+        }
+    }
+}
+
 TEST(MarkdownRows, LongCodeIsShownInPiecesThatLoseNothing) {
     QString code;
     for (int i = 0; i < 300; ++i) {
@@ -258,7 +307,7 @@ TEST(MarkdownRows, LinesOfATableAreCutByWhatAllTheirCellsHoldTogether) {
             const bool isLastOfLine = row.isLast || (&row + 1)->part.start != row.part.start;
             EXPECT_EQ(row.isCut, !isLastOfLine) << each.name;
         }
-        EXPECT_EQ(joined.first(), MarkdownStyledText::of(each.cell.trimmed()).text) << each.name;
+        EXPECT_EQ(joined.first(), MarkdownInline::styled(each.cell.trimmed()).text) << each.name;
         EXPECT_EQ(joined.last(), joined.first()) << each.name;
     }
 }
