@@ -209,9 +209,11 @@ void MarkdownPreview::dropFarLayouts() {
         return;
     }
     const qsizetype last = anchorAt(placeOf(m_anchor) + viewport()->height()).row;
+    // Each scrolling asks where the page ends.
+    const qsizetype end = lastAnchor().row;
     constexpr qsizetype margin = keptLayouts / 8;
     std::erase_if(m_layouts, [&](const auto& entry) {
-        return entry.first < m_anchor.row - margin || entry.first > last + margin;
+        return (entry.first < m_anchor.row - margin || entry.first > last + margin) && entry.first < end;
     });
 }
 

@@ -27,10 +27,10 @@ constexpr qsizetype codeRowLines = 24;
 /// A place to cut a text at, near `wanted` and behind `start`: behind a line end, else behind a blank, else between
 /// clusters.
 qsizetype cutNear(QStringView text, qsizetype start, qsizetype wanted) {
-    constexpr qsizetype reach = 2000;
     if (wanted >= text.size()) {
         return text.size();
     }
+    const qsizetype reach = std::max<qsizetype>((wanted - start) / 3, 100);
     const qsizetype from = std::max(start + 1, wanted - reach);
     const QStringView near = text.sliced(from, wanted - from);
     if (const qsizetype lineEnd = near.lastIndexOf(u'\n'); lineEnd >= 0) {
@@ -44,14 +44,32 @@ qsizetype cutNear(QStringView text, qsizetype start, qsizetype wanted) {
     return boundary > from ? boundary : wanted;
 }
 
+/// A text below this length is never too much.
+constexpr qsizetype usualText = 2000;
+
 /// What a row takes of a text at most, roughly.
 struct Portion {
     qsizetype units = MarkdownRows::longText / 2;
     qsizetype runs = MarkdownRows::mostRuns;
 };
 
-/// A text below this length is never too much.
-constexpr qsizetype usualText = 2000;
+/// So many runs fill some lines. Shorter pieces mean that less is laid out beyond what is on the screen.
+constexpr qsizetype pieceRuns = 100;
+
+/// Whether a text holds a word that is much longer than a line. Each line within it is sought as far as the word goes
+/// on. Ideographs and what else stands so high may be parted anywhere.
+bool holdsEndlessWord(QStringView text) {
+    constexpr qsizetype endless = 1000;
+    constexpr char16_t firstIdeograph = 0x2E80;
+    qsizetype length = 0;
+    for (const QChar unit : text) {
+        length = unit.isSpace() || unit >= firstIdeograph ? 0 : length + 1;
+        if (length > endless) {
+            return true;
+        }
+    }
+    return false;
+}
 
 /// How often the looks of a raw text may change.
 qsizetype markCount(QStringView raw) {
@@ -300,7 +318,8 @@ private:
             add().text = block.storedText();
             return;
         }
-        const qint32 source = addLongText(block.text(), {});
+        const Portion portion{holdsEndlessWord(block.text()) ? usualText : Portion().units, pieceRuns};
+        const qint32 source = addLongText(block.text(), portion);
         const qint32 first = nextRow();
         for (const qint32 start : m_rows.longTexts.back().starts) {
             MarkdownRow& row = add();
@@ -396,8 +415,8 @@ private:
         if (large == 0 || (units <= MarkdownRows::longText && marks <= 2 * MarkdownRows::mostRuns)) {
             return pieces;
         }
-        const Portion portion{std::max(Portion().units / large, smallCell),
-                              std::max<qsizetype>(Portion().runs / large, 20)};
+        // A cell is narrow, so that this is a page.
+        const Portion portion{std::max(usualText / large, smallCell), std::max<qsizetype>(pieceRuns / large, 20)};
         for (qsizetype column = 0; column < count; ++column) {
             if (const QStringView cell = table.text(line, column); takesPieces(cell, portion)) {
                 const qint32 text = addLongText(cell, portion);

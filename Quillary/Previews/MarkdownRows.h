@@ -41,10 +41,10 @@ struct MarkdownRows {
     /// So many frames are shown within each other; what lies deeper stands where the last of them stands.
     static constexpr int shownDepth = 24;
 
-    /// Texts above this length are shown in pieces of about half of it.
+    /// Texts above this length are shown in pieces of about half of it, or shorter ones.
     static constexpr qsizetype longText = 12'000;
 
-    /// A piece of a long text has about so many runs at most, since each is laid out for itself.
+    /// A text has about so many runs at most, since each is laid out for itself; one with more is shown in pieces.
     static constexpr qsizetype mostRuns = 300;
 
     /// Reads a text.

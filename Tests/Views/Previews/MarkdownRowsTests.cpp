@@ -197,6 +197,42 @@ TEST(MarkdownRows, TextsThatKeepChangingTheirLookAreShownInPiecesToo) {
     EXPECT_EQ(MarkdownRows::of(u"`a`b "_s.repeated(300)).rows.size(), 1U);
 }
 
+TEST(MarkdownRows, PiecesAreShortWhereAScreenTakesLongToLayOut) {
+    const QString word(100'000, u'x');
+    const QString words = u"parola "_s.repeated(14'000);
+    const QString ideographs(100'000, QChar(0x6F22));
+    const QString table = u"|a|\n|-|\n|%1|\n"_s;
+
+    struct Case {
+        const char* name;
+        QString text;
+        qsizetype units;
+        qsizetype runs;
+    };
+
+    for (const Case& each :
+         {Case{"words", words, 6000, 1}, Case{"ideographs", ideographs, 6000, 1},
+          Case{"an endless word", word, 2000, 1}, Case{"an endless word among others", QString(words % word), 2000, 1},
+          Case{"changing looks", u"`a`b "_s.repeated(5000), 6000, 100},
+          Case{"words in a cell", table.arg(words.trimmed()), 2000, 1},
+          Case{"an endless word in a cell", table.arg(word), 2000, 1},
+          Case{"changing looks in a cell", table.arg(u"`a`b "_s.repeated(5000).trimmed()), 2000, 100}}) {
+        const MarkdownRows rows = MarkdownRows::of(each.text);
+        EXPECT_GT(rows.rows.size(), 10U) << each.name;
+        qsizetype whole = 0;
+        for (const MarkdownRow& row : rows.rows) {
+            const MarkdownStyledText piece =
+                row.kind == MarkdownRow::Kind::table ? rows.cellText(row, 0) : rows.styledText(row);
+            EXPECT_LE(piece.text.size(), each.units) << each.name;
+            EXPECT_LE(piece.runs.size(), static_cast<std::size_t>(each.runs) + 1) << each.name;
+            whole += piece.text.size();
+        }
+        // No shorter than need be, either.
+        const qsizetype needed = each.runs > 1 ? whole / each.runs : 3 * whole / each.units / 2;
+        EXPECT_LE(rows.rows.size(), static_cast<std::size_t>(needed) + 3) << each.name;
+    }
+}
+
 TEST(MarkdownRows, APieceHasTheLinksThatLieInItAndNoOther) {
     QString text = u"[una "_s + u"parola "_s.repeated(2000) + u"sola](lungo) "_s;
     QStringList all = {u"lungo"_s};
