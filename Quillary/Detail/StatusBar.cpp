@@ -1,5 +1,6 @@
 #include "Quillary/Detail/StatusBar.h"
 
+#include "Quillary/Detail/ElidedLabel.h"
 #include "Quillary/Detail/SaveMark.h"
 #include "Quillary/Detail/ZoomControl.h"
 #include "Quillary/Theme/Theme.h"
@@ -23,7 +24,11 @@ StatusBar::StatusBar(NotesStore& store, AppSettings& settings, QWidget* parent) 
     layout->setContentsMargins(14, 3, 8, 3);
     layout->setSpacing(6);
     const auto add = [this, layout](const QString& text = {}) {
-        QLabel* const label = makeLabel(text);
+        // What changes gives way where there is little room.
+        QLabel* const label = text.isEmpty() ? new ElidedLabel(this) : new QLabel(text, this);
+        label->setTextFormat(Qt::PlainText);
+        label->setFont(Theme::sidebarDetail());
+        label->setForegroundRole(QPalette::PlaceholderText);
         layout->addWidget(label);
         return label;
     };
@@ -49,14 +54,6 @@ StatusBar::StatusBar(NotesStore& store, AppSettings& settings, QWidget* parent) 
             update();
         }
     });
-}
-
-QLabel* StatusBar::makeLabel(const QString& text) {
-    auto* const label = new QLabel(text, this);
-    label->setTextFormat(Qt::PlainText);
-    label->setFont(Theme::sidebarDetail());
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
 }
 
 void StatusBar::setItem(const NoteItemPtr& item) {

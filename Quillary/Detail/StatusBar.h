@@ -26,7 +26,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QLabel* makeLabel(const QString& text);
     void update();
 
     NoteItemPtr m_item;

@@ -8,13 +8,13 @@
 namespace quillary {
 
 FindField::FindField(const QString& placeholder, Symbol symbol, QWidget* parent) : QLineEdit(parent) {
-    constexpr int smallestWidth = 90;
+    constexpr int smallestWidth = 80;
     constexpr int space = 10;
     setFrame(false);
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     addAction(symbolIcon(symbol), QLineEdit::LeadingPosition)->setText(placeholder);
-    setMinimumWidth(smallestWidth);
+    setMinimumWidth(qRound(smallestWidth * Theme::textScale()));
     setMinimumHeight(fontMetrics().height() + space);
 
     // The frame is drawn below the text, so the field itself stays clear.

@@ -8,6 +8,7 @@
 #include "Quillary/Shell/ErrorAlert.h"
 #include "Quillary/Sidebar/SidebarView.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QKeyEvent>
 
@@ -18,7 +19,7 @@ namespace quillary {
 namespace {
 
 constexpr int narrowestSidebar = 180;
-constexpr int narrowestDetail = 240;
+constexpr int narrowestDetail = 300;
 
 } // namespace
 
@@ -29,8 +30,9 @@ ContentView::ContentView(NotesStore& store, AppSettings& settings, FindControlle
       m_openWindow(std::move(openWindow)),
       m_sidebar(new SidebarView(store, newNote, this)),
       m_detail(new DetailView(store, settings, find, solo, this)) {
-    m_sidebar->setMinimumWidth(narrowestSidebar);
-    m_detail->setMinimumWidth(narrowestDetail);
+    const double scale = Theme::textScale();
+    m_sidebar->setMinimumWidth(qRound(narrowestSidebar * scale));
+    m_detail->setMinimumWidth(qRound(narrowestDetail * scale));
     setHandleWidth(1);
     setCollapsible(1, false);
     setStretchFactor(0, 0);

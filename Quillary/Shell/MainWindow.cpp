@@ -4,6 +4,7 @@
 #include "Quillary/Shell/QuillaryCommands.h"
 #include "Quillary/Shell/WindowAccessibility.h"
 #include "Quillary/Shell/WindowPlace.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -21,7 +22,9 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, FindController&
     installWindowAccessibility();
     constexpr QSize defaultSize(940, 620);
     resize(defaultSize);
-    setMinimumSize(480, 320);
+    // With large texts it is no smaller than they need, and never larger than the screen.
+    constexpr QSize smallestSize(480, 320);
+    setMinimumSize((smallestSize * Theme::textScale()).boundedTo(screen()->availableSize()));
 
     auto* const commands = new QuillaryCommands(&store, &settings, &find, &keyboard, &solo, this);
     connect(commands, &QuillaryCommands::settingsRequested, this, &MainWindow::settingsRequested);

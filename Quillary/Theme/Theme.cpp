@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QScreen>
 
 namespace quillary::Theme {
 
@@ -178,6 +179,12 @@ QFont font(double size, QFont::Weight weight) {
 
 QFont monospacedFont(double size, QFont::Weight weight) {
     return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), size, weight);
+}
+
+double textScale() {
+    constexpr double ordinary = 96;
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen == nullptr ? 1 : screen->logicalDotsPerInch() / ordinary;
 }
 
 QFont sidebarTitle() {

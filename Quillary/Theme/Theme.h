@@ -53,6 +53,9 @@ QString folderColorName(FolderColor color);
 QFont font(double size, QFont::Weight weight = QFont::Normal);
 QFont monospacedFont(double size, QFont::Weight weight = QFont::Normal);
 
+/// How much larger than on a screen of 96 dpi the desktop wants texts; what holds texts grows with them.
+double textScale();
+
 /// The fonts of the lists.
 QFont sidebarTitle();
 QFont sidebarDetail();

@@ -1,12 +1,13 @@
 """What is seldom on show, as a screen reader and somebody without a mouse find it: empty windows, fields for names, menus,
 messages, the settings, and what the text says of itself."""
 
+import itertools
 import subprocess
 import unittest
 
 from desktop import DesktopTest
-from program import EDITOR, Atspi, GLib, has_state
-from screen import wait_for
+from program import EDITOR, Atspi, GLib, children, extents, has_state
+from screen import wait_for, xdotool
 from walk import walk_windows
 
 
@@ -188,6 +189,52 @@ class AccessibleStates(DesktopTest):
             program.keys("Tab")
             wait_for("the next one after " + now, lambda: focused() not in (None, now))
         return visited[1:]
+
+    def test_texts_of_double_size_neither_meet_nor_are_cut(self):
+        self.set_environment("QT_FONT_DPI", "192")
+        self.write("alfa.md", "testo")
+        program = self.start()
+        wait_for("the text", lambda: program.has_focus("text", EDITOR))
+        # Narrower than it may be.
+        xdotool("windowsize", "--sync", program.window, 700, 500)
+        program.keys("ctrl+alt+f")
+        wait_for("the find bar", lambda: program.find("text", "Sostituisci con"))
+        self.expect_no_overlaps(program)
+        program.keys("ctrl+comma")
+        for control in ("Apri nel Finder", "A capo automatico", "Vai alla nota 1–9"):
+            wait_for("the page with " + control, lambda: program.find_named(control))
+            self.expect_no_overlaps(program)
+            program.keys("ctrl+Tab")
+        program.keys("Escape")
+        wait_for("the end of the settings", lambda: not program.find("page tab", "Generale"))
+        program.keys("Escape", "ctrl+shift+BackSpace")
+        wait_for("the question", lambda: program.find("push button", "Annulla"))
+        self.expect_no_overlaps(program)
+
+    def expect_no_overlaps(self, program):
+        """No control on show lies over another of its window, and each is within its window. The settings scroll."""
+        for window in children(program.application()):
+            if not has_state(window, "SHOWING"):
+                continue
+            controls, nodes = [], list(children(window))
+            while nodes:
+                node = nodes.pop()
+                if not has_state(node, "SHOWING") or node.get_role_name() in ("menu bar", "list", "scroll pane"):
+                    continue
+                parts = list(children(node))
+                nodes += parts
+                if node.get_role_name() in ("push button", "toggle button", "check box", "label", "text", "combo box",
+                                            "spin button") and not any(has_state(part, "SHOWING") for part in parts):
+                    controls.append((node.get_name(), extents(node)))
+            self.assertGreater(len(controls), 1)
+            room = extents(window)
+            for name, place in controls:
+                self.assertGreaterEqual((place.x, place.y), (room.x, room.y), name)
+                self.assertLessEqual(place.x + place.width, room.x + room.width, name)
+                self.assertTrue(place.y + place.height <= room.y + room.height or "Impostazioni" in window.get_name(), name)
+            for (one, a), (other, b) in itertools.combinations(controls, 2):
+                apart = a.x + a.width <= b.x or b.x + b.width <= a.x or a.y + a.height <= b.y or b.y + b.height <= a.y
+                self.assertTrue(apart or not a.width or not b.width, f"{one} and {other} meet in {window.get_name()}")
 
     def test_the_text_tells_where_the_caret_is_and_what_is_selected(self):
         program = self.start_with_notes()
