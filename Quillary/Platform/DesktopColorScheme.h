@@ -8,9 +8,9 @@ class QDBusVariant;
 
 namespace quillary {
 
-/// Whether the desktop prefers dark windows, as its settings portal says, followed live. Without a session bus or a
-/// portal it stays light. Source: org.freedesktop.portal.Settings, namespace org.freedesktop.appearance, key
-/// color-scheme (1 is dark).
+/// Whether the desktop prefers dark windows and higher contrast, as its settings portal says, followed live. Without a
+/// session bus or a portal it stays light and ordinary. Source: org.freedesktop.portal.Settings, namespace
+/// org.freedesktop.appearance, keys color-scheme (1 is dark) and contrast (1 is higher).
 class DesktopColorScheme : public QObject {
     Q_OBJECT
 
@@ -19,14 +19,19 @@ public:
 
     bool prefersDark() const { return m_prefersDark; }
 
+    bool prefersHighContrast() const { return m_prefersHighContrast; }
+
 Q_SIGNALS:
     void prefersDarkChanged();
+    void prefersHighContrastChanged();
 
 private:
     Q_SLOT void settingChanged(const QString& nameSpace, const QString& key, const QDBusVariant& value);
-    void take(const QVariant& value);
+    void read(QDBusConnection& bus, const QString& key);
+    void take(const QString& key, const QVariant& value);
 
     bool m_prefersDark = false;
+    bool m_prefersHighContrast = false;
 };
 
 } // namespace quillary

@@ -11,6 +11,7 @@ namespace quillary {
 Appearance::Appearance(QObject* parent) : QObject(parent) {
     QApplication::setStyle(new Style);
     connect(&m_desktop, &DesktopColorScheme::prefersDarkChanged, this, &Appearance::update);
+    connect(&m_desktop, &DesktopColorScheme::prefersHighContrastChanged, this, &Appearance::update);
     update();
 }
 
@@ -22,7 +23,9 @@ void Appearance::apply(AppAppearance appearance) {
 void Appearance::update() {
     const bool dark =
         m_appearance == AppAppearance::dark || (m_appearance == AppAppearance::system && m_desktop.prefersDark());
-    const QPalette palette = dark ? darkPalette() : lightPalette();
+    const QPalette palette = m_desktop.prefersHighContrast()
+                                 ? (dark ? highContrastDarkPalette() : highContrastLightPalette())
+                                 : (dark ? darkPalette() : lightPalette());
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
 }

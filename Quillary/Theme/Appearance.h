@@ -7,7 +7,8 @@
 
 namespace quillary {
 
-/// Gives the running application the palette of the chosen appearance; the system's is followed live.
+/// Gives the running application the palette of the chosen appearance; the system's is followed live, and so is its
+/// wish for more contrast.
 class Appearance : public QObject {
     Q_OBJECT
 

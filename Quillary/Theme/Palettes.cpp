@@ -81,4 +81,40 @@ QPalette darkPalette() {
                       .tip = 0xff2c2c30});
 }
 
+QPalette highContrastLightPalette() {
+    return paletteOf({.window = 0xffffffff,
+                      .text = 0xff000000,
+                      .secondaryText = 0xff333333,
+                      .base = 0xffffffff,
+                      .alternateBase = 0xfff0f0f0,
+                      .button = 0xffffffff,
+                      .selection = 0xff9cc8ff,
+                      .accent = 0xff003a9e,
+                      .edge = 0xff5a5a5a,
+                      .shadow = 0xff000000,
+                      .tip = 0xffffffff});
+}
+
+QPalette highContrastDarkPalette() {
+    return paletteOf({.window = 0xff000000,
+                      .text = 0xffffffff,
+                      .secondaryText = 0xffececec,
+                      .base = 0xff000000,
+                      .alternateBase = 0xff1a1a1a,
+                      .button = 0xff1a1a1a,
+                      .selection = 0xff1c4c8c,
+                      .accent = 0xff9fcbff,
+                      .edge = 0xffa6a6a6,
+                      .shadow = 0xff000000,
+                      .tip = 0xff1a1a1a});
+}
+
+bool isHighContrast(const QPalette& palette) {
+    const QRgb window = palette.color(QPalette::Window).rgb();
+    const QRgb text = palette.color(QPalette::Active, QPalette::WindowText).rgb();
+    constexpr QRgb black = 0xff000000;
+    constexpr QRgb white = 0xffffffff;
+    return (window == black && text == white) || (window == white && text == black);
+}
+
 } // namespace quillary

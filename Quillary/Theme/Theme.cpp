@@ -1,5 +1,7 @@
 #include "Quillary/Theme/Theme.h"
 
+#include "Quillary/Theme/Palettes.h"
+
 #include <QCoreApplication>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -73,7 +75,7 @@ const AdaptiveColor& syntaxColor(SyntaxTokenKind kind) {
 }
 
 QColor separator(const QPalette& palette) {
-    return textAt(palette, 0.12F);
+    return textAt(palette, isHighContrast(palette) ? 0.6F : 0.12F);
 }
 
 QColor editorBackground(const QPalette& palette) {
@@ -97,7 +99,7 @@ QColor searchFill(const QPalette& palette) {
 }
 
 QColor rowSelection(const QPalette& palette) {
-    return textAt(palette, 0.075F);
+    return textAt(palette, isHighContrast(palette) ? 0.2F : 0.075F);
 }
 
 QColor formatTint(NoteFormat format, const QPalette& palette) {

@@ -49,6 +49,28 @@ TEST(DesktopColorScheme, FollowsChangesAndTellsOnlyOfRealOnes) {
     EXPECT_FALSE(scheme.prefersDark());
 }
 
+TEST(DesktopColorScheme, TellsOfHigherContrastAtTheStartAndWhenItChanges) {
+    constexpr uint higher = 1;
+    PrivateBus bus;
+    FakePortal portal(bus.connection(), noPreference, higher);
+    DesktopColorScheme scheme(bus.connection());
+    EXPECT_FALSE(scheme.prefersHighContrast());
+    QSignalSpy changed(&scheme, &DesktopColorScheme::prefersHighContrastChanged);
+    QSignalSpy schemeChanged(&scheme, &DesktopColorScheme::prefersDarkChanged);
+    ASSERT_TRUE(changed.wait());
+    EXPECT_TRUE(scheme.prefersHighContrast());
+    EXPECT_FALSE(scheme.prefersDark());
+
+    const QString appearance = u"org.freedesktop.appearance"_s;
+    portal.change(u"org.gnome.desktop.a11y"_s, u"contrast"_s, noPreference);
+    portal.change(appearance, u"contrast"_s, higher);
+    portal.change(appearance, u"contrast"_s, noPreference);
+    ASSERT_TRUE(changed.wait());
+    EXPECT_EQ(changed.size(), 2);
+    EXPECT_FALSE(scheme.prefersHighContrast());
+    EXPECT_TRUE(schemeChanged.isEmpty());
+}
+
 TEST(DesktopColorScheme, StaysLightWithoutABus) {
     DesktopColorScheme scheme(QDBusConnection(u"no such connection"_s));
     EXPECT_FALSE(scheme.prefersDark());

@@ -76,6 +76,37 @@ TEST_P(EachAppearance, TextIsReadableOnEveryGround) {
     EXPECT_GE(contrastRatio(colors.color(QPalette::Link), base), readable);
 }
 
+TEST(Theme, HighContrastIsHigh) {
+    EXPECT_FALSE(isHighContrast(lightPalette()));
+    EXPECT_FALSE(isHighContrast(darkPalette()));
+    for (const QPalette& colors : {highContrastLightPalette(), highContrastDarkPalette()}) {
+        EXPECT_TRUE(isHighContrast(colors));
+        const bool dark = isDark(colors);
+        EXPECT_EQ(dark, colors.color(QPalette::Window) == QColor(Qt::black));
+        const QColor base = colors.color(QPalette::Base);
+        const QColor window = colors.color(QPalette::Window);
+        const QColor sidebar = Theme::sidebarBackground.in(colors);
+        const QColor selectedRow = blendedOver(Theme::rowSelection(colors), sidebar);
+        const QColor text = colors.color(QPalette::Text);
+        const QColor secondary = Theme::secondaryText(colors);
+        const QColor accent = colors.color(QPalette::Link);
+        constexpr double readable = 7;
+        for (const QColor& ground : {base, window, sidebar, selectedRow, colors.color(QPalette::Highlight),
+                                     colors.color(QPalette::Button), colors.color(QPalette::ToolTipBase)}) {
+            EXPECT_GE(contrastRatio(text, ground), readable) << dark << ground.name().toStdString();
+        }
+        for (const QColor& ground : {base, window, sidebar, selectedRow, colors.color(QPalette::Button)}) {
+            EXPECT_GE(contrastRatio(secondary, ground), readable) << dark << ground.name().toStdString();
+        }
+        constexpr double visible = 3;
+        for (const QColor& ground : {base, window, sidebar}) {
+            EXPECT_GE(contrastRatio(accent, ground), readable) << dark << ground.name().toStdString();
+            EXPECT_GE(contrastRatio(blendedOver(Theme::separator(colors), ground), ground), visible) << dark;
+            EXPECT_GE(contrastRatio(colors.color(QPalette::Mid), ground), visible) << dark;
+        }
+    }
+}
+
 TEST(Theme, ColoursAreThoseOfTheDesign) {
     struct Case {
         const char* name;
