@@ -105,7 +105,8 @@ void MarkdownPreview::mousePressEvent(QMouseEvent* event) {
         return;
     }
     // A text that may hold a link takes clicks and can't be selected by itself.
-    if (!layoutOf(position.row).isSelectableAt(position.offset)) {
+    const MarkdownRowLayout& layout = layoutOf(position.row);
+    if (!layout.isSelectableAt(position.offset - layout.textStart(m_rows, row(position.row)))) {
         m_selecting = Selecting::nothing;
         m_selectionOrigin = {position, position};
         select(position, position);
@@ -182,7 +183,8 @@ void MarkdownPreview::mouseDoubleClickEvent(QMouseEvent* event) {
         return;
     }
     const Position position = positionAt(event->position());
-    if (!layoutOf(position.row).isSelectableAt(position.offset)) {
+    const MarkdownRowLayout& layout = layoutOf(position.row);
+    if (!layout.isSelectableAt(position.offset - layout.textStart(m_rows, row(position.row)))) {
         return;
     }
     m_doubleClickPlace = event->position();
@@ -279,7 +281,9 @@ bool MarkdownPreview::focusNextPrevChild(bool next) {
     if (!link) {
         return QAbstractScrollArea::focusNextPrevChild(next);
     }
-    scrollIntoView(rectOf({link->row, layoutOf(link->row).startOfLink(link->link)}));
+    const MarkdownRowLayout& layout = layoutOf(link->row);
+    const qsizetype start = layout.textStart(m_rows, row(link->row)) + layout.startOfLink(link->link);
+    scrollIntoView(rectOf({link->row, start}));
     return true;
 }
 

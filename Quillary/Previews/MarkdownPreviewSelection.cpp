@@ -71,8 +71,12 @@ TextRange MarkdownPreview::selectionIn(qsizetype index) const {
         return {};
     }
     const qsizetype from = index == m_selectionStart.row ? m_selectionStart.offset : 0;
-    const qsizetype to = index == m_selectionEnd.row ? m_selectionEnd.offset : layoutOf(index).text().size();
-    return {from, std::max<qsizetype>(to - from, 0)};
+    const MarkdownRowLayout& layout = layoutOf(index);
+    const qsizetype start = layout.textStart(m_rows, row(index));
+    const qsizetype size = layout.text().size();
+    const qsizetype to = index == m_selectionEnd.row ? m_selectionEnd.offset - start : size;
+    const qsizetype first = std::clamp<qsizetype>(from - start, 0, size);
+    return {first, std::max<qsizetype>(std::min(to, size) - first, 0)};
 }
 
 void MarkdownPreview::select(Position start, Position end) {
@@ -120,7 +124,7 @@ MarkdownPreview::Position MarkdownPreview::positionAt(QPointF place) const {
     if (place.y() < content.top()) {
         return {index, 0};
     }
-    return {index, layout.positionAt(place - textOrigin(index, content))};
+    return {index, layout.textStart(m_rows, row(index)) + layout.positionAt(place - textOrigin(index, content))};
 }
 
 QRectF MarkdownPreview::rectOf(Position position) const {
@@ -128,7 +132,9 @@ QRectF MarkdownPreview::rectOf(Position position) const {
         return {};
     }
     const MarkdownRowLayout& layout = layoutOf(position.row);
-    return layout.rectOf(position.offset).translated(textOrigin(position.row, contentRect(position.row)));
+    const qsizetype inside = position.offset - layout.textStart(m_rows, row(position.row));
+    return layout.rectOf(std::max<qsizetype>(inside, 0))
+        .translated(textOrigin(position.row, contentRect(position.row)));
 }
 
 void MarkdownPreview::showPosition(Position position) {
@@ -149,16 +155,18 @@ std::pair<MarkdownPreview::Position, MarkdownPreview::Position> MarkdownPreview:
     if (m_selecting != Selecting::words) {
         return {position, position};
     }
-    const QString& text = layoutOf(position.row).text();
+    const MarkdownRowLayout& layout = layoutOf(position.row);
+    const QString& text = layout.text();
+    const qsizetype textStart = layout.textStart(m_rows, row(position.row));
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
-    finder.setPosition(position.offset);
-    qsizetype start = position.offset;
+    qsizetype start = std::clamp<qsizetype>(position.offset - textStart, 0, text.size());
+    finder.setPosition(start);
     if (!finder.isAtBoundary() || !finder.boundaryReasons().testFlag(QTextBoundaryFinder::StartOfItem)) {
         start = std::max<qsizetype>(finder.toPreviousBoundary(), 0);
     }
     finder.setPosition(start);
     const qsizetype end = finder.toNextBoundary();
-    return {{position.row, start}, {position.row, end < 0 ? text.size() : end}};
+    return {{position.row, textStart + start}, {position.row, textStart + (end < 0 ? text.size() : end)}};
 }
 
 void MarkdownPreview::extendSelectionTo(Position position) {

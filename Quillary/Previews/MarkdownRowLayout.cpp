@@ -171,6 +171,7 @@ void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& conte
     if (columns.areMany()) {
         first = columns.columnAt(context.viewLeft);
         last = columns.columnAt(context.viewLeft + context.width);
+        m_firstColumn = first;
     }
     const QFont& font = row.part.start == 0 ? style.headerCell : style.cell;
     const double top = row.piece == 0 ? MarkdownStyle::cellPaddingAlong : 0;
@@ -181,10 +182,13 @@ void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& conte
         }
         const double padding = MarkdownStyle::cellPaddingAcross;
         MarkdownStyledText styled = context.rows.cellText(row, column);
+        QString unshown;
         if (columns.areMany() && styled.text.size() > 1000) {
+            unshown = styled.text.sliced(1000);
             styled = styled.sliced(0, 1000);
         }
         Piece& piece = addPiece(styled, font, context, {columns.left(column) + padding, top});
+        m_text += unshown;
         piece.left = columns.left(column);
         piece.right = columns.left(column + 1);
         piece.isSelectable = !context.rows.mayHoldLink(row, column);
@@ -246,6 +250,17 @@ double MarkdownRowLayout::breakLines(Piece& piece, double width, double spacing,
     }
     layout.endLayout();
     return y;
+}
+
+qsizetype MarkdownRowLayout::textStart(const MarkdownRows& rows, const MarkdownRow& row) const {
+    if (!m_textStart) {
+        qsizetype start = 0;
+        for (qsizetype column = 0; column < m_firstColumn; ++column) {
+            start += rows.cellText(row, column).text.size() + 1;
+        }
+        m_textStart = start;
+    }
+    return *m_textStart;
 }
 
 const MarkdownRowLayout::Piece* MarkdownRowLayout::pieceHolding(qsizetype position) const {

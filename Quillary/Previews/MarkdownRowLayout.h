@@ -50,8 +50,12 @@ public:
     /// How far the first line of text reaches below the top, for the marker beside it.
     double firstBaseline() const { return m_firstBaseline; }
 
-    /// The text of the row: that of its cells with tabs between them.
+    /// The text of the row: that of its cells with tabs between them. Of a table of very many columns it begins with
+    /// the first one in view.
     const QString& text() const { return m_text; }
+
+    /// Where this text begins in that of the whole row.
+    qsizetype textStart(const MarkdownRows& rows, const MarkdownRow& row) const;
 
     /// The position that is nearest to a place.
     qsizetype positionAt(QPointF place) const;
@@ -107,6 +111,9 @@ private:
 
     std::vector<Piece> m_pieces;
     QString m_text;
+    qsizetype m_firstColumn = 0;
+    /// Worked out when it is asked for: there may be very many cells to read.
+    mutable std::optional<qsizetype> m_textStart;
     QStringList m_links;
     std::vector<LinkRun> m_linkRuns;
     double m_height = 0;

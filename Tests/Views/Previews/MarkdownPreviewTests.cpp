@@ -475,6 +475,35 @@ TEST(MarkdownPreview, AWideTableScrollsSidewaysByItself) {
     EXPECT_EQ(textAfter, text) << "the long text below it stays";
 }
 
+TEST(MarkdownPreview, WhatIsSelectedInAVeryWideTableIsWhatIsSeenThere) {
+    constexpr int columns = 100;
+    const auto line = [](auto cell) -> QString {
+        QString text = u"|"_s;
+        for (int column = 0; column < columns; ++column) {
+            text += cell(column) + u'|';
+        }
+        return text + u'\n';
+    };
+    const auto numbered = [](int column) { return u"**cella** numero%1"_s.arg(column); };
+    MarkdownPreviewOf preview(line(numbered) % line([](int) { return u"-"_s; }) % line(numbered));
+    const QPoint place = preview.view.contentRect(1).center().toPoint();
+    QWheelEvent event(place, preview.view.viewport()->mapToGlobal(place), {}, {-6000, 0}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(preview.view.viewport(), &event);
+    QTest::mouseDClick(preview.view.viewport(), Qt::LeftButton, {}, place);
+    preview.release(place);
+    const QString word = preview.view.selectedText();
+    ASSERT_TRUE(word == u"cella" || word.startsWith(u"numero"_s)) << word.toStdString();
+    const Position start = preview.view.selectionStart();
+    const QString before = preview.view.rowText(1).first(start.offset);
+    EXPECT_GT(before.count(u'\t'), 10) << "the first columns are out of view";
+    EXPECT_EQ(preview.view.positionAt(preview.view.rectOf(start).center() - QPointF(1, 0)).row, 1);
+    const QRectF first = preview.view.rectOf(start);
+    const QRectF last = preview.view.rectOf({1, preview.view.selectionEnd().offset - 1});
+    EXPECT_LE(first.left(), place.x());
+    EXPECT_GE(last.right(), place.x()) << "the word below the mouse";
+}
+
 TEST(MarkdownPreview, ALineOfATableThatIsCutLooksLikeOneLine) {
     MarkdownPreviewOf preview(u"|a|b|\n|-|-|\n|"_s % QString(u"*x* y "_s).repeated(700) % u"|z|\n|1|2|\n"_s,
                               {600, 4000});
