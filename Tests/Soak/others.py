@@ -158,11 +158,15 @@ class Others(User):
         self.settle(note)
 
     def step_sleep(self):
-        """As a computer that is closed and opened again."""
+        """As a computer that is closed and opened again, with a text that is not saved or with files that others write."""
         process = self.program.process
+        others_write = self.random.random() < 0.5
+        if others_write:
+            # Who writes a file waits for the text in it to be saved, which a program that sleeps never does.
+            self.settle_all()
         process.send_signal(signal.SIGSTOP)
         time.sleep(self.random.uniform(0.2, 2))
-        if self.random.random() < 0.5:
+        if others_write:
             self.step_foreign_write()
         process.send_signal(signal.SIGCONT)
         self.wait_for_input()
