@@ -79,18 +79,28 @@ std::vector<std::span<DatedPosition>> runsOfOneDate(std::span<DatedPosition> ent
 
 /// Brings each run into the order of its titles; equal titles keep theirs. Most comparisons are decided by a number
 /// that lies in what is sorted: the eight bytes behind those that all titles have in common.
-void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, const std::function<QString(qsizetype)>& title,
-                 const QString& locale) {
+void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, std::size_t noteCount,
+                 const std::function<QString(qsizetype)>& title, const QString& locale) {
     if (runs.empty()) {
         return;
     }
-    std::vector<QString> texts;
-    CollationKeys titles(locale);
     std::vector<TitledPosition> entries;
     for (const std::span<DatedPosition> run : runs) {
         for (const DatedPosition& dated : run) {
-            entries.push_back({.position = dated.position, .title = titles.size()});
-            titles.append(texts.emplace_back(title(dated.position)));
+            entries.push_back({.position = dated.position});
+        }
+    }
+    // Titles are asked for in the order of the notes, whose facts lie in memory one behind the other.
+    std::vector<TitledPosition*> entryOfNote(noteCount, nullptr);
+    for (TitledPosition& entry : entries) {
+        entryOfNote[static_cast<std::size_t>(entry.position)] = &entry;
+    }
+    std::vector<QString> texts;
+    CollationKeys titles(locale);
+    for (TitledPosition* const entry : entryOfNote) {
+        if (entry != nullptr) {
+            entry->title = titles.size();
+            titles.append(texts.emplace_back(title(entry->position)));
         }
     }
     const qsizetype prefix = commonPrefix(titles);
@@ -169,7 +179,7 @@ std::vector<qsizetype> sortedPositions(const std::vector<Moment>& dates, const s
     std::ranges::sort(entries, [](const DatedPosition& a, const DatedPosition& b) {
         return a.date != b.date ? a.date > b.date : a.position < b.position;
     });
-    sortByTitle(runsOfOneDate(entries), title, locale);
+    sortByTitle(runsOfOneDate(entries), dates.size(), title, locale);
 
     std::vector<qsizetype> positions(entries.size());
     std::ranges::transform(entries, positions.begin(), &DatedPosition::position);

@@ -142,6 +142,16 @@ TEST(NoteSortOrder, AsksOnceForATitleAndOnlyWhereDatesAreEqual) {
     EXPECT_EQ(asked, (QMap<qsizetype, int>{{1, 1}, {3, 1}, {5, 1}}));
 }
 
+TEST(NoteSortOrder, AsksForTitlesInTheOrderOfTheNotes) {
+    std::vector<qsizetype> asked;
+    const auto title = [&asked](qsizetype position) {
+        asked.push_back(position);
+        return u"a"_s;
+    };
+    EXPECT_THAT(sortedPositions({at(1), at(2), at(1), at(2)}, title, u"it"_s), testing::ElementsAre(1, 3, 0, 2));
+    EXPECT_THAT(asked, testing::ElementsAre(0, 1, 2, 3));
+}
+
 TEST(NoteSortOrder, SortsAsItCompares) {
     std::vector<NoteSortKey> keys;
     keys.reserve(300);
