@@ -78,15 +78,16 @@ void DetailView::update() {
 
 void DetailView::showSelection(const QList<NoteItemPtr>& items) {
     m_status->setItem(nullptr);
-    const bool isComparison = m_store.isShowingDiff() && items.size() == 2;
-    const bool isOther = !isComparison && selection()->items() != items;
-    if (!isComparison) {
-        selection()->setItems(items);
-    }
-    present(isComparison ? static_cast<QWidget*>(comparison()) : selection());
-    // A click that adds a note to the selection has just given the list the keyboard, and Return is the panel's.
-    if (isOther && qobject_cast<QLineEdit*>(window()->focusWidget()) == nullptr) {
-        m_selection->setFocus(Qt::OtherFocusReason);
+    if (m_store.isShowingDiff() && items.size() == 2) {
+        present(comparison());
+    } else {
+        const bool isOther = selection()->items() != items;
+        m_selection->setItems(items);
+        present(m_selection);
+        // A click that adds a note to the selection has just given the list the keyboard, and Return is the panel's.
+        if (isOther && qobject_cast<QLineEdit*>(window()->focusWidget()) == nullptr) {
+            m_selection->setFocus(Qt::OtherFocusReason);
+        }
     }
     m_toolbar->follow(nullptr, m_store.isShowingDiff() ? tr("Confronto") : tr("%1 note selezionate").arg(items.size()));
 }
