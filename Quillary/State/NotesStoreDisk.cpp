@@ -83,13 +83,19 @@ void NotesStore::scheduleRefresh() {
 }
 
 void NotesStore::refreshFromDisk() {
+    const auto device = deviceOf(m_fileStore.directory());
     const auto listing = m_fileStore.list();
     if (!listing || isVolumeGone(*listing)) {
         awaitReturn();
         return;
     }
-    if (!m_isLoaded) {
-        // Without its layout the first change of the arrangement would overwrite the stored one.
+    if (device != deviceOf(m_fileStore.directory())) {
+        // The volume went or came meanwhile, and the listing may be half of one and half of another.
+        scheduleRefresh();
+        return;
+    }
+    if (!m_isLoaded || (m_notes.isEmpty() && m_folders.isEmpty() && device != m_device)) {
+        // A volume has come. Without its layout the first change of the arrangement would overwrite the stored one.
         loadAll();
         return;
     }

@@ -190,6 +190,10 @@ Result<NoteFileStore::Listing, FileError> NoteFileStore::list() const {
         const qsizetype count = notes.size();
         if (!collectNotes(folder, notes, nullptr)) {
             notes.resize(count);
+            // A folder may have gone meanwhile, but if all of them have, with their volume, nothing is known of them.
+            if (const auto directory = DirectoryReader::open(m_directory); !directory) {
+                return FileError(directory.error());
+            }
         }
     }
     return listing;
