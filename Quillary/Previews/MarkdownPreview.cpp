@@ -21,6 +21,7 @@ constexpr std::chrono::milliseconds scrollTime(250);
 /// What is kept laid out beyond the viewport, in rows.
 constexpr std::size_t keptLayouts = 400;
 constexpr int keptTokens = 400'000;
+constexpr double leastPageWidth = 60;
 
 } // namespace
 
@@ -124,10 +125,14 @@ double MarkdownPreview::estimatedHeight(const MarkdownRow& row) const {
     }
     const bool isHeading = row.kind == MarkdownRow::Kind::heading;
     const double scale = isHeading ? m_style.headingSize(row.level) / m_style.baseSize : 1;
-    const auto units = static_cast<double>(m_rows.lengthOf(row));
-    const double width = contentWidth(row);
-    const double lines = std::max(std::ceil(units * m_style.averageAdvance * scale / std::max(width, 1.0)),
-                                  static_cast<double>(m_rows.rawText(row).count(u'\n') + 1));
+    const QStringView raw = m_rows.rawText(row);
+    const double width =
+        static_cast<double>(row.isPiece ? m_rows.lengthOf(row) : raw.size()) * m_style.averageAdvance * scale;
+    double lines = static_cast<double>(raw.count(u'\n') + 1);
+    // Of half a million rows most have a word or none, and fit however narrow the page is.
+    if (width > m_style.leastWidth(leastPageWidth)) {
+        lines = std::max(lines, std::ceil(width / std::max(contentWidth(row), 1.0)));
+    }
     double height = lines * m_style.lineHeight * scale;
     if (!isHeading) {
         height += (lines - 1) * m_style.lineSpacing;
@@ -138,7 +143,8 @@ double MarkdownPreview::estimatedHeight(const MarkdownRow& row) const {
 }
 
 double MarkdownPreview::pageWidth() const {
-    return std::clamp(viewport()->width() - 2 * MarkdownStyle::paddingAcross, 60.0, MarkdownStyle::columnWidth);
+    return std::clamp(viewport()->width() - 2 * MarkdownStyle::paddingAcross, leastPageWidth,
+                      MarkdownStyle::columnWidth);
 }
 
 double MarkdownPreview::pageLeft() const {

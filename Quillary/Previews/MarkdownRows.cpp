@@ -2,13 +2,11 @@
 
 #include "QuillaryCore/Formats/MarkdownInline.h"
 #include "QuillaryCore/Formats/MarkdownLinks.h"
-#include "QuillaryCore/Formats/MarkdownList.h"
 #include "QuillaryCore/Formats/MarkdownParser.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
 #include <algorithm>
 #include <array>
-#include <deque>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -113,143 +111,134 @@ qint32 narrowed(qsizetype number) {
     return static_cast<qint32>(number);
 }
 
+int digitCount(qsizetype number) {
+    int digits = 1;
+    for (; number >= 10; number /= 10) {
+        ++digits;
+    }
+    return digits;
+}
+
+/// Goes through the nodes of the block tree, which lie in the order in which they are read, each container before what
+/// is in it.
 class Flattener {
 public:
-    explicit Flattener(MarkdownRows& rows) : m_rows(rows) {}
+    explicit Flattener(MarkdownRows& rows) : m_rows(rows), m_tree(*rows.blocks.tree()) {}
 
     void run() {
-        openBlocks(m_rows.blocks, -1, Gap::block);
-        while (!m_levels.empty()) {
-            Level& level = m_levels.back();
-            if (level.isList) {
-                stepList(level);
+        addLevel({.end = m_tree.nodes.size()});
+        for (std::size_t node = 0; !m_levels.empty();) {
+            if (node == m_levels.back().end) {
+                close();
             } else {
-                stepBlocks(level);
+                node = step(node);
             }
         }
     }
 
 private:
-    using Items = MarkdownSequence<MarkdownListItem>;
-
     /// A list, or the blocks of a quote, an item or the whole, that is being gone through.
     struct Level {
-        bool isList = false;
-        MarkdownBlocks blocks;
-        Items items;
-        std::optional<MarkdownBlocks::Iterator> block;
-        std::optional<Items::Iterator> item;
+        /// The first node that isn't in it.
+        std::size_t end = 0;
         qint32 frame = -1;
-        Gap gap = Gap::none;
+        Gap gap = Gap::block;
         bool isFirst = true;
         bool isItem = false;
-        qsizetype index = 0;
+        // Of a list
+        bool isOrdered = false;
+        quint8 digits = 0;
+        /// Of the next item.
+        qsizetype number = 0;
         // How things stood before it
         qint32 firstRow = 0;
         quint8 begun = 0;
-        // Of a list
-        bool isOrdered = false;
-        qsizetype number = 0;
-        quint8 digits = 0;
     };
 
-    Level& addLevel() {
-        Level& level = m_levels.emplace_back();
+    void addLevel(Level level) {
         level.firstRow = nextRow();
         level.begun = m_begun;
-        return level;
-    }
-
-    Level& openBlocks(const MarkdownBlocks& blocks, qint32 frame, Gap gap) {
-        Level& level = addLevel();
-        level.blocks = blocks;
-        level.block.emplace(level.blocks.begin());
-        level.frame = frame;
-        level.gap = gap;
-        return level;
+        m_levels.push_back(level);
     }
 
     /// Goes on with the blocks of a quote or an item that stands in `around`.
-    void openFrame(const MarkdownBlocks& blocks, qint32 around, const MarkdownFrame& kind) {
-        Level& level = openBlocks(blocks, around, Gap::nested);
-        level.isItem = !kind.isQuote();
-        level.frame = beginFrame(around, kind);
+    void openFrame(std::size_t node, qint32 around, const MarkdownFrame& kind) {
+        addLevel({.end = m_tree.endOf(node), .gap = Gap::nested, .isItem = !kind.isQuote()});
+        m_levels.back().frame = beginFrame(around, kind);
     }
 
-    void openList(const MarkdownList& list, qint32 frame) {
-        Level& level = addLevel();
-        level.isList = true;
-        level.items = list.items();
-        level.item.emplace(level.items.begin());
-        level.frame = frame;
-        level.gap = Gap::item;
-        level.isOrdered = list.isOrdered();
-        level.number = list.start();
-        const qsizetype last = level.number + (level.isOrdered ? level.items.size() : 1) - 1;
-        level.digits = static_cast<quint8>(QString::number(last).size());
+    void openList(std::size_t node, qint32 frame) {
+        const MarkdownTree::Node& list = m_tree.nodes[node];
+        const std::size_t end = m_tree.endOf(node);
+        const qsizetype number = list.extent.number;
+        qsizetype last = number;
+        if (list.isOrdered) {
+            last = number - 1;
+            for (std::size_t item = node + 1; item != end; item = m_tree.endOf(item)) {
+                ++last;
+            }
+        }
+        addLevel({.end = end,
+                  .frame = frame,
+                  .gap = Gap::item,
+                  .isOrdered = list.isOrdered,
+                  .digits = static_cast<quint8>(digitCount(last)),
+                  .number = number});
     }
 
-    void stepBlocks(Level& level) {
-        if (*level.block == level.blocks.end()) {
-            close(level);
-            return;
-        }
-        const MarkdownBlock block = **level.block;
-        ++*level.block;
-        beginChild(level);
-        const qint32 frame = level.frame;
-        switch (block.kind()) {
-        case MarkdownBlock::Kind::heading:
-        case MarkdownBlock::Kind::paragraph:
-            addText(block, frame);
-            break;
-        case MarkdownBlock::Kind::code:
-            addCode(block, frame);
-            break;
-        case MarkdownBlock::Kind::quote:
-            openFrame(block.blocks(), frame, {});
-            break;
-        case MarkdownBlock::Kind::list:
-            openList(block.list(), frame);
-            break;
-        case MarkdownBlock::Kind::table:
-            addTable(block, frame);
-            break;
-        case MarkdownBlock::Kind::rule:
-            addRow(Kind::rule, frame);
-            break;
-        }
-    }
-
-    void stepList(Level& level) {
-        if (*level.item == level.items.end()) {
-            close(level);
-            return;
-        }
-        const MarkdownListItem item = **level.item;
-        ++*level.item;
-        beginChild(level);
-        const qsizetype number = level.number + level.index++;
+    void openItem(std::size_t node, Level& list) {
         MarkdownFrame frame;
-        frame.digits = level.digits;
-        if (const std::optional<bool> checked = item.checked()) {
-            frame.marker = *checked ? MarkdownFrame::Marker::done : MarkdownFrame::Marker::open;
-        } else if (level.isOrdered) {
+        frame.digits = list.digits;
+        const MarkdownTree::Check check = m_tree.nodes[node].check;
+        if (check != MarkdownTree::Check::none) {
+            const bool isDone = check == MarkdownTree::Check::done;
+            frame.marker = isDone ? MarkdownFrame::Marker::done : MarkdownFrame::Marker::open;
+        } else if (list.isOrdered) {
             frame.marker = MarkdownFrame::Marker::number;
-            frame.number = narrowed(number);
+            frame.number = narrowed(list.number);
         } else {
             frame.marker = MarkdownFrame::Marker::bullet;
         }
-        openFrame(item.blocks(), level.frame, frame);
+        ++list.number;
+        openFrame(node, list.frame, frame);
     }
 
-    void beginChild(Level& level) {
+    /// Reads a node, and gives the one to read next: of a container the first one in it.
+    std::size_t step(std::size_t node) {
+        Level& level = m_levels.back();
         if (!std::exchange(level.isFirst, false)) {
             m_gap = level.gap;
         }
+        const qint32 frame = level.frame;
+        switch (m_tree.nodes[node].kind) {
+        case MarkdownTree::Kind::heading:
+        case MarkdownTree::Kind::paragraph:
+            addText(m_tree.nodes[node], frame);
+            break;
+        case MarkdownTree::Kind::code:
+            addCode(m_tree.nodes[node], frame);
+            break;
+        case MarkdownTree::Kind::table:
+            addTable(MarkdownTable(m_rows.blocks.tree(), node), frame);
+            return m_tree.endOf(node);
+        case MarkdownTree::Kind::rule:
+            addRow(Kind::rule, frame);
+            return m_tree.endOf(node);
+        case MarkdownTree::Kind::quote:
+            openFrame(node, frame, {});
+            break;
+        case MarkdownTree::Kind::list:
+            openList(node, frame);
+            break;
+        case MarkdownTree::Kind::item:
+            openItem(node, level);
+            break;
+        }
+        return node + 1;
     }
 
-    void close(const Level& level) {
+    void close() {
+        const Level level = m_levels.back();
         // An item has its marker even with nothing in it.
         if (level.isItem && level.firstRow == nextRow()) {
             addRow(Kind::blank, level.frame);
@@ -307,19 +296,20 @@ private:
         }
     }
 
-    void addText(const MarkdownBlock& block, qint32 frame) {
-        const bool isHeading = block.kind() == MarkdownBlock::Kind::heading;
+    void addText(const MarkdownTree::Node& block, qint32 frame) {
+        const bool isHeading = block.kind == MarkdownTree::Kind::heading;
         const auto add = [&]() -> MarkdownRow& {
             MarkdownRow& row = addRow(isHeading ? Kind::heading : Kind::paragraph, frame);
-            row.level = isHeading ? static_cast<quint8>(block.level()) : 0;
+            row.level = block.level;
             return row;
         };
-        if (!takesPieces(block.text(), {})) {
-            add().text = block.storedText();
+        const QStringView text = m_tree.view(block.text);
+        if (!takesPieces(text, {})) {
+            add().text = block.text;
             return;
         }
-        const Portion portion{holdsEndlessWord(block.text()) ? usualText : Portion().units, pieceRuns};
-        const qint32 source = addLongText(block.text(), portion);
+        const Portion portion{holdsEndlessWord(text) ? usualText : Portion().units, pieceRuns};
+        const qint32 source = addLongText(text, portion);
         const qint32 first = nextRow();
         for (const qint32 start : m_rows.longTexts.back().starts) {
             MarkdownRow& row = add();
@@ -334,13 +324,11 @@ private:
         return narrowed(static_cast<qsizetype>(m_rows.longTexts.size())) - 1;
     }
 
-    void addCode(const MarkdownBlock& block, qint32 frame) {
-        const QStringView text = block.text();
+    void addCode(const MarkdownTree::Node& block, qint32 frame) {
+        const QStringView text = m_tree.view(block.text);
         MarkdownRows::Code code;
         code.text = text;
-        if (const std::optional<QStringView> language = block.language()) {
-            code.language = language->toString();
-        }
+        code.language = m_tree.language(block).toString();
         const qint32 source = narrowed(static_cast<qsizetype>(m_rows.codes.size()));
         const qint32 first = nextRow();
         qsizetype start = 0;
@@ -379,8 +367,7 @@ private:
         m_rows.codes.push_back(std::move(code));
     }
 
-    void addTable(const MarkdownBlock& block, qint32 frame) {
-        const MarkdownTable table = block.table();
+    void addTable(const MarkdownTable& table, qint32 frame) {
         const qint32 source = narrowed(static_cast<qsizetype>(m_rows.tables.size()));
         m_rows.tables.push_back(table);
         const qint32 first = nextRow();
@@ -431,8 +418,8 @@ private:
     static constexpr std::array<qint32, 5> noChildren = {-1, -1, -1, -1, -1};
 
     MarkdownRows& m_rows;
-    /// Iterators point into the levels, which therefore don't move.
-    std::deque<Level> m_levels;
+    const MarkdownTree& m_tree;
+    std::vector<Level> m_levels;
     /// The distance of the next row to the one before.
     Gap m_gap = Gap::none;
     /// How many of the open frames have no row yet.

@@ -91,8 +91,7 @@ double MarkdownStyle::left(const MarkdownRows& rows, qint32 frame, double availa
     for (; frame >= 0; frame = rows.frames[static_cast<std::size_t>(frame)].parent) {
         left += indent(rows.frames[static_cast<std::size_t>(frame)]);
     }
-    const double forWords = std::min(baseSize * 12, available);
-    return std::min(left, available - forWords);
+    return std::min(left, available - leastWidth(available));
 }
 
 } // namespace quillary

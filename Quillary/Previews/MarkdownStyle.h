@@ -4,6 +4,7 @@
 
 #include <QFont>
 
+#include <algorithm>
 #include <array>
 
 namespace quillary {
@@ -39,6 +40,9 @@ struct MarkdownStyle {
 
     /// What a frame moves its rows to the right.
     double indent(const MarkdownFrame& frame) const;
+
+    /// The room for some words that a row has on a page of a width, however deep it lies.
+    double leastWidth(double available) const { return std::min(baseSize * 12, available); }
 
     /// Where the content of a frame begins, however deep it lies: there is always room beside it for some words.
     double left(const MarkdownRows& rows, qint32 frame, double available) const;

@@ -51,6 +51,10 @@ public:
 
     bool isEmpty() const { return m_first == m_end; }
 
+    /// The tree that these are of, for those that read very many of its nodes: each element that is made of one shares
+    /// the tree, which costs more than what it is read for. Null for no elements that were never made.
+    const std::shared_ptr<const MarkdownTree>& tree() const { return m_tree; }
+
     /// What a text of the tree that these are of says.
     QStringView view(const MarkdownTree::Text& text) const { return m_tree->view(text); }
 
@@ -89,9 +93,6 @@ public:
 
     /// The text of a heading, a paragraph or a code block, its lines joined by line feeds.
     QStringView text() const { return m_tree->view(node().text); }
-
-    /// The same in the short form that a sequence of the tree's elements reads.
-    MarkdownTree::Text storedText() const { return node().text; }
 
     /// The language that a code block names.
     std::optional<QStringView> language() const;
