@@ -6,7 +6,8 @@
 #include "Quillary/Detail/FormatMenuButton.h"
 #include "Quillary/Detail/PreviewButton.h"
 #include "Quillary/Detail/SoloButton.h"
-#include "Quillary/Theme/Symbol.h"
+#include "Quillary/Theme/Hairline.h"
+#include "Quillary/Theme/SymbolLabel.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QHBoxLayout>
@@ -23,7 +24,7 @@ constexpr int symbolSize = 16;
 DetailToolbar::DetailToolbar(NotesStore& store, AppSettings& settings, SoloController& solo, QWidget* parent)
     : QWidget(parent),
       m_title(new EditableTitle(store, this)),
-      m_selectionImage(new QLabel(this)),
+      m_selectionImage(new SymbolLabel(this)),
       m_selectionTitle(new ElidedLabel(this)),
       m_format(new FormatMenuButton(store, this)),
       m_preview(new PreviewButton(store, settings, this)),
@@ -78,8 +79,7 @@ void DetailToolbar::follow(const NoteItemPtr& item, const std::optional<QString>
     m_selectionImage->setVisible(selectionTitle.has_value());
     m_selectionTitle->setVisible(selectionTitle.has_value());
     if (selectionTitle) {
-        const Symbol symbol = m_store.isShowingDiff() ? Symbol::comparison : Symbol::checklist;
-        m_selectionImage->setPixmap(symbolIcon(symbol).pixmap(QSize(symbolSize, symbolSize), devicePixelRatioF()));
+        m_selectionImage->setSymbol(m_store.isShowingDiff() ? Symbol::comparison : Symbol::checklist, symbolSize);
         m_selectionTitle->setText(*selectionTitle);
     }
     update();
@@ -96,7 +96,8 @@ void DetailToolbar::update() {
 
 void DetailToolbar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(QRect(0, height() - 1, width(), 1), Theme::separator(palette()));
+    const double line = Hairline::thicknessOn(*this);
+    painter.fillRect(QRectF(0, height() - line, width(), line), Theme::separator(palette()));
 }
 
 } // namespace quillary

@@ -7,8 +7,6 @@
 
 #include <optional>
 
-class QLabel;
-
 namespace quillary {
 
 class CopyContentButton;
@@ -18,6 +16,7 @@ class FormatMenuButton;
 class PreviewButton;
 class SoloButton;
 class SoloController;
+class SymbolLabel;
 
 /// The strip above the detail pane: the title of the note, or of a multiple selection, and the note's commands.
 class DetailToolbar : public QWidget {
@@ -38,7 +37,7 @@ private:
 
     NoteItemPtr m_item;
     EditableTitle* m_title;
-    QLabel* m_selectionImage;
+    SymbolLabel* m_selectionImage;
     ElidedLabel* m_selectionTitle;
     FormatMenuButton* m_format;
     PreviewButton* m_preview;

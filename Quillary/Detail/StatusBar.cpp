@@ -3,6 +3,7 @@
 #include "Quillary/Detail/ElidedLabel.h"
 #include "Quillary/Detail/SaveMark.h"
 #include "Quillary/Detail/ZoomControl.h"
+#include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QHBoxLayout>
@@ -76,7 +77,7 @@ void StatusBar::update() {
 
 void StatusBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(QRect(0, 0, width(), 1), Theme::separator(palette()));
+    painter.fillRect(QRectF(0, 0, width(), Hairline::thicknessOn(*this)), Theme::separator(palette()));
 }
 
 } // namespace quillary

@@ -1,5 +1,6 @@
 #include "Quillary/Previews/PreviewHeader.h"
 
+#include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QHBoxLayout>
@@ -40,7 +41,8 @@ void PreviewHeader::addControl(QWidget* control) {
 void PreviewHeader::paintEvent(QPaintEvent* event) {
     QWidget::paintEvent(event);
     QPainter painter(this);
-    painter.fillRect(QRect(0, height() - 1, width(), 1), Theme::separator(palette()));
+    const double line = Hairline::thicknessOn(*this);
+    painter.fillRect(QRectF(0, height() - line, width(), line), Theme::separator(palette()));
 }
 
 } // namespace quillary

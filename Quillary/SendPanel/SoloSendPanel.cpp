@@ -9,7 +9,7 @@
 #include "Quillary/Solo/SoloSessions.h"
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/Theme/SegmentedPicker.h"
-#include "Quillary/Theme/Symbol.h"
+#include "Quillary/Theme/SymbolLabel.h"
 #include "Quillary/Theme/Theme.h"
 #include "Quillary/Theme/ToolTip.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
@@ -173,7 +173,9 @@ QProgressBar* SoloSendPanel::makeProgress() {
 
 QWidget* SoloSendPanel::makeFailure() {
     auto* const failure = new QWidget(this);
-    m_failureImage = new QLabel(failure);
+    auto* const image = new SymbolLabel(failure);
+    image->setSymbol(Symbol::warning, failureSize);
+    image->setAccessibleName(tr("Attenzione"));
     m_error = new QLabel(failure);
     m_error->setWordWrap(true);
     m_error->setTextFormat(Qt::PlainText);
@@ -181,7 +183,7 @@ QWidget* SoloSendPanel::makeFailure() {
     auto* const row = new QHBoxLayout(failure);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    row->addWidget(m_failureImage, 0, Qt::AlignTop);
+    row->addWidget(image, 0, Qt::AlignTop);
     row->addWidget(m_error, 1);
     return failure;
 }
@@ -320,7 +322,6 @@ void SoloSendPanel::enable(QWidget& control, bool isEnabled) {
 
 void SoloSendPanel::showError() {
     m_error->setText(m_solo.errorMessage().value_or(QString()));
-    m_failureImage->setPixmap(symbolIcon(Symbol::warning).pixmap(QSize(failureSize, failureSize), devicePixelRatioF()));
     m_failure->setVisible(m_solo.errorMessage().has_value());
 }
 

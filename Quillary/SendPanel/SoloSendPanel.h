@@ -76,7 +76,6 @@ private:
     QCheckBox* m_submit = nullptr;
     QCheckBox* m_bringToFront = nullptr;
     QWidget* m_failure = nullptr;
-    QLabel* m_failureImage = nullptr;
     QLabel* m_error = nullptr;
     QProgressBar* m_progress = nullptr;
     /// A control that was disabled while it had the keyboard, and what has it since then.

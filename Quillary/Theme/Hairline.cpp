@@ -14,9 +14,9 @@ Hairline::Hairline(Qt::Orientation axis, QWidget* parent) : QWidget(parent), m_a
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-double Hairline::thickness() const {
+double Hairline::thicknessOn(const QPaintDevice& device) {
     constexpr double halfPoint = 0.5;
-    return std::max(halfPoint, 1 / devicePixelRatioF());
+    return std::max(halfPoint, 1 / device.devicePixelRatioF());
 }
 
 QSize Hairline::sizeHint() const {

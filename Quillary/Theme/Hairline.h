@@ -14,8 +14,10 @@ public:
 
     Qt::Orientation axis() const { return m_axis; }
 
-    /// In logical pixels, on the screen that the line is on.
-    double thickness() const;
+    /// In logical pixels, on the screen that the line is on; and for lines that others paint, on what they paint on.
+    double thickness() const { return thicknessOn(*this); }
+
+    static double thicknessOn(const QPaintDevice& device);
 
     QSize sizeHint() const override;
 

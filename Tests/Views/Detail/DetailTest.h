@@ -3,6 +3,7 @@
 #include "../NotesFolder.h"
 #include "Quillary/Detail/DetailView.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/Theme/Symbol.h"
 
 #include "Tests/State/FakeDesktop.h"
 
@@ -34,6 +35,11 @@ inline QAbstractButton* buttonOf(const QWidget& widget, const QString& text) {
         }
     }
     return nullptr;
+}
+
+/// Whether a button shows this symbol.
+inline bool shows(const QAbstractButton& button, Symbol symbol) {
+    return button.icon().pixmap(32).toImage() == symbolIcon(symbol).pixmap(32).toImage();
 }
 
 /// The detail pane in a window with the focus, over a folder of real notes.

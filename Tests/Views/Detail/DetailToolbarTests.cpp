@@ -3,6 +3,7 @@
 #include "Quillary/Detail/FormatMenuButton.h"
 #include "Quillary/Detail/HiddenSystemTitle.h"
 #include "Quillary/Keyboard/ShortcutAction.h"
+#include "Quillary/Theme/SymbolLabel.h"
 #include "QuillaryCore/Notes/NoteFormat.h"
 
 #include <QElapsedTimer>
@@ -54,6 +55,24 @@ TEST_F(DetailToolbarTest, TheFormatMenuListsAllFormatsAndMarksThePresentOne) {
     select(u"c"_s);
     EXPECT_EQ(formatButton()->text(), u"JSON"_s);
     EXPECT_EQ(checkedFormat()->text(), displayName(NoteFormat::json));
+}
+
+TEST_F(DetailToolbarTest, EachFormatCanBeChosenAndShowsItsBadge) {
+    select(u"b"_s);
+    const QList<QAction*> actions = formatButton()->menu()->actions();
+    ASSERT_EQ(actions.size(), static_cast<qsizetype>(std::size(allNoteFormats)));
+    qsizetype index = 0;
+    for (const NoteFormat format : allNoteFormats) {
+        actions[index]->trigger();
+        EXPECT_EQ(store().selectedItem()->format(), format);
+        EXPECT_EQ(store().selectedItem()->title(), u"b"_s);
+        EXPECT_EQ(formatButton()->text(), badge(format));
+        EXPECT_EQ(checkedFormat(), actions[index]);
+        ++index;
+    }
+    actions.last()->trigger();
+    EXPECT_EQ(checkedFormat(), actions.last()) << "the present one again";
+    EXPECT_EQ(store().errorMessage(), std::nullopt);
 }
 
 TEST_F(DetailToolbarTest, TheKeyboardAloneChangesTheFormat) {
@@ -128,11 +147,13 @@ TEST_F(DetailToolbarTest, ALargeNoteOfAFormatWithoutPreviewIsNotDisabledByItsSiz
 }
 
 TEST_F(DetailToolbarTest, CopyPutsTheTextOnTheClipboardAndShowsItForAMoment) {
+    EXPECT_TRUE(shows(*copyButton(), Symbol::copy));
     QElapsedTimer sinceFirstClick;
     sinceFirstClick.start();
     click(u"Copia il contenuto negli appunti (⌥⌘C)"_s);
     EXPECT_EQ(m_desktop.clipboard, u"alfa"_s);
     EXPECT_TRUE(copyButton()->didCopy());
+    EXPECT_TRUE(shows(*copyButton(), Symbol::check));
 
     m_desktop.clipboard = u"altro"_s;
     click(u"Copia il contenuto negli appunti (⌥⌘C)"_s);
@@ -140,11 +161,15 @@ TEST_F(DetailToolbarTest, CopyPutsTheTextOnTheClipboardAndShowsItForAMoment) {
     EXPECT_TRUE(copyButton()->didCopy());
     ASSERT_TRUE(QTest::qWaitFor([this] { return !copyButton()->didCopy(); }));
     EXPECT_GE(sinceFirstClick.elapsed(), 1200);
+    EXPECT_TRUE(shows(*copyButton(), Symbol::copy));
 }
 
 TEST_F(DetailToolbarTest, SeveralNotesAreCountedAndAComparisonIsNamed) {
     selectAll({u"a"_s, u"b"_s, u"c"_s});
     EXPECT_TRUE(shownTexts(m_view).contains(u"3 note selezionate"_s));
+    const auto* const image = m_view.findChild<SymbolLabel*>();
+    EXPECT_TRUE(image->isVisible());
+    EXPECT_EQ(image->symbol(), Symbol::checklist);
     EXPECT_EQ(button(u"Fai clic per rinominare"_s), nullptr);
     EXPECT_FALSE(copyButton()->isEnabled());
 
@@ -152,9 +177,11 @@ TEST_F(DetailToolbarTest, SeveralNotesAreCountedAndAComparisonIsNamed) {
     EXPECT_TRUE(shownTexts(m_view).contains(u"2 note selezionate"_s));
     store().showDiff();
     EXPECT_TRUE(shownTexts(m_view).contains(u"Confronto"_s));
+    EXPECT_EQ(image->symbol(), Symbol::comparison);
 
     store().clearMultiSelection();
     EXPECT_FALSE(shownTexts(m_view).contains(u"Confronto"_s));
+    EXPECT_FALSE(image->isVisible());
     EXPECT_NE(button(u"Fai clic per rinominare"_s), nullptr);
 }
 

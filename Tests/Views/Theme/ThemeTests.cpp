@@ -3,7 +3,7 @@
 #include "Quillary/Theme/Appearance.h"
 #include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Palettes.h"
-#include "Quillary/Theme/Symbol.h"
+#include "Quillary/Theme/SymbolLabel.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -249,6 +249,34 @@ TEST(Hairline, FillsItsAxisAndIsAsThinAsTheScreenAllows) {
         }
         EXPECT_EQ(painted, 12 * qRound(2 * line.thickness()));
         EXPECT_GT(image.pixelColor(isHorizontal ? 11 : 0, isHorizontal ? 0 : 11).alpha(), 0);
+    }
+}
+
+TEST(Hairline, ForLinesThatOthersPaintIsAsThinAsWhatTheyPaintOn) {
+    for (const auto& [ratio, thickness] :
+         {std::pair(1.0, 1.0), std::pair(1.25, 0.8), std::pair(2.0, 0.5), std::pair(3.0, 0.5)}) {
+        QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        EXPECT_DOUBLE_EQ(Hairline::thicknessOn(image), thickness);
+    }
+}
+
+TEST(SymbolLabel, HasTheColourOfTheTextInEveryAppearance) {
+    SymbolLabel label;
+    label.setSymbol(Symbol::checklist, 16);
+    EXPECT_EQ(label.sizeHint(), QSize(16, 16));
+    label.resize(16, 16);
+    for (const QPalette& palette : {lightPalette(), darkPalette(), lightPalette()}) {
+        label.setPalette(palette);
+        QImage expected(16, 16, QImage::Format_ARGB32_Premultiplied);
+        expected.fill(Qt::transparent);
+        QPainter painter(&expected);
+        drawSymbol(painter, Symbol::checklist, expected.rect(), palette.color(QPalette::WindowText));
+        painter.end();
+        QImage drawn(16, 16, QImage::Format_ARGB32_Premultiplied);
+        drawn.fill(Qt::transparent);
+        label.render(&drawn, {}, {}, {});
+        EXPECT_EQ(drawn, expected);
     }
 }
 
