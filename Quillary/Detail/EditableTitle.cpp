@@ -29,7 +29,7 @@ void EditableTitle::setItem(const NoteItemPtr& item) {
         if (m_store.contains(*m_item)) {
             commit(m_field->text());
         } else {
-            endEditing();
+            cancel();
         }
     }
     m_item = item;

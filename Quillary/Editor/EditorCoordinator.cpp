@@ -186,14 +186,12 @@ void EditorCoordinator::takeFocusIfAsked() {
         return;
     }
     m_lastFocusToken = token;
-    // The panes around may still be settling.
-    if (ZoomableTextView* view = textView()) {
-        QTimer::singleShot(0, view, [view] {
-            if (view->isVisibleTo(view->window())) {
-                view->setFocus(Qt::OtherFocusReason);
-            }
-        });
-    }
+    // The panes around may still be settling, and so may the selection: a note that goes leaves none for a moment.
+    QTimer::singleShot(0, this, [this] {
+        if (ZoomableTextView* const view = textView(); view && view->isVisibleTo(view->window())) {
+            view->setFocus(Qt::OtherFocusReason);
+        }
+    });
 }
 
 void EditorCoordinator::zoom(int step) {

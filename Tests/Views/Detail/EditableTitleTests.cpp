@@ -135,8 +135,11 @@ TEST_F(EditableTitleTest, AnotherNoteEndsTheEditWithTheNoteThatItBeganWith) {
 TEST_F(EditableTitleTest, ANoteThatGoesTakesItsEditWithIt) {
     beginEditing();
     QTest::keyClicks(field(), u"Nuovo"_s);
+    const qint64 token = store().editorFocusToken();
     store().moveToTrash({m_folder.note(u"a"_s)});
     EXPECT_FALSE(isEditing());
+    EXPECT_EQ(store().editorFocusToken(), token + 1);
+    EXPECT_TRUE(waitForEditorFocus());
     EXPECT_EQ(store().errorMessage(), std::nullopt);
     EXPECT_EQ(store().selectedItem()->title(), u"b"_s);
 }

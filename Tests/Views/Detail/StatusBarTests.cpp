@@ -1,9 +1,11 @@
 #include "Quillary/Detail/StatusBar.h"
 
 #include "DetailTest.h"
+#include "Quillary/Detail/SaveMark.h"
 #include "Quillary/Detail/ZoomControl.h"
 #include "Quillary/Editor/EditorView.h"
 #include "Quillary/Editor/ZoomableTextView.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QSignalSpy>
 
@@ -67,6 +69,28 @@ TEST_F(StatusBarTest, NamesALargeFileFromOneUnitOverAMillionOn) {
             EXPECT_EQ(label->toolTip(), u"Oltre 1 MB: anteprima formattata e colori della sintassi disattivati"_s);
         }
     }
+}
+
+TEST_F(StatusBarTest, TheMarkIsRoundAndHasTheColourOfTheState) {
+    const auto* const mark = m_view.findChild<SaveMark*>();
+    EXPECT_EQ(mark->size(), QSize(5, 5));
+    const auto colors = [this] {
+        QImage image(5, 5, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        m_view.findChild<SaveMark*>()->render(&image, {}, {}, {});
+        return std::pair(image.pixelColor(2, 2).rgb(), image.pixelColor(0, 0).alpha() < 255);
+    };
+    EXPECT_EQ(colors(), std::pair(Theme::diffAdded.in(m_view.palette()).rgb(), true));
+    QTest::keyClicks(m_view.findChild<EditorView*>()->textView(), u"x"_s);
+    EXPECT_EQ(colors(), std::pair(Theme::accentDot.rgb(), true));
+    store().saveDirtyNotes();
+    EXPECT_EQ(colors(), std::pair(Theme::diffAdded.in(m_view.palette()).rgb(), true));
+}
+
+TEST_F(ZoomControlTest, ButtonsShowWhatTheyDo) {
+    EXPECT_TRUE(shows(*smaller(), Symbol::remove));
+    EXPECT_TRUE(shows(*larger(), Symbol::add));
+    EXPECT_FALSE(shows(*larger(), Symbol::remove));
 }
 
 TEST_F(ZoomControlTest, ShowsTheSizeAsAPercentageOfTheDefault) {
