@@ -1,7 +1,7 @@
 #include "Quillary/Previews/InvalidJSONView.h"
 
 #include "Quillary/Previews/PreviewText.h"
-#include "Quillary/Theme/Symbol.h"
+#include "Quillary/Theme/SymbolLabel.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QFontMetrics>
@@ -56,6 +56,7 @@ public:
             spoken.append(QString::number(line.number) + u"  "_s + text);
         }
         setAccessibleName(spoken.join(u'\n'));
+        m_numberFont = fitting(QString::number(m_lines.isEmpty() ? 0 : m_lines.last().number));
         setMinimumSize(gutterWidth + 2 * linePadding + width,
                        m_lineHeight * static_cast<int>(std::max<qsizetype>(m_lines.size(), 1)));
     }
@@ -63,7 +64,6 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setFont(m_font);
         QRect row(0, 0, width(), m_lineHeight);
         for (const InvalidJSONView::ContextLine& line : m_lines) {
             if (line.number == m_faultLine) {
@@ -71,10 +71,12 @@ protected:
                 ground.setAlphaF(faultOpacity);
                 painter.fillRect(row, ground);
             }
+            painter.setFont(m_numberFont);
             painter.setPen(Theme::secondaryText(palette()));
             const QRect gutter(row.left(), row.top(), gutterWidth, row.height());
             painter.drawText(gutter, Qt::AlignRight | Qt::AlignVCenter | Qt::TextDontClip,
                              QString::number(line.number));
+            painter.setFont(m_font);
             painter.setPen(palette().color(QPalette::Text));
             painter.drawText(row.adjusted(gutterWidth + linePadding, 0, 0, 0),
                              Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, line.text);
@@ -83,9 +85,18 @@ protected:
     }
 
 private:
+    /// The font, or a smaller one in which the longest number has room in the gutter.
+    QFont fitting(const QString& number) const {
+        QFont font = m_font;
+        const double width = QFontMetricsF(font).horizontalAdvance(number);
+        font.setPointSizeF(font.pointSizeF() * std::min(gutterWidth / width, 1.0));
+        return font;
+    }
+
     QList<InvalidJSONView::ContextLine> m_lines;
     qint64 m_faultLine;
     QFont m_font;
+    QFont m_numberFont;
     int m_lineHeight = 0;
 };
 
@@ -96,8 +107,8 @@ InvalidJSONView::InvalidJSONView(const JSONParseError& error, const QString& sou
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
 
-    auto* const icon = new QLabel(this);
-    icon->setPixmap(symbolIcon(Symbol::warning).pixmap(static_cast<int>(std::lround(baseSize * 1.3))));
+    auto* const icon = new SymbolLabel(this);
+    icon->setSymbol(Symbol::warning, static_cast<int>(std::lround(baseSize * 1.3)));
     icon->setAccessibleName(tr("Attenzione"));
     auto* const message = new QLabel(tr("JSON non valido — ") + error.description(), this);
     message->setTextFormat(Qt::PlainText);

@@ -1,5 +1,6 @@
 #include "Quillary/Previews/JSONPreview.h"
 
+#include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Previews/InvalidJSONView.h"
 #include "Quillary/Previews/JSONRowsModel.h"
 #include "Quillary/Previews/JSONRowsView.h"
@@ -53,15 +54,15 @@ JSONPreview::JSONPreview(const QString& text, double baseSize, std::function<voi
       m_onFormat(std::move(onFormat)),
       m_parsed(JSONValue()),
       m_header(new PreviewHeader(this)),
-      m_format(new QPushButton(tr("Formatta testo"), m_header)),
+      m_format(new PaddedButton(tr("Formatta testo"), m_header)),
       m_model(new JSONRowsModel(this)),
       m_rows(new JSONRowsView(*m_model, this)),
       m_layout(new QVBoxLayout(this)) {
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
-    auto* const expand = new QPushButton(tr("Espandi tutto"), m_header);
-    auto* const collapse = new QPushButton(tr("Comprimi"), m_header);
-    for (QPushButton* const button : {m_format, expand, collapse}) {
+    auto* const expand = new PaddedButton(tr("Espandi tutto"), m_header);
+    auto* const collapse = new PaddedButton(tr("Comprimi"), m_header);
+    for (QPushButton* const button : std::initializer_list<QPushButton*>{m_format, expand, collapse}) {
         m_header->addControl(button);
     }
     connect(m_format, &QPushButton::clicked, this, [this] {

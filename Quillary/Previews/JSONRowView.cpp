@@ -68,7 +68,11 @@ QString JSONRowView::valueText(const JSONTreeRow& row) {
     case JSONValue::Kind::string: {
         const QString text = value.string();
         const bool isCut = text.size() > shownUnits;
-        const QString quoted = JSONFormatter::quoted(QStringView(text).first(std::min(text.size(), shownUnits)));
+        QStringView beginning = QStringView(text).first(std::min(text.size(), shownUnits));
+        if (isCut && beginning.back().isHighSurrogate()) {
+            beginning.chop(1);
+        }
+        const QString quoted = JSONFormatter::quoted(beginning);
         return PreviewText::oneLine(isCut ? quoted.chopped(1) + QChar(0x2026) : quoted, quoted.size() + 1);
     }
     case JSONValue::Kind::number:

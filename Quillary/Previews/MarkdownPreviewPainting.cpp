@@ -1,4 +1,5 @@
 #include "Quillary/Previews/MarkdownPreview.h"
+#include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QPaintEvent>
@@ -17,6 +18,11 @@ constexpr double beyond = 40;
 QColor withOpacity(QColor color, float opacity) {
     color.setAlphaF(opacity);
     return color;
+}
+
+/// The pixel's edge that is nearest. Places that differ by what sums of heights are rounded by have the same one.
+double settled(double place) {
+    return std::floor(place + 0.5 + 1e-6);
 }
 
 /// A box to tick: empty, or filled with a tick in the ground's colour.
@@ -80,12 +86,12 @@ void MarkdownPreview::paintRow(QPainter& painter, qsizetype index, const QRectF&
         paintBox(painter, painted, content);
     } else if (painted.kind == MarkdownRow::Kind::rule) {
         painter.fillRect(QRectF(content.left(), std::round(content.top() + m_style.ruleMargin), content.width(),
-                                MarkdownStyle::hairline),
+                                Hairline::thicknessOn(*this)),
                          Theme::separator(palette()));
         return;
     } else if (painted.kind == MarkdownRow::Kind::heading && MarkdownStyle::hasLine(painted.level) && painted.isLast) {
         painter.fillRect(QRectF(content.left(), content.bottom() - MarkdownStyle::hairline, content.width(),
-                                MarkdownStyle::hairline),
+                                Hairline::thicknessOn(*this)),
                          Theme::separator(palette()));
     }
 
@@ -133,8 +139,13 @@ void MarkdownPreview::paintFrames(QPainter& painter, qsizetype index, const QRec
             // From the quote's first row on the bar goes through the gaps between its rows.
             const double top = begun > 0 ? content.top() : content.top() - m_style.gap(painted.gap);
             const double left = contentLeft - m_style.indent(around);
-            painter.fillRect(QRectF(left, top, MarkdownStyle::quoteBarWidth, content.bottom() - top),
+            // Half a pixel has half the colour, so that all bars look alike; rows meet at whole ones.
+            painter.save();
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.fillRect(QRectF(QPointF(left, settled(top)),
+                                    QPointF(left + MarkdownStyle::quoteBarWidth, settled(content.bottom()))),
                              withOpacity(Theme::secondaryText(palette()), MarkdownStyle::quoteBarOpacity));
+            painter.restore();
         } else if (begun > 0) {
             const MarkdownRowLayout& layout = layoutOf(index);
             const double baseline = layout.firstBaseline() > 0 ? layout.firstBaseline() : m_style.lineHeight * 0.8;
@@ -175,9 +186,10 @@ void MarkdownPreview::paintBox(QPainter& painter, const MarkdownRow& boxed, cons
     }
     const double radius = isTable ? 4 : MarkdownStyle::codeRadius;
     const QColor line = Theme::separator(palette());
-    painter.setPen(QPen(line, 1));
+    const double border = Hairline::thicknessOn(*this);
+    painter.setPen(QPen(line, border));
     painter.setBrush(isTable ? Qt::NoBrush : QBrush(Theme::subtleFill(palette())));
-    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.drawRoundedRect(box.adjusted(border / 2, border / 2, -border / 2, -border / 2), radius, radius);
     if (!isTable) {
         const MarkdownRows::Code& code = m_rows.codes[static_cast<std::size_t>(boxed.part.source)];
         if (boxed.isFirst && !code.language.isEmpty()) {

@@ -4,6 +4,7 @@
 #include "Quillary/Previews/PreviewHeader.h"
 #include "Quillary/Theme/Contrast.h"
 #include "Quillary/Theme/Palettes.h"
+#include "Quillary/Theme/Theme.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -150,6 +151,57 @@ TEST(CSVPreview, MeasuresFollowTheSize) {
         EXPECT_EQ(preview.grid().horizontalHeader()->height(), qRound(size * 1.9));
         EXPECT_EQ(preview.grid().verticalHeader()->width(), qRound(size * 0.62 + 12));
         EXPECT_TRUE(preview.grid().horizontalHeader()->font().weight() == QFont::DemiBold);
+        for (const QFont& font : {preview.grid().font(), preview.grid().horizontalHeader()->font(),
+                                  preview.grid().verticalHeader()->font()}) {
+            EXPECT_NEAR(font.pointSizeF(), size * 0.95 * 0.75, 0.01);
+        }
+    }
+    const CSVPreviewOf tall(u"a\n"_s.repeated(1000));
+    EXPECT_EQ(tall.grid().verticalHeader()->width(), qRound(4 * 13 * 0.62 + 12)) << "as wide as its longest number";
+}
+
+TEST(CSVPreview, CellsHaveTheirPaddingAndTheHeaderItsGround) {
+    for (const double size : {9.0, 13.0, 28.0}) {
+        SCOPED_TRACE(size);
+        CSVPreviewOf preview(u"MM,n\nMM,1\nMM,2\n"_s, size);
+        preview.view.setPalette(lightPalette());
+        const QColor ground = Theme::editorBackground(lightPalette());
+        const auto firstInk = [&](const QImage& image, const QRect& place) {
+            for (int x = place.left(); x < place.right(); ++x) {
+                for (int y = place.top() + 1; y < place.bottom(); ++y) {
+                    if (image.pixelColor(x, y) != ground) {
+                        return x - place.left();
+                    }
+                }
+            }
+            return -1;
+        };
+        const QImage header = preview.grid().horizontalHeader()->grab().toImage();
+        const QImage cells = preview.grid().viewport()->grab().toImage();
+        const QRect cell = preview.grid().visualRect(preview.grid().model()->index(0, 0));
+        // The letter has its own side bearing.
+        const int bearing = qCeil(size * 0.2);
+        for (const int x : {firstInk(header, {0, 0, cell.width() - 1, header.height()}), firstInk(cells, cell)}) {
+            EXPECT_GE(x, 8);
+            EXPECT_LE(x, 8 + bearing);
+        }
+        const QRect number = preview.grid().visualRect(preview.grid().model()->index(0, 1));
+        EXPECT_GT(firstInk(cells, number), number.width() / 2) << "a number stands at the right";
+        EXPECT_LT(firstInk(header, {cell.width(), 0, number.width() - 1, header.height()}), 8 + bearing + 1)
+            << "but its heading at the left";
+        EXPECT_EQ(header.pixelColor(3, 3), ground);
+    }
+}
+
+TEST(CSVPreview, NoNumberStandsBesideTheHeader) {
+    CSVPreviewOf preview(u"a\n1\n"_s);
+    preview.view.setPalette(lightPalette());
+    const QImage image = preview.grid().grab().toImage();
+    const QSize corner(preview.grid().verticalHeader()->width() - 1, preview.grid().horizontalHeader()->height() - 1);
+    for (int y = 0; y < corner.height(); ++y) {
+        for (int x = 0; x < corner.width(); ++x) {
+            ASSERT_EQ(image.pixelColor(x, y), Theme::editorBackground(lightPalette())) << x << ' ' << y;
+        }
     }
 }
 

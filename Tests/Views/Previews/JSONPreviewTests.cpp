@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
 
@@ -339,6 +340,94 @@ TEST(JSONPreview, BecomesValidAndInvalidAgain) {
     EXPECT_TRUE(preview.list().isVisible());
     preview.view.rebuild(QString(), 13);
     EXPECT_NE(preview.view.findChild<InvalidJSONView*>(), nullptr);
+}
+
+TEST(JSONPreview, RowsStandAtTheirDepthBehindTheirMarks) {
+    JSONPreviewOf preview(uR"({"a":{"b":1},"c":[[]]})"_s);
+    preview.view.setPalette(lightPalette());
+    for (const double size : {9.0, 13.0, 28.0}) {
+        preview.view.rebuild(uR"({"a":{"b":1},"c":[[]]})"_s, size);
+        JSONRowsView& list = preview.list();
+        EXPECT_EQ(list.visualRect(list.model()->index(0, 0)).top(), 12);
+        const QImage image = list.viewport()->grab().toImage();
+        const QList<int> depths = {0, 1, 2, 1, 2};
+        for (int row = 0; row < depths.size(); ++row) {
+            SCOPED_TRACE(testing::Message() << row << " at " << size);
+            const QRect place = list.visualRect(list.model()->index(row, 0));
+            const auto hasInk = [&](int from, int to) {
+                for (int x = from; x < to; ++x) {
+                    for (int y = place.top(); y <= place.bottom(); ++y) {
+                        if (image.pixelColor(x, y) != lightPalette().color(QPalette::Base)) {
+                            return true;
+                        }
+                    }
+                }
+                return false;
+            };
+            const int mark = 18 + depths[row] * 16;
+            EXPECT_FALSE(hasInk(0, mark));
+            EXPECT_EQ(hasInk(mark, mark + 14), row != 2) << "the mark of a container";
+            EXPECT_TRUE(hasInk(mark + 14, mark + 14 + static_cast<int>(size * 0.95)));
+        }
+    }
+}
+
+TEST(JSONPreview, ButtonsHaveAirAroundTheirTexts) {
+    const JSONPreviewOf preview(u"{}"_s);
+    for (const QString& text : {u"Formatta testo"_s, u"Espandi tutto"_s, u"Comprimi"_s}) {
+        const QPushButton& button = preview.button(text);
+        EXPECT_GE(button.width(), button.fontMetrics().horizontalAdvance(text) + 20) << text.toStdString();
+    }
+}
+
+TEST(JSONPreview, AStringIsNeverCutWithinACharacter) {
+    const JSONPreviewOf preview(u"[\""_s % QString(499, u'x') % u"\U0001F600\U0001F600\"]"_s);
+    EXPECT_EQ(preview.rows().at(1), QString(u"0: \""_s % QString(499, u'x') % QChar(0x2026)));
+}
+
+TEST(InvalidJSONView, TintsTheLineOfTheFaultAndKeepsNumbersInTheGutter) {
+    for (const double size : {9.0, 13.0, 28.0}) {
+        for (const int line : {1, 111, 11'111}) {
+            SCOPED_TRACE(testing::Message() << line << " at " << size);
+            const QString text = u"[1,\n"_s % QString(u"1,\n"_s).repeated(std::max(line - 2, 0));
+            JSONPreview view(line == 1 ? u"}\n1\n1"_s : QString(text % u"}\n1\n1"_s), size, {});
+            view.setPalette(lightPalette());
+            view.resize(500, 700);
+            view.show();
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+            QWidget* const lines = view.findChild<QScrollArea*>()->widget();
+            const QImage image = lines->grab().toImage();
+            const int count = std::min(line - 1, 6) + 3;
+            const int height = qRound(size * 1.55);
+            const QColor ground = lightPalette().color(QPalette::Base);
+            const double opacity = 0.12;
+            const auto mix = [&](int below, int above) { return qRound(below + (above - below) * opacity); };
+            const QColor& dot = Theme::accentDot;
+            const QColor tinted(mix(ground.red(), dot.red()), mix(ground.green(), dot.green()),
+                                mix(ground.blue(), dot.blue()));
+            for (int row = 0; row < count; ++row) {
+                const QColor found = image.pixelColor(image.width() - 2, row * height + height / 2);
+                const QColor& expected = row == std::min(line - 1, 6) ? tinted : ground;
+                EXPECT_NEAR(found.red(), expected.red(), 1) << row;
+                EXPECT_NEAR(found.green(), expected.green(), 1) << row;
+                EXPECT_NEAR(found.blue(), expected.blue(), 1) << row;
+            }
+            const auto hasInk = [&](int from, int to) {
+                for (int x = from; x < to; ++x) {
+                    for (int y = 0; y < height * count; ++y) {
+                        if (image.pixelColor(x, y).lightness() < 170) {
+                            return true;
+                        }
+                    }
+                }
+                return false;
+            };
+            EXPECT_TRUE(hasInk(1, 36));
+            EXPECT_FALSE(hasInk(0, 1)) << "no number is cut off";
+            EXPECT_FALSE(hasInk(36, 46));
+            EXPECT_TRUE(hasInk(46, 46 + static_cast<int>(size)));
+        }
+    }
 }
 
 TEST(InvalidJSONView, ShowsSixLinesBeforeAndBehind) {
