@@ -36,7 +36,6 @@ CSVPreview::CSVPreview(const QString& text, double baseSize, QWidget* parent)
       m_body(new QStackedLayout) {
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
-    setFocusProxy(m_grid);
     m_headerBox->setChecked(m_firstRowIsHeader);
     m_header->addControl(m_headerBox);
     connect(m_headerBox, &QCheckBox::toggled, this, &CSVPreview::setFirstRowIsHeader);
@@ -64,7 +63,9 @@ void CSVPreview::rebuild(const QString& text, double baseSize) {
     m_grid->setMeasures(baseSize, m_columnWidths, QString::number(m_table.rowCount()).size());
     m_grid->horizontalScrollBar()->setValue(qRound(place.x() * growth));
     m_grid->verticalScrollBar()->setValue(qRound(place.y() * growth));
-    m_body->setCurrentWidget(m_table.rowCount() > 0 ? m_grid : m_noData);
+    const bool hasData = m_table.rowCount() > 0;
+    m_body->setCurrentWidget(hasData ? m_grid : m_noData);
+    setFocusProxy(hasData ? static_cast<QWidget*>(m_grid) : m_headerBox);
     showHeader();
 }
 

@@ -52,6 +52,7 @@ void NotePreview::refresh() {
     const NoteItemPtr note = m_store.selectedItem();
     const bool hasPreview = note && note->document() && note->canPreview();
     const bool isSame = hasPreview && note == m_note.lock() && note->format() == m_format;
+    const bool hadFocus = holdsFocus();
     if (m_preview && !isSame) {
         dropPreview();
     }
@@ -70,6 +71,15 @@ void NotePreview::refresh() {
         m_baseSize = m_settings.fontSize();
         rebuildPreview(text);
     }
+    // What had it may be gone, and somebody else would get the next keys.
+    if (hadFocus && !holdsFocus()) {
+        setFocus(Qt::OtherFocusReason);
+    }
+}
+
+bool NotePreview::holdsFocus() const {
+    const QWidget* const focused = window()->focusWidget();
+    return m_preview && focused && (focused == m_preview || m_preview->isAncestorOf(focused));
 }
 
 void NotePreview::follow(const NoteItemPtr& note) {

@@ -32,6 +32,7 @@ private:
     void noteDidChange(const NoteItem* note, NoteField field);
     void scheduleRefresh();
     void refresh();
+    bool holdsFocus() const;
     void follow(const NoteItemPtr& note);
     void makePreview(const QString& text);
     void rebuildPreview(const QString& text);

@@ -198,3 +198,34 @@ TEST_F(NotePreviewOf, TheKeyboardGoesToThePreview) {
     m_preview.setFocus();
     EXPECT_EQ(m_preview.focusProxy(), m_preview.preview());
 }
+
+TEST_F(NotePreviewOf, TheKeyboardStaysInThePreviewWhateverItShows) {
+    NoteItem& table = select(u"c"_s);
+    m_preview.activateWindow();
+    m_preview.setFocus();
+    const auto hasFocus = [this] {
+        const QWidget* const focused = m_preview.window()->focusWidget();
+        return focused != nullptr && (focused == m_preview.preview() || m_preview.preview()->isAncestorOf(focused));
+    };
+    EXPECT_TRUE(hasFocus());
+    edit(table, QString());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown<CSVPreview>()->table().rowCount() == 0; }));
+    EXPECT_TRUE(hasFocus()) << "a table without rows";
+
+    NoteItem& note = select(u"e"_s);
+    EXPECT_TRUE(hasFocus()) << "another format";
+    note.setShowsPreview(true);
+    shown<MarkdownPreview>()->followLink(u"a.md"_s);
+    EXPECT_EQ(firstRow(), u"Titolo"_s);
+    EXPECT_TRUE(hasFocus()) << "another note of the same format";
+
+    NoteItem& json = select(u"b"_s);
+    EXPECT_TRUE(hasFocus());
+    for (const QString& text : {u"{"_s, u"["_s, u"[1]"_s, u"]"_s}) {
+        edit(json, text);
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return shown<JSONPreview>()->parsed().hasValue() == (text == u"[1]"_s) || !hasFocus(); }));
+        QCoreApplication::sendPostedEvents();
+        EXPECT_TRUE(hasFocus()) << text.toStdString();
+    }
+}
