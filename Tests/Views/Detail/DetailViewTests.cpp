@@ -4,6 +4,7 @@
 #include "Quillary/Detail/SelectionPanel.h"
 #include "Quillary/Detail/StatusBar.h"
 #include "Quillary/Editor/EditorView.h"
+#include "Quillary/Editor/FindBar.h"
 #include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/Previews/NotePreview.h"
 #include "Quillary/State/NoteDocument.h"
@@ -148,6 +149,28 @@ TEST_F(DetailViewTest, SeveralNotesTakeThePlaceOfTheEditor) {
     EXPECT_TRUE(shows<EditorView>());
     EXPECT_FALSE(m_view.findChild<EditorView*>()->textView()->isReadOnly());
     EXPECT_TRUE(QTest::qWaitFor([this] { return m_view.findChild<EditorView*>()->textView()->hasFocus(); }));
+}
+
+TEST_F(DetailViewTest, TheFindBarIsThereOnlyAboveTheEditor) {
+    const auto isThere = [this] {
+        const auto* const bar = m_view.findChild<FindBar*>();
+        return bar != nullptr && bar->isVisible();
+    };
+    EXPECT_FALSE(isThere());
+    m_folder.find().show(false);
+    EXPECT_TRUE(isThere());
+    store().togglePreview();
+    EXPECT_FALSE(isThere());
+    store().togglePreview();
+    m_folder.find().show(false);
+    EXPECT_TRUE(isThere());
+    selectAll({u"a"_s, u"b"_s});
+    EXPECT_FALSE(isThere());
+    store().clearMultiSelection();
+    m_folder.find().show(false);
+    EXPECT_TRUE(isThere());
+    store().setSelectedID(std::nullopt);
+    EXPECT_FALSE(isThere());
 }
 
 TEST_F(DetailViewTest, NotesOfASelectionThatHaveGoneDoNotCount) {

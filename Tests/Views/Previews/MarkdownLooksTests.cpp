@@ -206,6 +206,25 @@ TEST(MarkdownLooks, CodeStandsInARoundedBoxWithRoomAround) {
     }
 }
 
+TEST(MarkdownLooks, CodeBeyondTheLongestThatIsColouredStaysPlain) {
+    const QString line = u"let a\n"_s;
+    const qsizetype longest = 300'000;
+    for (const qsizetype length : {longest, longest + 1}) {
+        // The line feed before the fence is not the code's.
+        QString code = line.repeated(longest / line.size() + 1).first(length);
+        code.back() = u'x';
+        const MarkdownPage page(u"```js\n"_s % code % u"\n```"_s);
+        const QRect keyword = page.character(0, 0).united(page.character(0, 2)).toRect();
+        bool isColoured = false;
+        for (int y = keyword.top(); y < keyword.bottom(); ++y) {
+            for (int x = keyword.left(); x < keyword.right(); ++x) {
+                isColoured |= page.image.pixelColor(x, y).saturation() > 120;
+            }
+        }
+        EXPECT_EQ(isColoured, length == longest);
+    }
+}
+
 TEST(MarkdownLooks, CellsHaveRoomAround) {
     for (const double size : sizes) {
         SCOPED_TRACE(size);
