@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include <cstdlib>
+#include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -24,7 +25,7 @@ constexpr int fewNotes = 10'000;
 constexpr int manyNotes = 100'000;
 constexpr int noteBytes = 4096;
 
-/// A directory of notes, each made by one write, as other programs make them.
+/// A directory of notes, each made by one write, as other programs make them, and each last changed at another time.
 class NotesDirectory {
 public:
     NotesDirectory(int count, int bytes) {
@@ -38,6 +39,10 @@ public:
                 std::perror("cannot make the notes");
                 std::exit(1);
             }
+            // The order of the dates is not that of the names: 7,919 is a prime, so no two are alike.
+            const timespec date = {.tv_sec = 1'700'000'000 + i * 7919LL % count * 60, .tv_nsec = 0};
+            const timespec dates[] = {date, date};
+            ::futimens(file, dates);
             ::close(file);
         }
     }

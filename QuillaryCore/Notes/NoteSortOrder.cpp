@@ -95,12 +95,11 @@ void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, std::size_t 
     for (TitledPosition& entry : entries) {
         entryOfNote[static_cast<std::size_t>(entry.position)] = &entry;
     }
-    std::vector<QString> texts;
     CollationKeys titles(locale);
     for (TitledPosition* const entry : entryOfNote) {
         if (entry != nullptr) {
             entry->title = titles.size();
-            titles.append(texts.emplace_back(title(entry->position)));
+            titles.append(title(entry->position));
         }
     }
     const qsizetype prefix = commonPrefix(titles);
@@ -118,7 +117,7 @@ void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, std::size_t 
             if (const int order = titles[a.title].compare(titles[b.title])) {
                 return order < 0;
             }
-            const int order = localizedStandardCompare(texts[a.title], texts[b.title], locale);
+            const int order = localizedStandardCompare(title(a.position), title(b.position), locale);
             return order != 0 ? order < 0 : a.position < b.position;
         });
         for (std::size_t i = 0; i < run.size(); ++i) {
@@ -176,9 +175,13 @@ std::vector<qsizetype> sortedPositions(const std::vector<Moment>& dates, const s
     for (std::size_t i = 0; i < dates.size(); ++i) {
         entries.push_back({.date = dates[i], .position = static_cast<qsizetype>(i)});
     }
-    std::ranges::sort(entries, [](const DatedPosition& a, const DatedPosition& b) {
+    const auto isBefore = [](const DatedPosition& a, const DatedPosition& b) {
         return a.date != b.date ? a.date > b.date : a.position < b.position;
-    });
+    };
+    // Without deciding dates they are in order already.
+    if (!std::ranges::is_sorted(entries, isBefore)) {
+        std::ranges::sort(entries, isBefore);
+    }
     sortByTitle(runsOfOneDate(entries), dates.size(), title, locale);
 
     std::vector<qsizetype> positions(entries.size());

@@ -56,7 +56,7 @@ bool areInIncreasingOrder(NoteSortOrder order, const NoteSortKey& a, const NoteS
 Moment decidingDate(NoteSortOrder order, Moment created, Moment modified);
 
 /// The positions in sorted order of notes with these deciding dates. Stable. `title` gives the title of the note at a
-/// position; it is asked only for notes that share their date with another one, and once for each.
+/// position; it is asked only for notes that share their date with another one.
 std::vector<qsizetype> sortedPositions(const std::vector<Moment>& dates, const std::function<QString(qsizetype)>& title,
                                        const QString& locale);
 
