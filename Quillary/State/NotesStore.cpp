@@ -24,6 +24,7 @@ NotesStore::NotesStore(AppSettings* settings, QObject* parent)
       m_fileStore(settings->notesDirectory()),
       m_refreshTask(250ms, [this] { refreshFromDisk(); }),
       m_preloadTask(preloadHeadStart, [this] { preloadDocuments(); }),
+      m_preloadMoreTask(0ms, [this] { preloadMoreDocuments(); }),
       m_preloader([this](const TextPreloader::Text& text) { attachPreloaded(text); }) {
     connect(settings, &AppSettings::sortOrderChanged, this, &NotesStore::resort);
     loadAll();

@@ -403,6 +403,7 @@ private:
     void selectionDidChange(std::optional<NoteID> previous);
     void attach(const QString& text, const QString& snippet, NoteItem& item);
     void preloadDocuments();
+    void preloadMoreDocuments();
     void attachPreloaded(const TextPreloader::Text& text);
     void insert(const NoteItemPtr& item);
     void remove(const QList<NoteItemPtr>& items);
@@ -484,8 +485,11 @@ private:
     DelayedTask m_refreshTask;
     bool m_isLoaded = false;
     std::optional<dev_t> m_device;
+    QList<NoteItemPtr> m_notesToPreload;
+    qsizetype m_preloadPosition = 0;
     QHash<FilePath, std::weak_ptr<NoteItem>> m_preloading;
     DelayedTask m_preloadTask;
+    DelayedTask m_preloadMoreTask;
     TextPreloader m_preloader;
 };
 

@@ -120,15 +120,6 @@ void NotesStore::attach(const QString& text, const QString& snippet, NoteItem& i
 /// again, and all others once it had time to be drawn.
 void NotesStore::preloadDocuments() {
     constexpr qsizetype rowsOfAWindow = 32;
-    const QList<NoteItemPtr> notes = m_preloadTask.isPending() ? visibleNotes().mid(0, rowsOfAWindow) : m_notes;
-    m_preloading.clear();
-    QList<FilePath> urls;
-    for (const NoteItemPtr& note : notes) {
-        if (!note->document() && !note->loadError()) {
-            urls.append(note->url());
-            m_preloading.insert(note->url(), note);
-        }
-    }
     const auto read = [store = m_fileStore](const FilePath& url) -> std::optional<TextPreloader::Text> {
         const auto info = store.info(url);
         const auto text = store.read(url);
@@ -137,7 +128,31 @@ void NotesStore::preloadDocuments() {
         }
         return TextPreloader::Text{url, *text, NoteSnippet::make(*text, NoteItem::snippetLength), info->modified};
     };
-    m_preloader.start(read, std::move(urls));
+    m_preloader.start(read, {});
+    m_preloading.clear();
+    m_notesToPreload = m_preloadTask.isPending() ? visibleNotes().mid(0, rowsOfAWindow) : m_notes;
+    m_preloadPosition = 0;
+    preloadMoreDocuments();
+}
+
+/// Asks for the texts of the next notes. Of ten thousand at once that would be felt.
+void NotesStore::preloadMoreDocuments() {
+    constexpr qsizetype notesAtATime = 500;
+    const qsizetype end = std::min(m_preloadPosition + notesAtATime, m_notesToPreload.size());
+    QList<FilePath> urls;
+    for (; m_preloadPosition < end; ++m_preloadPosition) {
+        const NoteItemPtr& note = m_notesToPreload.at(m_preloadPosition);
+        if (!note->document() && !note->loadError()) {
+            urls.append(note->url());
+            m_preloading.insert(note->url(), note);
+        }
+    }
+    m_preloader.add(urls);
+    if (end < m_notesToPreload.size()) {
+        m_preloadMoreTask.restart();
+    } else {
+        m_notesToPreload.clear();
+    }
 }
 
 /// Takes a text from the background, unless its note has gone, was opened already or has another name by now, or the

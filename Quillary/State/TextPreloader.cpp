@@ -27,14 +27,22 @@ TextPreloader::~TextPreloader() {
     }
 }
 
-void TextPreloader::start(Read read, QList<FilePath> urls) {
+void TextPreloader::start(Read read, const QList<FilePath>& urls) {
     {
         const std::lock_guard lock(m_mutex);
         m_read = std::move(read);
-        m_urls.assign(urls.cbegin(), urls.cend());
+        m_urls.clear();
     }
+    add(urls);
+}
+
+void TextPreloader::add(const QList<FilePath>& urls) {
     if (urls.isEmpty()) {
         return;
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_urls.insert(m_urls.end(), urls.cbegin(), urls.cend());
     }
     if (!m_thread.joinable()) {
         try {
@@ -79,21 +87,27 @@ void TextPreloader::customEvent(QEvent*) {
 
 void TextPreloader::deliverBatch() {
     const auto end = m_clock() + batchBudget;
-    while (std::optional<Text> text = takeText()) {
+    bool hasDelivered = false;
+    while (std::optional<Text> text = takeText(hasDelivered)) {
         m_deliver(std::move(*text));
+        hasDelivered = true;
         if (m_clock() >= end) {
             // A posted event would come before the timers and the input that wait; an empty timer comes after them.
             m_nextBatch.start(0);
             return;
         }
     }
+    if (hasDelivered) {
+        m_nextBatch.start(pauseBetweenBatches);
+    }
 }
 
-/// The next text, or nothing; then the background thread has to ask for delivery again.
-std::optional<TextPreloader::Text> TextPreloader::takeText() {
+/// The next text, or nothing; then the background thread has to ask for delivery again, unless this thread looks by
+/// itself.
+std::optional<TextPreloader::Text> TextPreloader::takeText(bool looksAgain) {
     const std::lock_guard lock(m_mutex);
     if (m_texts.empty()) {
-        m_isDeliveryAsked = false;
+        m_isDeliveryAsked = looksAgain;
         return std::nullopt;
     }
     std::optional<Text> text = std::move(m_texts.front());

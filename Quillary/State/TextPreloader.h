@@ -36,6 +36,10 @@ public:
     /// How long a batch may go on before it yields.
     static constexpr std::chrono::milliseconds batchBudget{3};
 
+    /// While texts follow each other, how long the delivering thread waits before it looks for more: to be woken for
+    /// each text would take longer than to read it.
+    static constexpr std::chrono::milliseconds pauseBetweenBatches{2};
+
     /// A clock for the budget.
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
@@ -47,13 +51,16 @@ public:
 
     /// Reads these files, in this order, in the place of those that are left of the last request. What was read of
     /// that is still delivered, so that requests in quick succession get on; its dates tell whether it still holds.
-    void start(Read read, QList<FilePath> urls);
+    void start(Read read, const QList<FilePath>& urls);
+
+    /// Reads these too, after all that were asked for before.
+    void add(const QList<FilePath>& urls);
 
 private:
     void customEvent(QEvent* event) override;
     void readAll();
     void deliverBatch();
-    std::optional<Text> takeText();
+    std::optional<Text> takeText(bool looksAgain);
 
     std::function<void(Text)> m_deliver;
     Clock m_clock;

@@ -5,6 +5,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace quillary::test {
@@ -436,6 +437,18 @@ TEST_F(NotesStoreLoading, ADirtyNoteThatCanNotBeSavedDoesNotStopTheChangeOfDirec
     EXPECT_TRUE(store->errorMessage()->startsWith(u"Impossibile salvare «a».\n"));
     EXPECT_EQ(store->fileStore().directory(), directory.path(u"Altre"_s));
     EXPECT_TRUE(store->notes().isEmpty());
+}
+
+TEST_F(NotesStoreLoading, TheTextsOfManyNotesAreReadWithoutAFirstLook) {
+    for (int i = 0; i < 1200; ++i) {
+        directory.write(u"Nota %1.md"_s.arg(i), QByteArray::number(i));
+    }
+    openStore();
+
+    const auto hasItsText = [](const NoteItemPtr& note) {
+        return note->document() && u"Nota "_s + note->document()->text() == note->title();
+    };
+    EXPECT_TRUE(waitUntil([&] { return std::ranges::all_of(store->notes(), hasItsText); }));
 }
 
 TEST_F(NotesStoreLoading, APreloadDoesNotOutliveAChangeOfDirectory) {

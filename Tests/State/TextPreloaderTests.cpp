@@ -118,6 +118,47 @@ TEST(TextPreloader, YieldsToTheEventLoopWhenABatchHasUsedItsTime) {
     EXPECT_GE(turns, 300 / (TextPreloader::batchBudget / 1ms) - 1);
 }
 
+TEST(TextPreloader, IsNotWokenForEachOfTheTextsThatFollowEachOther) {
+    // Whatever a batch delivers, the clock is asked once more than there are texts.
+    constexpr int count = 400;
+    int clockReadings = 0;
+    int delivered = 0;
+    TextPreloader preloader([&](const TextPreloader::Text&) { ++delivered; },
+                            [&clockReadings] {
+                                ++clockReadings;
+                                return std::chrono::steady_clock::now();
+                            });
+    const auto start = std::chrono::steady_clock::now();
+    preloader.start(
+        [](const FilePath& url) {
+            // Time enough to deliver the text before the next one comes.
+            const auto end = std::chrono::steady_clock::now() + 50us;
+            while (std::chrono::steady_clock::now() < end) {
+            }
+            return nameAsText(url);
+        },
+        paths(count));
+    ASSERT_TRUE(waitUntil([&] { return delivered == count; }));
+
+    // A timer may come a millisecond early.
+    const auto leastPause = TextPreloader::pauseBetweenBatches - 1ms;
+    EXPECT_LE(clockReadings - count, (std::chrono::steady_clock::now() - start) / leastPause + 2);
+}
+
+TEST(TextPreloader, ReadsWhatIsAddedAfterTheRest) {
+    QStringList texts;
+    TextPreloader preloader([&](const TextPreloader::Text& text) { texts.append(text.text); });
+    const QList<FilePath> all = paths(5);
+
+    preloader.start(nameAsText, all.first(2));
+    preloader.add(all.sliced(2, 1));
+    ASSERT_TRUE(waitUntil([&] { return texts.size() == 3; }));
+    preloader.add(all.sliced(3));
+    ASSERT_TRUE(waitUntil([&] { return texts.size() == 5; }));
+
+    EXPECT_EQ(texts, QStringList({u"0"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s}));
+}
+
 TEST(TextPreloader, ANewRequestTakesThePlaceOfWhatIsLeftOfTheOldOne) {
     std::counting_semaphore<> mayRead(0);
     std::binary_semaphore secondIsBeingRead(0);
