@@ -49,6 +49,10 @@ public:
             return;
         }
         for (const char16_t* unit = text.utf16(); unit != text.utf16() + text.size(); ++unit) {
+            if (*unit < 0x80 && m_length < m_letters.size()) [[likely]] {
+                m_letters[m_length++] = asciiLowercase(*unit);
+                continue;
+            }
             const std::u16string_view folded = foldedToAscii(*unit);
             if (folded.empty() || m_length + folded.size() > m_letters.size()) {
                 m_length = 0;
@@ -73,25 +77,31 @@ bool isPhpConstant(QStringView word) {
     if (word.size() > longest) {
         return false;
     }
+    const char16_t first = asciiLowercase(word.utf16()[0]);
+    if (first < 0x80 && first != u't' && first != u'f' && first != u'n') {
+        return false;
+    }
     const FoldedWord folded(word);
     const QStringView text = folded.view();
     return text == u"true" || text == u"false" || text == u"null";
 }
 
+/// The end of `<\?(?:php|=)?|\?>` at a mark, or the mark's own position.
+qsizetype phpTagEnd(const ClassifiedText& text, qsizetype mark) {
+    if (text.unit(mark) == u'?') {
+        return text.holds(mark + 1, u'>') ? mark + 2 : mark;
+    }
+    if (!text.holds(mark + 1, u'?')) {
+        return mark;
+    }
+    const qsizetype end = mark + 2;
+    return text.holds(end, u'=') ? end + 1 : end + foldedPrefixLength(text.rest(end), u"php");
+}
+
 /// `<\?(?:php|=)?|\?>`
 void scanPhpTags(const ClassifiedText& text, SyntaxTokenKind kind, Pass& pass) {
     for (qsizetype p = text.next(phpMark, text.begin()); p < text.end(); p = text.next(phpMark, p)) {
-        qsizetype end = p;
-        if (text.holds(p, u"<?")) {
-            end = p + 2;
-            if (text.holds(end, u'=')) {
-                ++end;
-            } else {
-                end += foldedPrefixLength(text.rest(end), u"php");
-            }
-        } else if (text.holds(p, u"?>")) {
-            end = p + 2;
-        }
+        const qsizetype end = phpTagEnd(text, p);
         if (end > p) {
             pass.add(kind, p, end);
         }
