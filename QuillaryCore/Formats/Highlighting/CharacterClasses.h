@@ -27,8 +27,20 @@ constexpr Classes languageClass(int index) {
     return static_cast<Classes>(1 << (7 + index));
 }
 
-/// The classes of the ASCII characters in one language.
-using ClassTable = std::array<Classes, 128>;
+/// A unit's classes with what follows from the word class of the unit before.
+constexpr Classes withEdges(Classes own, Classes before) {
+    const auto edge = static_cast<Classes>((own ^ before) & word);
+    return static_cast<Classes>(own | edge * boundary | (own & edge) * wordStart);
+}
+
+/// The classes of the ASCII characters in one language, edges included: first those of a character behind none of a
+/// word, then those of one behind a word's.
+using ClassTable = std::array<Classes, 2 * 128>;
+
+/// The place of an ASCII character in the table, by the classes of the one before.
+constexpr std::size_t classTableIndex(char16_t unit, Classes before) {
+    return static_cast<std::size_t>((before & word) << 7 | unit);
+}
 
 struct ClassEntry {
     std::string_view characters;
@@ -37,16 +49,17 @@ struct ClassEntry {
 
 constexpr ClassTable makeClassTable(std::initializer_list<ClassEntry> entries) {
     ClassTable table{};
-    for (std::size_t c = 0; c < table.size(); ++c) {
+    for (char16_t c = 0; c < 0x80; ++c) {
         const bool isDigit = c >= '0' && c <= '9';
         const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-        table[c] = static_cast<Classes>((isDigit || isLetter || c == '_' ? word : 0) | (isDigit ? digit : 0) |
+        auto own = static_cast<Classes>((isDigit || isLetter || c == '_' ? word : 0) | (isDigit ? digit : 0) |
                                         ((c >= 0x09 && c <= 0x0D) || c == ' ' ? space : 0) |
                                         (c >= 0x0A && c <= 0x0D ? lineTerminator : 0));
-    }
-    for (const ClassEntry& entry : entries) {
-        for (const char c : entry.characters) {
-            table[static_cast<unsigned char>(c)] |= entry.classes;
+        for (const ClassEntry& entry : entries) {
+            own |= entry.characters.find(static_cast<char>(c)) != std::string_view::npos ? entry.classes : 0;
+        }
+        for (const Classes before : {Classes(0), word}) {
+            table[classTableIndex(c, before)] = withEdges(own, before);
         }
     }
     return table;

@@ -7,16 +7,6 @@ namespace quillary::highlighting {
 static_assert(word == patternWord && digit == patternDigit && space == patternSpace &&
               lineTerminator == patternLineTerminator);
 
-namespace {
-
-/// A unit's classes with what follows from the word class of the unit before.
-Classes withEdges(Classes own, Classes before) {
-    const auto edge = static_cast<Classes>((own ^ before) & word);
-    return static_cast<Classes>(own | edge * boundary | (own & edge) * wordStart);
-}
-
-} // namespace
-
 ClassifiedText::ClassifiedText(QStringView text)
     // Four places at a time are read from any position up to the end.
     : m_units(text.utf16()), m_classes(static_cast<std::size_t>(text.size()) + 4) {}
@@ -29,11 +19,10 @@ void ClassifiedText::classify(const ClassTable& table, TextRange range) {
     Classes body = 0;
     for (qsizetype i = range.location; i < end; ++i) {
         const char16_t unit = m_units[i];
-        if (unit < table.size()) [[likely]] {
-            const Classes own = table[unit];
-            classes[i] = withEdges(own, body);
-            present |= classes[i];
-            body = own;
+        if (unit < 0x80) [[likely]] {
+            body = table[classTableIndex(unit, body)];
+            classes[i] = body;
+            present |= body;
             continue;
         }
         const bool isPair = QChar::isHighSurrogate(unit) && i + 1 < end && QChar::isLowSurrogate(m_units[i + 1]);
