@@ -97,6 +97,8 @@ void MarkdownPreview::forgetLayouts() {
     m_layouts.clear();
     m_columns.clear();
     m_codeWidths.clear();
+    m_headerBound = MarkdownCellBound(m_style.headerCell);
+    m_cellBound = MarkdownCellBound(m_style.cell);
     std::vector<float> heights;
     heights.reserve(m_rows.rows.size());
     for (const MarkdownRow& each : m_rows.rows) {
@@ -192,6 +194,7 @@ const MarkdownRowLayout& MarkdownPreview::layoutOf(qsizetype index) const {
     if (laidOut.kind == MarkdownRow::Kind::table) {
         context.columns = &columnsOf(laidOut);
         context.viewLeft = sideways(laidOut);
+        context.cellBound = laidOut.part.start == 0 ? &m_headerBound : &m_cellBound;
     } else if (laidOut.kind == MarkdownRow::Kind::code) {
         context.tokens = tokensOf(laidOut);
     }
@@ -207,6 +210,12 @@ const MarkdownRowLayout& MarkdownPreview::layoutOf(qsizetype index) const {
 /// With the gap above it.
 double MarkdownPreview::heightOf(qsizetype index) const {
     layoutOf(index);
+    const MarkdownRow& wanted = row(index);
+    // Cells beside may turn out to be higher than any bound: in fonts whose letters move apart.
+    if (MarkdownRowLayout& layout = *m_layouts[index];
+        wanted.kind == MarkdownRow::Kind::table && layout.reveal(sideways(wanted))) {
+        m_heights.setHeight(index, m_style.gap(wanted.gap) + layout.height());
+    }
     return m_heights.height(index);
 }
 

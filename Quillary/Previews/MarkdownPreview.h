@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillary/Previews/MarkdownCellBound.h"
+#include "Quillary/Previews/MarkdownLinkPlace.h"
 #include "Quillary/Previews/MarkdownPosition.h"
 #include "Quillary/Previews/MarkdownRowLayout.h"
 #include "Quillary/Previews/MarkdownRows.h"
@@ -128,7 +130,7 @@ private:
 
     struct Link {
         qsizetype row = 0;
-        qsizetype link = 0;
+        MarkdownLinkPlace place;
 
         friend bool operator==(const Link&, const Link&) = default;
     };
@@ -166,6 +168,7 @@ private:
     double sideways(const MarkdownRow& row) const;
     double sidewaysRange(const MarkdownRow& row) const;
     void setSideways(const MarkdownRow& row, double offset);
+    void showColumn(const MarkdownRow& row, qsizetype column);
     std::optional<qsizetype> sidewaysRowAt(QPointF place) const;
     QRectF sidewaysThumb(qsizetype row) const;
 
@@ -197,6 +200,9 @@ private:
     mutable RowHeights m_heights;
     mutable std::unordered_map<qsizetype, std::unique_ptr<MarkdownRowLayout>> m_layouts;
     mutable std::unordered_map<qint32, std::unique_ptr<MarkdownTableColumns>> m_columns;
+    /// Of the cells of headers and of all others.
+    mutable MarkdownCellBound m_headerBound{QFont()};
+    mutable MarkdownCellBound m_cellBound{QFont()};
     mutable QCache<qint32, QList<SyntaxToken>> m_tokens;
     /// How wide the widest row of each code block is found to be, and how far blocks are scrolled.
     mutable QHash<qint32, double> m_codeWidths;

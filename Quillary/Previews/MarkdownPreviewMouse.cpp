@@ -26,12 +26,12 @@ std::optional<MarkdownPreview::Link> MarkdownPreview::linkAt(QPointF place) cons
     if (!content.contains(place)) {
         return std::nullopt;
     }
-    const std::optional<qsizetype> link = layoutOf(index).linkAt(place - textOrigin(index, content));
+    const std::optional<MarkdownLinkPlace> link = layoutOf(index).linkAt(place - textOrigin(index, content));
     return link ? std::optional(Link{index, *link}) : std::nullopt;
 }
 
 QString MarkdownPreview::urlOf(const Link& link) const {
-    return layoutOf(link.row).links().value(link.link);
+    return m_rows.linkTarget(row(link.row), link.place);
 }
 
 void MarkdownPreview::setHoveredLink(const std::optional<Link>& link) {
@@ -256,20 +256,17 @@ void MarkdownPreview::focusOutEvent(QFocusEvent* event) {
 
 /// The link before or behind another one, or the first in view or behind it.
 std::optional<MarkdownPreview::Link> MarkdownPreview::nextLink(const std::optional<Link>& from, bool forwards) const {
-    const auto linksOf = [this](qsizetype index) -> qsizetype {
-        return m_rows.mayHoldLink(row(index)) ? layoutOf(index).links().size() : 0;
-    };
-    if (from) {
-        const qsizetype beside = from->link + (forwards ? 1 : -1);
-        if (beside >= 0 && beside < linksOf(from->row)) {
-            return Link{from->row, beside};
-        }
-    }
     const qsizetype step = forwards ? 1 : -1;
-    const qsizetype start = from ? from->row + step : forwards ? m_anchor.row : rowCount() - 1;
-    for (qsizetype index = start; index >= 0 && index < rowCount(); index += step) {
-        if (const qsizetype count = linksOf(index); count > 0) {
-            return Link{index, forwards ? 0 : count - 1};
+    qsizetype index = forwards ? m_anchor.row : rowCount() - 1;
+    if (from) {
+        if (const std::optional<MarkdownLinkPlace> beside = m_rows.linkBeside(row(from->row), from->place, forwards)) {
+            return Link{from->row, *beside};
+        }
+        index = from->row + step;
+    }
+    for (; index >= 0 && index < rowCount(); index += step) {
+        if (const std::optional<MarkdownLinkPlace> place = m_rows.linkBeside(row(index), std::nullopt, forwards)) {
+            return Link{index, *place};
         }
     }
     return std::nullopt;
@@ -281,9 +278,13 @@ bool MarkdownPreview::focusNextPrevChild(bool next) {
     if (!link) {
         return QAbstractScrollArea::focusNextPrevChild(next);
     }
-    const MarkdownRowLayout& layout = layoutOf(link->row);
-    const qsizetype start = layout.textStart(m_rows, row(link->row)) + layout.startOfLink(link->link);
-    scrollIntoView(rectOf({link->row, start}));
+    const MarkdownRow& linked = row(link->row);
+    if (linked.kind == MarkdownRow::Kind::table) {
+        showColumn(linked, link->place.column);
+    }
+    const std::vector<QRectF> rects = layoutOf(link->row).rectsOfLink(link->place);
+    const QRectF content = contentRect(link->row);
+    scrollIntoView(rects.empty() ? content : rects.front().translated(textOrigin(link->row, content)));
     return true;
 }
 

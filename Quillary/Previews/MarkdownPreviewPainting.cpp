@@ -225,7 +225,7 @@ void MarkdownPreview::paintLinks(QPainter& painter, qsizetype index, QPointF ori
     const MarkdownRowLayout& layout = layoutOf(index);
     const QColor color = palette().color(QPalette::Link);
     if (m_hoveredLink && m_hoveredLink->row == index) {
-        for (const QRectF& rect : layout.rectsOfLink(m_hoveredLink->link)) {
+        for (const QRectF& rect : layout.rectsOfLink(m_hoveredLink->place)) {
             const QRectF place = rect.translated(origin);
             painter.fillRect(QRectF(place.left(), std::round(place.bottom() - 1), place.width(), 1), color);
         }
@@ -234,7 +234,7 @@ void MarkdownPreview::paintLinks(QPainter& painter, qsizetype index, QPointF ori
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(color, 1.5));
         painter.setBrush(Qt::NoBrush);
-        for (const QRectF& rect : layout.rectsOfLink(m_focusedLink->link)) {
+        for (const QRectF& rect : layout.rectsOfLink(m_focusedLink->place)) {
             painter.drawRoundedRect(rect.translated(origin).adjusted(-2, -0.5, 2, 0.5), 3, 3);
         }
     }

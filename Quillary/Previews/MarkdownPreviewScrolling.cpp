@@ -173,7 +173,17 @@ void MarkdownPreview::setSideways(const MarkdownRow& row, double offset) {
             return other.kind == row.kind && other.part.source == row.part.source;
         });
     }
-    viewport()->update();
+    setAnchor(m_anchor);
+}
+
+/// Scrolls a table sideways so that a column is in view.
+void MarkdownPreview::showColumn(const MarkdownRow& row, qsizetype column) {
+    const MarkdownTableColumns& columns = columnsOf(row);
+    const double offset = sideways(row);
+    const double shown = std::min(std::max(offset, columns.left(column + 1) - contentWidth(row)), columns.left(column));
+    if (shown != offset) {
+        setSideways(row, shown);
+    }
 }
 
 /// The row at a place of the viewport, if its block can be scrolled sideways.

@@ -1,84 +1,23 @@
 #include "Quillary/Previews/MarkdownRowLayout.h"
 
+#include "Quillary/Previews/MarkdownCellBound.h"
+#include "Quillary/Previews/MarkdownFormats.h"
 #include "Quillary/Previews/MarkdownTableColumns.h"
 #include "Quillary/Previews/PreviewText.h"
-#include "Quillary/Theme/Theme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <optional>
+#include <functional>
+#include <utility>
 
 namespace quillary {
 
 namespace {
 
-constexpr double inlineCodeFactor = 0.9;
 constexpr double unlimitedWidth = 1e6;
-constexpr double pointsPerPixel = 0.75;
-
-QTextCharFormat formatOf(const MarkdownStyledText::Run& run, const QFont& font, const QPalette& palette) {
-    QTextCharFormat format;
-    if (run.code) {
-        const QFont code = Theme::monospacedFont(font.pointSizeF() / pointsPerPixel * inlineCodeFactor);
-        format.setFontFamilies(code.families());
-        format.setFontPointSize(code.pointSizeF());
-        format.setFontFixedPitch(true);
-        format.setBackground(Theme::subtleFill(palette));
-    }
-    if (run.strong) {
-        format.setFontWeight(QFont::Bold);
-    }
-    if (run.emphasis) {
-        format.setFontItalic(true);
-    }
-    if (run.strike) {
-        format.setFontStrikeOut(true);
-    }
-    if (run.link >= 0) {
-        format.setForeground(palette.color(QPalette::Link));
-    }
-    return format;
-}
-
-/// What the marks of a text say, for a text whose font has a size.
-QList<QTextLayout::FormatRange> formatsOf(const MarkdownStyledText& styled, const QFont& font,
-                                          const QPalette& palette) {
-    // Runs may be many; the ways in which they differ are few.
-    std::array<std::optional<QTextCharFormat>, 32> looks;
-    QList<QTextLayout::FormatRange> formats;
-    for (const MarkdownStyledText::Run& run : styled.runs) {
-        const std::size_t look = (run.code ? 1U : 0U) | (run.strong ? 2U : 0U) | (run.emphasis ? 4U : 0U) |
-                                 (run.strike ? 8U : 0U) | (run.link >= 0 ? 16U : 0U);
-        if (look == 0) {
-            continue;
-        }
-        if (!looks[look]) {
-            looks[look] = formatOf(run, font, palette);
-        }
-        formats.append({run.start, run.length, *looks[look]});
-    }
-    return formats;
-}
-
-/// The tokens of a code block that lie in a stretch of it, as formats of the stretch.
-QList<QTextLayout::FormatRange> colorsOf(const QList<SyntaxToken>& tokens, qsizetype start, qsizetype length,
-                                         const QPalette& palette) {
-    QList<QTextLayout::FormatRange> formats;
-    auto token = std::partition_point(tokens.begin(), tokens.end(),
-                                      [start](const SyntaxToken& candidate) { return candidate.range.end() <= start; });
-    for (; token != tokens.end() && token->range.location < start + length; ++token) {
-        const qsizetype from = std::max(token->range.location, start);
-        const qsizetype to = std::min(token->range.end(), start + length);
-        QTextCharFormat format;
-        format.setForeground(Theme::syntaxColor(token->kind).in(palette));
-        formats.append({static_cast<int>(from - start), static_cast<int>(to - from), format});
-    }
-    return formats;
-}
 
 Qt::Alignment alignmentOf(MarkdownTable::Alignment alignment) {
     switch (alignment) {
@@ -126,9 +65,12 @@ void MarkdownRowLayout::layOutText(const MarkdownRow& row, const Context& contex
                             context, {0, top});
     piece.right = context.width;
     piece.isSelectable = !context.rows.mayHoldLink(row);
+    piece.width = context.width;
+    piece.spacing = isHeading ? 0 : style.lineSpacing;
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    m_height = top + breakLines(piece, context.width, isHeading ? 0 : style.lineSpacing, option);
+    piece.layout->setTextOption(option);
+    m_height = top + heightOfFirst();
     if (!isHeading && !row.isLast) {
         m_height += style.lineSpacing;
     }
@@ -147,12 +89,15 @@ void MarkdownRowLayout::layOutCode(const MarkdownRow& row, const Context& contex
     Piece& piece = addPiece(context.rows.styledText(row), style.code, context, {MarkdownStyle::codePadding, top});
     if (context.tokens) {
         piece.layout->setFormats(
-            colorsOf(*context.tokens, row.part.start, context.rows.lengthOf(row), context.palette));
+            MarkdownFormats::ofCode(*context.tokens, row.part.start, context.rows.lengthOf(row), context.palette));
     }
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
     option.setTabStopDistance(style.codeAdvance * 4);
-    m_height = top + breakLines(piece, unlimitedWidth, style.codeLineSpacing, option);
+    piece.width = unlimitedWidth;
+    piece.spacing = style.codeLineSpacing;
+    piece.layout->setTextOption(option);
+    m_height = top + heightOfFirst();
     m_height += row.isLast ? MarkdownStyle::codePadding : style.codeLineSpacing;
     double width = static_cast<double>(code.longestLine) * style.codeAdvance;
     for (int i = 0; i < piece.layout->lineCount(); ++i) {
@@ -173,47 +118,91 @@ void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& conte
         last = columns.columnAt(context.viewLeft + context.width);
         m_firstColumn = first;
     }
+    m_viewLeft = context.viewLeft;
+    m_viewWidth = context.width;
     const QFont& font = row.part.start == 0 ? style.headerCell : style.cell;
+    const double padding = MarkdownStyle::cellPaddingAcross;
     const double top = row.piece == 0 ? MarkdownStyle::cellPaddingAlong : 0;
-    double height = QFontMetricsF(font).height();
+    std::vector<double> bounds;
     for (qsizetype column = first; column <= last; ++column) {
         if (!m_pieces.empty()) {
             m_text += u'\t';
         }
-        const double padding = MarkdownStyle::cellPaddingAcross;
         MarkdownStyledText styled = context.rows.cellText(row, column);
         QString unshown;
         if (columns.areMany() && styled.text.size() > 1000) {
             unshown = styled.text.sliced(1000);
             styled = styled.sliced(0, 1000);
         }
-        Piece& piece = addPiece(styled, font, context, {columns.left(column) + padding, top});
+        Piece& piece = addPiece(styled, font, context, {columns.left(column) + padding, top}, column);
         m_text += unshown;
         piece.left = columns.left(column);
         piece.right = columns.left(column + 1);
+        piece.width = columns.width(column) - 2 * padding;
         piece.isSelectable = !context.rows.mayHoldLink(row, column);
         QTextOption option(alignmentOf(table.alignment(column)));
         option.setWrapMode(columns.areMany() ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
-        height = std::max(height, breakLines(piece, columns.width(column) - 2 * padding, 0, option));
+        piece.layout->setTextOption(option);
+        bounds.push_back(isInView(piece) ? 0 : context.cellBound->heightOf(styled, piece.width));
     }
-    m_height = top + height + (row.isCut ? 0 : MarkdownStyle::cellPaddingAlong + MarkdownStyle::hairline);
+    m_cellMargins = top + (row.isCut ? 0 : MarkdownStyle::cellPaddingAlong + MarkdownStyle::hairline);
+    m_height = m_cellMargins + heightOfCells(bounds, QFontMetricsF(font).height());
     m_naturalWidth = columns.total();
 }
 
+/// The height of the highest cell, at least `least`. Lines get those in view, the first one, and of the others,
+/// beginning with the one that may be highest, those that may be higher than all that have them.
+double MarkdownRowLayout::heightOfCells(const std::vector<double>& bounds, double least) {
+    double height = std::max(least, heightOfFirst());
+    std::vector<std::pair<double, const Piece*>> hidden;
+    for (std::size_t i = 1; i < m_pieces.size(); ++i) {
+        if (isInView(m_pieces[i])) {
+            height = std::max(height, breakLines(m_pieces[i]));
+        } else {
+            hidden.emplace_back(bounds[i], &m_pieces[i]);
+        }
+    }
+    std::sort(hidden.begin(), hidden.end(), std::greater<>());
+    for (const auto& [bound, piece] : hidden) {
+        if (bound <= height) {
+            break;
+        }
+        height = std::max(height, breakLines(*piece));
+    }
+    return height;
+}
+
+bool MarkdownRowLayout::isInView(const Piece& piece) const {
+    return piece.left <= m_viewLeft + m_viewWidth && piece.right >= m_viewLeft;
+}
+
+bool MarkdownRowLayout::reveal(double viewLeft) {
+    if (std::exchange(m_viewLeft, viewLeft) == viewLeft) {
+        return false;
+    }
+    const double known = m_height;
+    for (const Piece& piece : m_pieces) {
+        if (isInView(piece) && piece.layout->lineCount() == 0) {
+            m_height = std::max(m_height, std::ceil(m_cellMargins + breakLines(piece)));
+        }
+    }
+    return m_height > known;
+}
+
 MarkdownRowLayout::Piece& MarkdownRowLayout::addPiece(const MarkdownStyledText& styled, const QFont& font,
-                                                      const Context& context, QPointF origin) {
+                                                      const Context& context, QPointF origin, qsizetype column) {
     Piece& piece = m_pieces.emplace_back();
     piece.layout = std::make_unique<QTextLayout>(PreviewText::shown(styled.text), font);
     // Without the cache every question would shape the text again.
     piece.layout->setCacheEnabled(true);
-    piece.layout->setFormats(formatsOf(styled, font, context.palette));
+    piece.layout->setFormats(MarkdownFormats::ofText(styled, font, context.palette));
     piece.origin = origin;
     piece.start = m_text.size();
     piece.length = styled.text.size();
     m_text += styled.text;
     for (const MarkdownStyledText::Run& run : styled.runs) {
         if (run.link >= 0) {
-            const qsizetype link = m_links.size() + run.link;
+            const MarkdownLinkPlace link{column, run.link};
             const qsizetype start = piece.start + run.start;
             const bool goesOn = !m_linkRuns.empty() && m_linkRuns.back().link == link &&
                                 m_linkRuns.back().start + m_linkRuns.back().length == start;
@@ -224,32 +213,43 @@ MarkdownRowLayout::Piece& MarkdownRowLayout::addPiece(const MarkdownStyledText& 
             }
         }
     }
-    m_links += styled.links;
     return piece;
 }
 
+/// The height of the first text's lines, of which the first has the row's first baseline.
+double MarkdownRowLayout::heightOfFirst() {
+    const Piece& piece = m_pieces.front();
+    const double height = breakLines(piece);
+    const QTextLine line = piece.layout->lineAt(0);
+    m_firstBaseline = piece.origin.y() + line.y() + line.ascent();
+    return height;
+}
+
 /// Gives the height of the lines.
-double MarkdownRowLayout::breakLines(Piece& piece, double width, double spacing, const QTextOption& option) {
+double MarkdownRowLayout::breakLines(const Piece& piece) {
     QTextLayout& layout = *piece.layout;
-    layout.setTextOption(option);
     const QFontMetricsF metrics(layout.font());
     double y = 0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(std::max(width, 1.0));
+        line.setLineWidth(std::max(piece.width, 1.0));
         if (y > 0) {
-            y += spacing;
+            y += piece.spacing;
         }
         // A line of nothing but small code stands on the same baseline as its neighbours.
         const double ascent = std::max(line.ascent(), metrics.ascent());
-        if (y == 0 && m_firstBaseline == 0) {
-            m_firstBaseline = piece.origin.y() + ascent;
-        }
         line.setPosition({0, y + ascent - line.ascent()});
         y += ascent + std::max(line.height() - line.ascent(), metrics.height() - metrics.ascent());
     }
     layout.endLayout();
     return y;
+}
+
+const QTextLayout& MarkdownRowLayout::linesOf(const Piece& piece) {
+    if (piece.layout->lineCount() == 0) {
+        breakLines(piece);
+    }
+    return *piece.layout;
 }
 
 qsizetype MarkdownRowLayout::textStart(const MarkdownRows& rows, const MarkdownRow& row) const {
@@ -277,7 +277,7 @@ qsizetype MarkdownRowLayout::positionAt(QPointF place) const {
                                          [](double x, const Piece& piece) { return x < piece.left; });
     const Piece& piece = behind == m_pieces.begin() ? m_pieces.front() : *(behind - 1);
     const QPointF inside = place - piece.origin;
-    const QTextLayout& layout = *piece.layout;
+    const QTextLayout& layout = linesOf(piece);
     if (layout.lineCount() == 0) {
         return piece.start;
     }
@@ -303,7 +303,7 @@ qsizetype MarkdownRowLayout::positionAt(QPointF place) const {
 
 QRectF MarkdownRowLayout::rectOf(qsizetype position) const {
     const Piece* const piece = pieceHolding(position);
-    if (!piece || piece->layout->lineCount() == 0) {
+    if (!piece || linesOf(*piece).lineCount() == 0) {
         return {0, 0, 1, m_height};
     }
     const auto inside = static_cast<int>(std::min(position - piece->start, piece->length));
@@ -330,8 +330,9 @@ std::vector<QRectF> MarkdownRowLayout::rectsOf(TextRange range) const {
     }
     const qsizetype from = range.location - piece->start;
     const qsizetype to = range.end() - piece->start;
-    for (int i = 0; i < piece->layout->lineCount(); ++i) {
-        const QTextLine line = piece->layout->lineAt(i);
+    const QTextLayout& layout = linesOf(*piece);
+    for (int i = 0; i < layout.lineCount(); ++i) {
+        const QTextLine line = layout.lineAt(i);
         const qsizetype first = std::max<qsizetype>(from, line.textStart());
         const qsizetype last = std::min<qsizetype>(to, line.textStart() + line.textLength());
         if (first < last) {
@@ -344,7 +345,7 @@ std::vector<QRectF> MarkdownRowLayout::rectsOf(TextRange range) const {
     return rects;
 }
 
-std::optional<qsizetype> MarkdownRowLayout::linkAt(QPointF place) const {
+std::optional<MarkdownLinkPlace> MarkdownRowLayout::linkAt(QPointF place) const {
     if (m_linkRuns.empty()) {
         return std::nullopt;
     }
@@ -363,7 +364,7 @@ std::optional<qsizetype> MarkdownRowLayout::linkAt(QPointF place) const {
     return std::nullopt;
 }
 
-std::vector<QRectF> MarkdownRowLayout::rectsOfLink(qsizetype link) const {
+std::vector<QRectF> MarkdownRowLayout::rectsOfLink(const MarkdownLinkPlace& link) const {
     std::vector<QRectF> rects;
     for (const LinkRun& run : m_linkRuns) {
         if (run.link == link) {
@@ -372,12 +373,6 @@ std::vector<QRectF> MarkdownRowLayout::rectsOfLink(qsizetype link) const {
         }
     }
     return rects;
-}
-
-qsizetype MarkdownRowLayout::startOfLink(qsizetype link) const {
-    const auto run = std::find_if(m_linkRuns.begin(), m_linkRuns.end(),
-                                  [link](const LinkRun& candidate) { return candidate.link == link; });
-    return run == m_linkRuns.end() ? 0 : run->start;
 }
 
 void MarkdownRowLayout::draw(QPainter& painter, QPointF origin, const QRectF& clip, TextRange selection,
@@ -396,7 +391,7 @@ void MarkdownRowLayout::draw(QPainter& painter, QPointF origin, const QRectF& cl
             format.setForeground(palette.color(QPalette::HighlightedText));
             selections.append({static_cast<int>(from - piece.start), static_cast<int>(to - from), format});
         }
-        piece.layout->draw(&painter, place, selections, clip);
+        linesOf(piece).draw(&painter, place, selections, clip);
     }
 }
 

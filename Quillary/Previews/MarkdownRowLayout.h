@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/Previews/MarkdownLinkPlace.h"
 #include "Quillary/Previews/MarkdownRows.h"
 #include "Quillary/Previews/MarkdownStyle.h"
 #include "QuillaryCore/Formats/SyntaxToken.h"
@@ -18,6 +19,7 @@ class QPainter;
 
 namespace quillary {
 
+class MarkdownCellBound;
 class MarkdownTableColumns;
 
 /// One row of the Markdown preview, shaped and broken into lines. Places are relative to the top left corner of the
@@ -31,10 +33,10 @@ public:
         const QPalette& palette;
         /// Of the row's content.
         double width = 0;
-        /// Of a table.
+        /// Of a table: its columns, where its part begins that is in view, and how high the cells beside may be.
         const MarkdownTableColumns* columns = nullptr;
-        /// Of a table of very many columns: the part that is in view.
         double viewLeft = 0;
+        MarkdownCellBound* cellBound = nullptr;
         /// Of a code block.
         const QList<SyntaxToken>* tokens = nullptr;
     };
@@ -43,6 +45,10 @@ public:
 
     /// Of the content, without the gap above.
     double height() const { return m_height; }
+
+    /// Takes another part of a table's row, which is as wide, into view. Whether the row turns out to be higher than it
+    /// was taken for.
+    bool reveal(double viewLeft);
 
     /// How wide the content would be; code and tables may have less.
     double naturalWidth() const { return m_naturalWidth; }
@@ -66,16 +72,11 @@ public:
     /// Whether a selection may begin at a position: not in a text with a link.
     bool isSelectableAt(qsizetype position) const;
 
-    /// The links of the row in order, and the one at a place, if there is one.
-    const QStringList& links() const { return m_links; }
+    /// The link at a place, if there is one.
+    std::optional<MarkdownLinkPlace> linkAt(QPointF place) const;
 
-    std::optional<qsizetype> linkAt(QPointF place) const;
-
-    /// Where a link's text stands, line by line.
-    std::vector<QRectF> rectsOfLink(qsizetype link) const;
-
-    /// Where the text of a link begins.
-    qsizetype startOfLink(qsizetype link) const;
+    /// Where a link's text stands, line by line; nowhere for a link out of the laid out text.
+    std::vector<QRectF> rectsOfLink(const MarkdownLinkPlace& link) const;
 
     /// Draws the text with the pen's colour where it has none of its own. `selection` is a range of the row's text.
     void draw(QPainter& painter, QPointF origin, const QRectF& clip, TextRange selection,
@@ -84,14 +85,18 @@ public:
 private:
     /// A stretch of the row's text that is part of a link.
     struct LinkRun {
-        qsizetype link = 0;
+        MarkdownLinkPlace link;
         qsizetype start = 0;
         qsizetype length = 0;
     };
 
     /// A text with its place: all of the row, or a cell.
     struct Piece {
+        /// Without lines as long as nobody sees or asks for them.
         std::unique_ptr<QTextLayout> layout;
+        /// Of its lines, and the distance between them.
+        double width = 0;
+        double spacing = 0;
         QPointF origin;
         /// In the row's text.
         qsizetype start = 0;
@@ -104,8 +109,13 @@ private:
     void layOutText(const MarkdownRow& row, const Context& context);
     void layOutCode(const MarkdownRow& row, const Context& context);
     void layOutTable(const MarkdownRow& row, const Context& context);
-    Piece& addPiece(const MarkdownStyledText& styled, const QFont& font, const Context& context, QPointF origin);
-    double breakLines(Piece& piece, double width, double spacing, const QTextOption& option);
+    double heightOfCells(const std::vector<double>& bounds, double least);
+    Piece& addPiece(const MarkdownStyledText& styled, const QFont& font, const Context& context, QPointF origin,
+                    qsizetype column = 0);
+    double heightOfFirst();
+    bool isInView(const Piece& piece) const;
+    static double breakLines(const Piece& piece);
+    static const QTextLayout& linesOf(const Piece& piece);
     const Piece* pieceHolding(qsizetype position) const;
     std::vector<QRectF> rectsOf(TextRange range) const;
 
@@ -114,8 +124,11 @@ private:
     qsizetype m_firstColumn = 0;
     /// Worked out when it is asked for: there may be very many cells to read.
     mutable std::optional<qsizetype> m_textStart;
-    QStringList m_links;
     std::vector<LinkRun> m_linkRuns;
+    // Of a table: what of it is in view, and what the row is higher than its highest cell
+    double m_viewLeft = 0;
+    double m_viewWidth = 0;
+    double m_cellMargins = 0;
     double m_height = 0;
     double m_naturalWidth = 0;
     double m_firstBaseline = 0;

@@ -526,6 +526,39 @@ bool MarkdownRows::mayHoldLink(const MarkdownRow& row, qsizetype column) const {
     return cell ? cell->mayHoldLink : MarkdownInline::containsLink(rawCell(row, column));
 }
 
+QStringList MarkdownRows::linksOf(const MarkdownRow& row, qsizetype column) const {
+    if (row.kind == MarkdownRow::Kind::table) {
+        return mayHoldLink(row, column) ? cellText(row, column).links : QStringList();
+    }
+    return mayHoldLink(row) ? styledText(row).links : QStringList();
+}
+
+std::optional<MarkdownLinkPlace>
+MarkdownRows::linkBeside(const MarkdownRow& row, const std::optional<MarkdownLinkPlace>& from, bool forwards) const {
+    const qsizetype step = forwards ? 1 : -1;
+    const bool isTable = row.kind == MarkdownRow::Kind::table;
+    const qsizetype columns =
+        isTable ? tables[static_cast<std::size_t>(row.part.source)].filledCount(row.part.start) : 1;
+    qsizetype column = forwards ? 0 : columns - 1;
+    if (from) {
+        const qsizetype beside = from->link + step;
+        if (beside >= 0 && beside < linksOf(row, from->column).size()) {
+            return MarkdownLinkPlace{from->column, beside};
+        }
+        column = from->column + step;
+    }
+    for (; column >= 0 && column < columns; column += step) {
+        if (const qsizetype count = linksOf(row, column).size(); count > 0) {
+            return MarkdownLinkPlace{column, forwards ? 0 : count - 1};
+        }
+    }
+    return std::nullopt;
+}
+
+QString MarkdownRows::linkTarget(const MarkdownRow& row, const MarkdownLinkPlace& place) const {
+    return linksOf(row, place.column).value(place.link);
+}
+
 bool MarkdownRows::saySame(const MarkdownRows& a, const MarkdownRow& x, const MarkdownRows& b, const MarkdownRow& y) {
     if (x.kind != y.kind || x.level != y.level || x.isPiece != y.isPiece || x.piece != y.piece) {
         return false;

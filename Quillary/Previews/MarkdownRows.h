@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quillary/Previews/MarkdownLinkPlace.h"
 #include "Quillary/Previews/MarkdownRow.h"
 #include "QuillaryCore/Formats/MarkdownBlock.h"
 #include "QuillaryCore/Formats/MarkdownStyledText.h"
@@ -65,6 +66,13 @@ struct MarkdownRows {
     bool mayHoldLink(const MarkdownRow& row) const;
     bool mayHoldLink(const MarkdownRow& row, qsizetype column) const;
 
+    /// The link of the row behind or before one of them, or the first or last one; none if there is none.
+    std::optional<MarkdownLinkPlace> linkBeside(const MarkdownRow& row, const std::optional<MarkdownLinkPlace>& from,
+                                                bool forwards) const;
+
+    /// Where a link leads, as written.
+    QString linkTarget(const MarkdownRow& row, const MarkdownLinkPlace& place) const;
+
     /// The raw text of a cell.
     QStringView rawCell(const MarkdownRow& row, qsizetype column) const;
 
@@ -89,6 +97,7 @@ struct MarkdownRows {
 
 private:
     const LongText* longCell(const MarkdownRow& row, qsizetype column) const;
+    QStringList linksOf(const MarkdownRow& row, qsizetype column) const;
     qsizetype endOf(const MarkdownRow& part, qsizetype whole) const;
 };
 
