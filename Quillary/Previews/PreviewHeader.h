@@ -2,12 +2,14 @@
 
 #include <QWidget>
 
-class QHBoxLayout;
-class QLabel;
+class QBoxLayout;
 
 namespace quillary {
 
-/// The bar above a preview: what the note holds at the left, controls at the right.
+class ElidedLabel;
+
+/// The bar above a preview: what the note holds at the left, controls at the right, or below it where there is no room
+/// beside each other.
 class PreviewHeader : public QWidget {
     Q_OBJECT
 
@@ -22,11 +24,15 @@ public:
     void addControl(QWidget* control);
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QLabel* m_summary;
-    QHBoxLayout* m_layout;
+    void arrange();
+
+    ElidedLabel* m_summary;
+    QBoxLayout* m_layout;
+    QBoxLayout* m_controls;
 };
 
 } // namespace quillary
