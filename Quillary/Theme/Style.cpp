@@ -204,6 +204,9 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
             drawFocusRing(*option, isFlatButton ? widget->rect() : option->rect, painter);
         }
         return;
+    case PE_PanelScrollAreaCorner:
+        // As bare as the scroll bars that meet there.
+        return;
     case PE_IndicatorCheckBox:
         if (qobject_cast<const QMenu*>(widget) != nullptr) {
             drawMenuMark(*option, painter);

@@ -12,6 +12,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QStyleOptionButton>
 #include <QStyleOptionSlider>
@@ -222,6 +224,28 @@ TEST_P(StyleInEachAppearance, AClickAloneLeavesNoRingOnAButton) {
     ASSERT_TRUE(first.hasFocus());
     EXPECT_GE(greatestChange(without, first.grab().toImage()), partContrast);
     EXPECT_LT(greatestChange(without, clicked), partContrast);
+}
+
+TEST_P(StyleInEachAppearance, WhereScrollBarsMeetIsTheirGround) {
+    QWidget pane;
+    pane.setBackgroundRole(QPalette::Base);
+    pane.setAutoFillBackground(true);
+    QScrollArea area(&pane);
+    area.setFrameShape(QFrame::NoFrame);
+    area.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    area.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    area.resize(200, 100);
+    pane.resize(200, 100);
+    pane.show();
+    const QImage image = pane.grab().toImage();
+    const QPoint corner(area.verticalScrollBar()->mapTo(&pane, QPoint()).x(),
+                        area.horizontalScrollBar()->mapTo(&pane, QPoint()).y());
+    ASSERT_LT(corner.x(), 199);
+    for (int y = corner.y(); y < 100; ++y) {
+        for (int x = corner.x(); x < 200; ++x) {
+            ASSERT_EQ(image.pixelColor(x, y), pane.palette().color(QPalette::Base)) << x << ' ' << y;
+        }
+    }
 }
 
 TEST(Style, AScrollBarIsAllThumbAndPagesAndTheThumbStandsForWhatIsShown) {
