@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QScrollBar>
 #include <QTest>
+#include <QtMath>
 
 #include <gtest/gtest.h>
 

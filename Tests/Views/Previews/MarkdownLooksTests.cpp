@@ -6,6 +6,7 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QTest>
+#include <QtMath>
 
 #include <gtest/gtest.h>
 
@@ -176,7 +177,7 @@ TEST(MarkdownLooks, QuotesHaveBarsOfOneWidthAndFainterText) {
         }
     }
     // No gap and no knot where rows meet.
-    for (double y = page.content(1).top() + 1; y < page.content(3).bottom() - 1; ++y) {
+    for (int y = qCeil(page.content(1).top()) + 1; y < page.content(3).bottom() - 1; ++y) {
         EXPECT_EQ(page.at(left, y), page.at(left, page.content(1).center().y())) << y;
     }
 }
