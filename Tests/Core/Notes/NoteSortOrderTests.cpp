@@ -146,7 +146,7 @@ TEST(NoteSortOrder, AsksForTitlesInTheOrderOfTheNotes) {
     std::vector<qsizetype> asked;
     const auto title = [&asked](qsizetype position) {
         asked.push_back(position);
-        return u"a"_s;
+        return QString::number(position);
     };
     EXPECT_THAT(sortedPositions({at(1), at(2), at(1), at(2)}, title, u"it"_s), testing::ElementsAre(1, 3, 0, 2));
     EXPECT_THAT(asked, testing::ElementsAre(0, 1, 2, 3));
