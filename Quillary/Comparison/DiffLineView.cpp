@@ -2,6 +2,7 @@
 
 #include "Quillary/Comparison/DiffChunks.h"
 #include "Quillary/Comparison/Hatching.h"
+#include "Quillary/Theme/Contrast.h"
 #include "Quillary/Theme/Theme.h"
 
 #include <QFontMetricsF>
@@ -111,9 +112,15 @@ QList<QTextLayout::FormatRange> DiffLineView::marks(const TextRange& chunk, cons
     return result;
 }
 
+QColor DiffLineView::numberColor(const QPalette& palette) {
+    // Half as dim as other secondary texts: at its opacity it is read on every ground that a line can have.
+    const QColor dimmed = over(withOpacity(palette.color(QPalette::Text), 0.5F), Theme::secondaryText(palette));
+    return withOpacity(dimmed, numberOpacity);
+}
+
 void DiffLineView::paintNumbers(QPainter& painter, const QRect& rect, const DiffMetrics& metrics,
                                 const QPalette& palette) const {
-    painter.setPen(withOpacity(Theme::secondaryText(palette), numberOpacity));
+    painter.setPen(numberColor(palette));
     for (qsizetype column = 0; column < numbers.size(); ++column) {
         if (!numbers[column]) {
             continue;

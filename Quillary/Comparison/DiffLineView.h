@@ -50,6 +50,9 @@ struct DiffLineView {
     void paintText(QPainter& painter, const QRect& rect, const DiffMetrics& metrics, const QTextLayout& layout,
                    qsizetype chunk, const QPalette& palette) const;
 
+    /// What the numbers are drawn with: dimmed, and translucent.
+    static QColor numberColor(const QPalette& palette);
+
     /// What is laid out for a stretch of a line: the same number of units, with a sign for each that has none, and a
     /// blank for nothing.
     static QString shown(QStringView text);

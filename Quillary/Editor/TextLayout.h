@@ -2,6 +2,7 @@
 
 #include "Quillary/Editor/SegmentIndex.h"
 #include "Quillary/Editor/SegmentLayout.h"
+#include "Quillary/Editor/SyntaxColors.h"
 #include "QuillaryCore/Formats/SyntaxTokenKind.h"
 
 #include <QDeadlineTimer>
@@ -13,7 +14,6 @@
 #include <unordered_map>
 
 class QPainter;
-class QPalette;
 
 namespace quillary {
 
@@ -112,8 +112,8 @@ public:
 
     /// Draw a row whose top left corner, x 0, stands at `origin`; what lies outside of `clip` may be left out.
     void drawMarks(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip);
-    /// Text is drawn with the pen's colour, and syntax with the colours that go with the palette.
-    void drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip, const QPalette& palette);
+    /// Text is drawn with the pen's colour, and syntax with its own.
+    void drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip, const SyntaxColors& colors);
 
     /// The two layers beside the text: what colours it, and colours of its background. Neither ever causes a layout.
     SyntaxRanges& syntax() { return m_syntax; }

@@ -1,8 +1,7 @@
+#include "Quillary/Editor/SyntaxColors.h"
 #include "Quillary/Editor/TextLayout.h"
-#include "Quillary/Theme/Theme.h"
 
 #include <QPainter>
-#include <QPalette>
 
 #include <vector>
 
@@ -19,24 +18,18 @@ void TextLayout::drawMarks(QPainter& painter, const Row& row, QPointF origin, co
 }
 
 void TextLayout::drawText(QPainter& painter, const Row& row, QPointF origin, const QRectF& clip,
-                          const QPalette& palette) {
-    const bool isOnDark = isDark(palette);
-    const auto colorOf = [isOnDark](SyntaxTokenKind kind) {
-        const AdaptiveColor& color = Theme::syntaxColor(kind);
-        return (isOnDark ? color.dark : color.light).rgba();
-    };
-    std::vector<ColorRanges::Span> colors;
+                          const SyntaxColors& colors) {
+    std::vector<ColorRanges::Span> spans;
     for (const Piece& piece : piecesOf(row, {clip.left() - origin.x(), clip.right() - origin.x()})) {
-        colors.clear();
+        spans.clear();
         if (!m_syntax.isEmpty()) {
             const TextRange range = piece.layout->row(piece.row);
             for (const SyntaxRanges::Span& span : m_syntax.within({piece.place.start + range.location, range.length})) {
-                colors.push_back(
-                    {{span.range.location - piece.place.start, span.range.length}, colorOf(span.attribute)});
+                spans.push_back(
+                    {{span.range.location - piece.place.start, span.range.length}, colors.of(span.attribute)});
             }
         }
-        piece.layout->drawText(painter, piece.row, origin + QPointF(piece.left, m_baseline), colors,
-                               Theme::secondaryText(palette));
+        piece.layout->drawText(painter, piece.row, origin + QPointF(piece.left, m_baseline), spans, colors.ofHidden());
     }
 }
 

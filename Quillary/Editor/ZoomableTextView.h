@@ -170,8 +170,7 @@ private:
     struct Colors {
         QColor ground;
         QColor ink;
-        /// Whose appearance the colours of syntax go by.
-        QPalette syntax;
+        SyntaxColors syntax;
     };
 
     /// What a drag of the mouse selects by.

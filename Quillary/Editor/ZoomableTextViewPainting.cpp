@@ -24,20 +24,22 @@ void ZoomableTextView::paintEvent(QPaintEvent* event) {
     }
     drawFindIndicator(painter, rows, clip);
     painter.setPen(palette().color(QPalette::Text));
+    const SyntaxColors syntax(palette());
     for (const VisibleRow& row : rows) {
-        m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, palette());
+        m_layout.drawText(painter, row.row, QPointF(left, row.top), clip, syntax);
     }
     const bool isCurrentFindSelected = m_currentFind == m_selection.range();
     if (!m_selection.isEmpty() && !isCurrentFindSelected) {
         const QPalette::ColorGroup group = hasFocus() || isActiveWindow() ? QPalette::Active : QPalette::Inactive;
-        drawOver(painter, rows, clip, m_selection.range(),
-                 {palette().color(group, QPalette::Highlight), palette().color(group, QPalette::HighlightedText),
-                  palette()});
+        const QColor ground = palette().color(group, QPalette::Highlight);
+        const QColor ink = palette().color(group, QPalette::HighlightedText);
+        drawOver(painter, rows, clip, m_selection.range(), {ground, ink, SyntaxColors(palette(), ground, ink)});
     }
     if (m_currentFind) {
         // It has one ground in both appearances, so its text has the colours of the light one.
         drawOver(painter, rows, clip, *m_currentFind,
-                 {Theme::findHighlight, Theme::findHighlightedText, lightPalette()});
+                 {Theme::findHighlight, Theme::findHighlightedText,
+                  SyntaxColors(lightPalette(), Theme::findHighlight, Theme::findHighlightedText)});
     }
     if (m_isCaretOn) {
         drawCaret(painter);

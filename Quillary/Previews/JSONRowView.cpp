@@ -2,6 +2,7 @@
 
 #include "Quillary/Previews/JSONRowsModel.h"
 #include "Quillary/Previews/PreviewText.h"
+#include "Quillary/Theme/Contrast.h"
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Formats/JSONFormatter.h"
 #include "QuillaryCore/Formats/JSONTree.h"
@@ -89,18 +90,21 @@ QString JSONRowView::valueText(const JSONTreeRow& row) {
     Q_UNREACHABLE();
 }
 
-QColor JSONRowView::valueColor(JSONValue::Kind kind, const QPalette& palette) {
+QColor JSONRowView::valueColor(JSONValue::Kind kind, const QPalette& palette, bool isSelected) {
+    const auto shown = [&](const QColor& color) {
+        return isSelected ? readable(color, palette.color(QPalette::Highlight), palette.color(QPalette::Text)) : color;
+    };
     switch (kind) {
     case JSONValue::Kind::string:
-        return Theme::jsonString.in(palette);
+        return shown(Theme::jsonString.in(palette));
     case JSONValue::Kind::number:
-        return Theme::jsonNumber.in(palette);
+        return shown(Theme::jsonNumber.in(palette));
     case JSONValue::Kind::boolean:
     case JSONValue::Kind::null:
-        return Theme::jsonLiteral.in(palette);
+        return shown(Theme::jsonLiteral.in(palette));
     case JSONValue::Kind::object:
     case JSONValue::Kind::array:
-        return Theme::secondaryText(palette);
+        return shown(Theme::secondaryText(palette));
     }
     Q_UNREACHABLE();
 }
@@ -112,7 +116,8 @@ QSize JSONRowView::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) con
 void JSONRowView::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const JSONTreeRow row = rowOf(index);
     const QPalette& palette = option.palette;
-    if (option.state.testFlag(QStyle::State_Selected)) {
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    if (isSelected) {
         painter->fillRect(option.rect, palette.color(QPalette::Highlight));
     } else if (option.state.testFlag(QStyle::State_MouseOver)) {
         painter->fillRect(option.rect, Theme::rowHover(palette));
@@ -121,19 +126,19 @@ void JSONRowView::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     const JSONValue value = row.value();
     if (value.isContainer()) {
         drawMark(*painter, QRectF(rest.left() - markWidth, rest.top(), markWidth, rest.height()), row.isExpanded(),
-                 Theme::secondaryText(palette));
+                 valueColor(value.kind(), palette, isSelected));
     }
     painter->setFont(Theme::font(m_baseSize * fontFactor));
     const QFontMetrics metrics = painter->fontMetrics();
-    const auto draw = [&](const QString& text, const QColor& color) {
+    const auto draw = [&](const QString& part, const QColor& color) {
         painter->setPen(color);
         painter->drawText(rest, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                          metrics.elidedText(text, Qt::ElideRight, rest.width()));
-        rest.setLeft(std::min(rest.left() + metrics.horizontalAdvance(text), rest.right() + 1));
+                          metrics.elidedText(part, Qt::ElideRight, rest.width()));
+        rest.setLeft(std::min(rest.left() + metrics.horizontalAdvance(part), rest.right() + 1));
     };
     draw(labelText(row), palette.color(QPalette::Text));
     if (rest.width() > 0) {
-        draw(valueText(row), valueColor(value.kind(), palette));
+        draw(valueText(row), valueColor(value.kind(), palette, isSelected));
     }
 }
 

@@ -32,8 +32,8 @@ public:
     /// The value on one line, of very long strings the beginning.
     static QString valueText(const JSONTreeRow& row);
 
-    /// The colour of a value of this kind.
-    static QColor valueColor(JSONValue::Kind kind, const QPalette& palette);
+    /// The colour of a value of this kind; in a row that is selected one that can be read there.
+    static QColor valueColor(JSONValue::Kind kind, const QPalette& palette, bool isSelected = false);
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -54,7 +54,8 @@ void FolderHeader::paint(QPainter& painter, const QRect& row, const SidebarLook&
     const SidebarMetrics& metrics = look.metrics;
     const QRect inner = SidebarLook::inner(row);
     const QColor text = look.palette.color(QPalette::Text);
-    const QColor secondary = readable(Theme::secondaryText(look.palette), look.ground(isSelected, isHovered), text);
+    const QColor ground = look.ground(isSelected, isHovered);
+    const QColor secondary = readable(Theme::secondaryText(look.palette), ground, text);
     const auto placed = [&](const QRect& rect) { return QStyle::visualRect(look.direction, inner, rect); };
 
     QRect rest = inner.adjusted(SidebarMetrics::padding - 2, 0, -SidebarMetrics::padding, 0);
@@ -62,7 +63,8 @@ void FolderHeader::paint(QPainter& painter, const QRect& row, const SidebarLook&
                    look.direction == Qt::RightToLeft, secondary);
     rest.setLeft(rest.left() + markWidth);
     drawFolderSymbol(painter, placed({rest.left(), rest.top(), symbolWidth, rest.height()}),
-                     color ? Theme::folderColor(*color, look.palette) : secondary);
+                     color ? readable(Theme::folderColor(*color, look.palette), ground, text, markContrast)
+                           : secondary);
     rest.setLeft(inner.left() + nameStart);
     if (isRenaming) {
         return;

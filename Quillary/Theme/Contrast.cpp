@@ -31,12 +31,12 @@ double contrast(const QColor& color, const QColor& other) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-QColor readable(const QColor& color, const QColor& ground, const QColor& text) {
+QColor readable(const QColor& color, const QColor& ground, const QColor& text, double needed) {
     constexpr int steps = 16;
     const QColor faint = over(color, ground);
     for (int step = 0; step < steps; ++step) {
         const QColor tried = mixed(faint, text, static_cast<float>(step) / steps);
-        if (contrast(tried, ground) >= textContrast) {
+        if (contrast(tried, ground) >= needed) {
             return tried;
         }
     }

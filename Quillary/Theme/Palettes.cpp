@@ -86,7 +86,7 @@ QPalette highContrastLightPalette() {
                       .text = 0xff000000,
                       .secondaryText = 0xff333333,
                       .base = 0xffffffff,
-                      .alternateBase = 0xfff0f0f0,
+                      .alternateBase = 0xfff7f7f7,
                       .button = 0xffffffff,
                       .selection = 0xff9cc8ff,
                       .accent = 0xff003a9e,

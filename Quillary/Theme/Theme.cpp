@@ -135,19 +135,19 @@ QColor folderColor(FolderColor color, const QPalette& palette) {
     case FolderColor::red:
         return of(0xffff453a, 0xffe5342b);
     case FolderColor::orange:
-        return of(0xffff9f0a, 0xfff08a00);
+        return of(0xffff9f0a, 0xffcc6200);
     case FolderColor::yellow:
-        return of(0xffffd60a, 0xffd9a900);
+        return of(0xffffd60a, 0xff9f7c00);
     case FolderColor::green:
-        return of(0xff32d74b, 0xff28a745);
+        return of(0xff32d74b, 0xff23943d);
     case FolderColor::teal:
-        return of(0xff6ac4dc, 0xff3b9fb8);
+        return of(0xff6ac4dc, 0xff348ca2);
     case FolderColor::blue:
         return of(0xff409cff, 0xff0a72e8);
     case FolderColor::purple:
         return of(0xffbf5af2, 0xff9f4bcf);
     case FolderColor::gray:
-        return of(0xff98989d, 0xff85858a);
+        return of(0xff98989d, 0xff808086);
     }
     Q_UNREACHABLE();
 }

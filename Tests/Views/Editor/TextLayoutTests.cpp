@@ -73,7 +73,7 @@ protected:
         qreal y = 0;
         for (std::optional<TextLayout::Row> row = m_layout->rowHolding(0); row; row = m_layout->rowBelow(*row)) {
             m_layout->drawMarks(painter, *row, {0, y}, image.rect());
-            m_layout->drawText(painter, *row, {0, y}, image.rect(), lightPalette());
+            m_layout->drawText(painter, *row, {0, y}, image.rect(), SyntaxColors(lightPalette()));
             y += m_layout->pitch();
         }
         return image;

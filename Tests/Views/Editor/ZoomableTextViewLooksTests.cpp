@@ -1,4 +1,6 @@
+#include "Quillary/Theme/Contrast.h"
 #include "Quillary/Theme/Palettes.h"
+#include "Quillary/Theme/Theme.h"
 
 #include "Tests/Views/Editor/ZoomableTextViewTest.h"
 
@@ -9,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillary {
@@ -31,6 +34,30 @@ TEST_F(ZoomableTextViewTest, ASelectionHasNoStripes) {
     EXPECT_EQ(shown.pixelColor(ZoomableTextView::horizontalInset, rowTop(2) + 5), QColor(Qt::blue));
     EXPECT_EQ(shown.pixelColor(ZoomableTextView::horizontalInset, rowTop(0) - 1), QColor(Qt::white));
     EXPECT_EQ(shown.pixelColor(ZoomableTextView::horizontalInset, rowTop(4)), QColor(Qt::white));
+}
+
+TEST_F(ZoomableTextViewTest, SourceTextIsReadInASelectionAndOnTheCurrentMatchToo) {
+    open(u"HHHH"_s);
+    m_view->setReadOnly(true);
+    m_view->textLayout().syntax().add({0, 4}, SyntaxTokenKind::comment);
+    const auto greatestContrast = [this](const QColor& ground) {
+        const QImage shown = image();
+        double greatest = 1;
+        for (int x = ZoomableTextView::horizontalInset; x < ZoomableTextView::horizontalInset + 20; ++x) {
+            const QColor pixel = shown.pixelColor(x, rowTop(0) + m_view->textLayout().baseline() - 3);
+            greatest = std::max(greatest, contrast(pixel, ground));
+        }
+        return greatest;
+    };
+    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+        m_view->setPalette(palette);
+        m_view->selectAll();
+        EXPECT_GE(greatestContrast(palette.color(QPalette::Highlight)), textContrast) << isDark(palette);
+        const TextRange found{0, 4};
+        m_view->setFindHighlights({&found, 1}, 0);
+        EXPECT_GE(greatestContrast(Theme::findHighlight), textContrast) << isDark(palette);
+        m_view->clearFindHighlights();
+    }
 }
 
 TEST_F(ZoomableTextViewTest, RowsStandAtThePitch) {

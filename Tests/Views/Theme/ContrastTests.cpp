@@ -29,3 +29,10 @@ TEST(Contrast, ATextThatIsTooFaintGoesTowardsTheTextColourOnlyAsFarAsItMust) {
     EXPECT_LT(contrast(mended, Qt::white), 6);
     EXPECT_GE(contrast(readable(faint, Qt::white, dark), Qt::white), textContrast);
 }
+
+TEST(Contrast, AMarkNeedsLess) {
+    const QColor faint(0xb0, 0xb0, 0xb0);
+    const QColor mended = readable(faint, Qt::white, Qt::black, markContrast);
+    EXPECT_GE(contrast(mended, Qt::white), markContrast);
+    EXPECT_LT(contrast(mended, Qt::white), textContrast);
+}

@@ -33,9 +33,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a part of a graphical control needs at least against its ground to be seen (WCAG 2.1, 1.4.11).
-constexpr double partContrast = 3;
-
 class StyleInEachAppearance : public testing::TestWithParam<bool> {
 protected:
     StyleInEachAppearance() { QApplication::setPalette(GetParam() ? darkPalette() : lightPalette()); }
@@ -99,15 +96,15 @@ TEST_P(StyleInEachAppearance, ACheckBoxStandsOutFromItsGround) {
         const QColor color = checkBox.palette().color(ground);
         checkBox.setChecked(false);
         const QImage empty = boxOf(checkBox, ground);
-        EXPECT_GE(greatestContrast(empty, color), partContrast);
+        EXPECT_GE(greatestContrast(empty, color), markContrast);
         EXPECT_EQ(empty.pixelColor(empty.rect().center()), color);
 
         checkBox.setChecked(true);
         const QImage checked = boxOf(checkBox, ground);
         const QColor fill = checkBox.palette().color(QPalette::Link);
-        EXPECT_GE(contrast(fill, color), partContrast);
+        EXPECT_GE(contrast(fill, color), markContrast);
         EXPECT_EQ(checked.pixelColor(checked.width() / 2, 2), fill);
-        EXPECT_GE(greatestContrast(checked.copy(checked.rect().adjusted(3, 3, -3, -3)), fill), partContrast);
+        EXPECT_GE(greatestContrast(checked.copy(checked.rect().adjusted(3, 3, -3, -3)), fill), markContrast);
     }
 }
 
@@ -203,7 +200,7 @@ TEST_P(StyleInEachAppearance, WhatHasTheKeyboardHasARingThatStandsOut) {
         ASSERT_TRUE(control->hasFocus());
         // Only the upper edge, which is far from the caret of a field.
         const QRect edge = control == tabs ? tabs->rect() : QRect(0, 0, control->width(), 4);
-        EXPECT_GE(greatestChange(without.copy(edge), control->grab(edge).toImage()), partContrast)
+        EXPECT_GE(greatestChange(without.copy(edge), control->grab(edge).toImage()), markContrast)
             << control->metaObject()->className();
     }
 }
@@ -222,8 +219,8 @@ TEST_P(StyleInEachAppearance, AClickAloneLeavesNoRingOnAButton) {
     const QImage without = first.grab().toImage();
     QTest::keyClick(&window, Qt::Key_Backtab);
     ASSERT_TRUE(first.hasFocus());
-    EXPECT_GE(greatestChange(without, first.grab().toImage()), partContrast);
-    EXPECT_LT(greatestChange(without, clicked), partContrast);
+    EXPECT_GE(greatestChange(without, first.grab().toImage()), markContrast);
+    EXPECT_LT(greatestChange(without, clicked), markContrast);
 }
 
 TEST_P(StyleInEachAppearance, WhereScrollBarsMeetIsTheirGround) {
