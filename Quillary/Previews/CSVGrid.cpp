@@ -194,21 +194,22 @@ CSVGrid::CSVGrid(CSVGridModel& model, QWidget* parent) : QTableView(parent) {
 
 void CSVGrid::setMeasures(double baseSize, const QList<double>& columnWidths, qsizetype numberDigits) {
     const double size = baseSize * cellFontFactor;
+    const double scale = Theme::textScale();
     setFont(Theme::font(size));
     horizontalHeader()->setFont(Theme::font(size, QFont::DemiBold));
     verticalHeader()->setFont(Theme::font(size));
 
-    verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(baseSize * cellHeightFactor)));
-    verticalHeader()->setFixedWidth(
-        static_cast<int>(std::lround(static_cast<double>(numberDigits) * baseSize * digitWidth + numberPadding)));
-    horizontalHeader()->setFixedHeight(static_cast<int>(std::lround(baseSize * headerHeightFactor)));
+    verticalHeader()->setDefaultSectionSize(static_cast<int>(std::lround(baseSize * cellHeightFactor * scale)));
+    verticalHeader()->setFixedWidth(static_cast<int>(
+        std::lround(static_cast<double>(numberDigits) * baseSize * digitWidth * scale + numberPadding)));
+    horizontalHeader()->setFixedHeight(static_cast<int>(std::lround(baseSize * headerHeightFactor * scale)));
 
     // A header tells of each section that is resized, which is too much for a hundred thousand columns.
     const QSignalBlocker blocker(horizontalHeader());
     horizontalHeader()->setUpdatesEnabled(false);
     horizontalHeader()->setDefaultSectionSize(static_cast<int>(leastColumnWidth));
     for (qsizetype column = 0; column < columnWidths.size(); ++column) {
-        const auto width = static_cast<int>(std::lround(columnWidths[column]));
+        const auto width = static_cast<int>(std::lround(columnWidths[column] * scale));
         if (horizontalHeader()->sectionSize(static_cast<int>(column)) != width) {
             horizontalHeader()->resizeSection(static_cast<int>(column), width);
         }

@@ -46,7 +46,7 @@ public:
         : m_faultLine(faultLine), m_font(Theme::monospacedFont(baseSize)) {
         setFont(m_font);
         setFocusPolicy(Qt::NoFocus);
-        m_lineHeight = static_cast<int>(std::lround(baseSize * lineHeightFactor));
+        m_lineHeight = static_cast<int>(std::lround(baseSize * lineHeightFactor * Theme::textScale()));
         QStringList spoken;
         int width = 0;
         for (const InvalidJSONView::ContextLine& line : lines) {

@@ -110,7 +110,7 @@ QColor JSONRowView::valueColor(JSONValue::Kind kind, const QPalette& palette, bo
 }
 
 QSize JSONRowView::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
-    return {m_rowWidth, static_cast<int>(std::lround(m_baseSize * rowHeightFactor))};
+    return {m_rowWidth, static_cast<int>(std::lround(m_baseSize * rowHeightFactor * Theme::textScale()))};
 }
 
 void JSONRowView::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {

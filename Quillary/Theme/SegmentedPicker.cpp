@@ -25,7 +25,7 @@ public:
         // In a group, and told to be one of several choices.
         setAutoExclusive(true);
         setAutoDefault(false);
-        setFixedHeight(m_isLow ? toolbarHeight : panelHeight);
+        setFixedHeight(qRound((m_isLow ? toolbarHeight : panelHeight) * Theme::textScale()));
         setAttribute(Qt::WA_Hover);
     }
 
