@@ -140,6 +140,7 @@ void MarkdownRowLayout::layOutTable(const MarkdownRow& row, const Context& conte
         piece.right = columns.left(column + 1);
         piece.width = columns.width(column) - 2 * padding;
         piece.isSelectable = !context.rows.mayHoldLink(row, column);
+        piece.isCutOff = columns.areMany();
         QTextOption option(alignmentOf(table.alignment(column)));
         option.setWrapMode(columns.areMany() ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
         piece.layout->setTextOption(option);
@@ -174,6 +175,11 @@ double MarkdownRowLayout::heightOfCells(const std::vector<double>& bounds, doubl
 
 bool MarkdownRowLayout::isInView(const Piece& piece) const {
     return piece.left <= m_viewLeft + m_viewWidth && piece.right >= m_viewLeft;
+}
+
+/// Where a text that has no room shows, which leaves its cell's padding free.
+QRectF MarkdownRowLayout::shownPartOf(const Piece& piece) const {
+    return {piece.origin.x(), 0, piece.width, m_height};
 }
 
 bool MarkdownRowLayout::reveal(double viewLeft) {
@@ -338,8 +344,9 @@ std::vector<QRectF> MarkdownRowLayout::rectsOf(TextRange range) const {
         if (first < last) {
             const double x1 = line.cursorToX(static_cast<int>(first));
             const double x2 = line.cursorToX(static_cast<int>(last));
-            rects.push_back(
-                QRectF(std::min(x1, x2), line.y(), std::abs(x2 - x1), line.height()).translated(piece->origin));
+            const QRectF rect =
+                QRectF(std::min(x1, x2), line.y(), std::abs(x2 - x1), line.height()).translated(piece->origin);
+            rects.push_back(piece->isCutOff ? rect.intersected(shownPartOf(*piece)) : rect);
         }
     }
     return rects;
@@ -391,7 +398,14 @@ void MarkdownRowLayout::draw(QPainter& painter, QPointF origin, const QRectF& cl
             format.setForeground(palette.color(QPalette::HighlightedText));
             selections.append({static_cast<int>(from - piece.start), static_cast<int>(to - from), format});
         }
+        if (!piece.isCutOff) {
+            linesOf(piece).draw(&painter, place, selections, clip);
+            continue;
+        }
+        painter.save();
+        painter.setClipRect(shownPartOf(piece).translated(origin), Qt::IntersectClip);
         linesOf(piece).draw(&painter, place, selections, clip);
+        painter.restore();
     }
 }
 

@@ -104,6 +104,8 @@ private:
         double left = 0;
         double right = 0;
         bool isSelectable = true;
+        /// Of a table of very many columns: what has no room in its one line is not shown.
+        bool isCutOff = false;
     };
 
     void layOutText(const MarkdownRow& row, const Context& context);
@@ -114,6 +116,7 @@ private:
                     qsizetype column = 0);
     double heightOfFirst();
     bool isInView(const Piece& piece) const;
+    QRectF shownPartOf(const Piece& piece) const;
     static double breakLines(const Piece& piece);
     static const QTextLayout& linesOf(const Piece& piece);
     const Piece* pieceHolding(qsizetype position) const;

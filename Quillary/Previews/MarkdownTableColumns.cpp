@@ -65,7 +65,9 @@ MarkdownTableColumns::MarkdownTableColumns(const MarkdownTable& table, const Mar
         leastSum += std::min(width, least);
     }
 
-    const double part = sum <= available ? 1 : std::max((available - leastSum) / (sum - leastSum), 0.0);
+    // Where cells have one line each, narrower ones would only show less.
+    const bool isNarrowed = isMeasured && sum > available;
+    const double part = isNarrowed ? std::max((available - leastSum) / (sum - leastSum), 0.0) : 1;
     m_lefts.reserve(widths.size() + 1);
     m_lefts.push_back(0);
     for (const double width : widths) {

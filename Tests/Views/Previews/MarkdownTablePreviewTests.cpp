@@ -222,3 +222,25 @@ TEST(MarkdownTablePreview, AMarkedLinkStaysMarkedWhileItsTableScrolls) {
         EXPECT_FALSE(hasLine(table.cellsOf(1)[7]));
     }
 }
+
+TEST(MarkdownTablePreview, NoCellOfAVeryWideTableReachesIntoAnother) {
+    const QString tooLong = QString(u"MMMM "_s).repeated(60);
+    const QString usual = u"trenta unità in una sola cella"_s;
+    const CellText cells = [&](int column) { return column == 0 ? tooLong : column == 2 ? usual : QString(); };
+    WideTable table(wideTable(70, always(u"titolo"_s), cells), {820, 900});
+    const std::vector<qsizetype> starts = table.cellsOf(1);
+    const auto leftOf = [&](int column) {
+        return table.view.rectOf({1, starts[static_cast<std::size_t>(column)]}).left() -
+               MarkdownStyle::cellPaddingAcross;
+    };
+    const QRectF content = table.view.contentRect(1);
+    const auto cell = [&](int column) {
+        return QRectF(QPointF(leftOf(column) + 2, content.top() + 2),
+                      QPointF(leftOf(column + 1) - 2, content.bottom() - 8));
+    };
+    EXPECT_GT(table.inkIn(cell(0)), 100);
+    EXPECT_EQ(table.inkIn(cell(1)), 0);
+    EXPECT_LT(table.view.rectOf({1, starts[2] + usual.size() - 1}).right(), leftOf(3))
+        << "there is room for usual text";
+    EXPECT_NEAR(content.height(), table.view.contentRect(0).height(), 2) << "in one line";
+}
