@@ -1,5 +1,6 @@
 #include "Tests/Support/FragileVolume.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
