@@ -2,10 +2,10 @@
 
 #include "Quillary/Detail/CopyContentButton.h"
 #include "Quillary/Detail/EditableTitle.h"
-#include "Quillary/Detail/ElidedLabel.h"
 #include "Quillary/Detail/FormatMenuButton.h"
 #include "Quillary/Detail/PreviewButton.h"
 #include "Quillary/Detail/SoloButton.h"
+#include "Quillary/Theme/ElidedLabel.h"
 #include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/SymbolLabel.h"
 #include "Quillary/Theme/Theme.h"

@@ -1,10 +1,10 @@
 #include "Quillary/Detail/NoteCard.h"
 
-#include "Quillary/Detail/ElidedLabel.h"
-#include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Sidebar/ShownName.h"
 #include "Quillary/Sidebar/SidebarModel.h"
+#include "Quillary/Theme/ElidedLabel.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

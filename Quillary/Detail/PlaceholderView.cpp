@@ -1,7 +1,7 @@
 #include "Quillary/Detail/PlaceholderView.h"
 
-#include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

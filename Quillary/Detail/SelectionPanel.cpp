@@ -2,12 +2,12 @@
 
 #include "Quillary/Detail/CardPile.h"
 #include "Quillary/Detail/NoteCard.h"
-#include "Quillary/Detail/PaddedButton.h"
-#include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Sidebar/MoveToFolderMenuItems.h"
 #include "Quillary/Sidebar/ShownName.h"
+#include "Quillary/Theme/PaddedButton.h"
 #include "Quillary/Theme/Symbol.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -1,8 +1,8 @@
 #include "Quillary/Detail/StatusBar.h"
 
-#include "Quillary/Detail/ElidedLabel.h"
 #include "Quillary/Detail/SaveMark.h"
 #include "Quillary/Detail/ZoomControl.h"
+#include "Quillary/Theme/ElidedLabel.h"
 #include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Theme.h"
 

@@ -1,9 +1,9 @@
 #include "Quillary/Dialogs/ConfirmationDialog.h"
 
-#include "Quillary/Detail/PaddedButton.h"
-#include "Quillary/Detail/WrappingLabel.h"
 #include "Quillary/Theme/Contrast.h"
+#include "Quillary/Theme/PaddedButton.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

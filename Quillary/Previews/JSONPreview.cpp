@@ -1,10 +1,10 @@
 #include "Quillary/Previews/JSONPreview.h"
 
-#include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Previews/InvalidJSONView.h"
 #include "Quillary/Previews/JSONRowsModel.h"
 #include "Quillary/Previews/JSONRowsView.h"
 #include "Quillary/Previews/PreviewHeader.h"
+#include "Quillary/Theme/PaddedButton.h"
 #include "QuillaryCore/Formats/JSONFormatter.h"
 
 #include <QPushButton>

@@ -1,6 +1,6 @@
 #include "Quillary/Previews/PreviewHeader.h"
 
-#include "Quillary/Detail/ElidedLabel.h"
+#include "Quillary/Theme/ElidedLabel.h"
 #include "Quillary/Theme/Hairline.h"
 #include "Quillary/Theme/Theme.h"
 

@@ -1,8 +1,8 @@
 #include "Quillary/Settings/GeneralSettingsView.h"
 
-#include "Quillary/Detail/PaddedButton.h"
 #include "Quillary/Settings/SettingsBinding.h"
 #include "Quillary/State/AppActions.h"
+#include "Quillary/Theme/PaddedButton.h"
 #include "Quillary/Theme/ToolTip.h"
 #include "QuillaryCore/Platform/FilePath.h"
 

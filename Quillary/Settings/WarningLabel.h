@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Quillary/Detail/WrappingLabel.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 namespace quillary {
 

@@ -1,4 +1,4 @@
-#include "Quillary/Detail/WrappingLabel.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 #include <QPainter>
 #include <QStyle>

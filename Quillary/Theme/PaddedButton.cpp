@@ -1,4 +1,4 @@
-#include "Quillary/Detail/PaddedButton.h"
+#include "Quillary/Theme/PaddedButton.h"
 
 namespace quillary {
 

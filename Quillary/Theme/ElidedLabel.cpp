@@ -1,4 +1,4 @@
-#include "Quillary/Detail/ElidedLabel.h"
+#include "Quillary/Theme/ElidedLabel.h"
 
 #include <QPainter>
 #include <QStyle>

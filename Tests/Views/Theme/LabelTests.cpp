@@ -1,5 +1,5 @@
-#include "Quillary/Detail/ElidedLabel.h"
-#include "Quillary/Detail/WrappingLabel.h"
+#include "Quillary/Theme/ElidedLabel.h"
+#include "Quillary/Theme/WrappingLabel.h"
 
 #include <QPixmap>
 #include <QTest>
