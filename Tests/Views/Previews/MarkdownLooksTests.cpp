@@ -22,7 +22,7 @@ namespace {
 constexpr std::array sizes = {9.0, 13.0, 28.0};
 
 /// What a colour that lets the ground through looks like on it.
-QColor over(const QColor& ground, const QColor& color) {
+QColor blended(const QColor& ground, const QColor& color) {
     const auto mix = [alpha = color.alphaF()](float below, float above) { return below + (above - below) * alpha; };
     return QColor::fromRgbF(mix(ground.redF(), color.redF()), mix(ground.greenF(), color.greenF()),
                             mix(ground.blueF(), color.blueF()));
@@ -84,7 +84,7 @@ public:
 };
 
 QColor separatorOnWhite() {
-    return over(Qt::white, Theme::separator(lightPalette()));
+    return blended(Qt::white, Theme::separator(lightPalette()));
 }
 
 } // namespace
@@ -135,9 +135,9 @@ TEST(MarkdownLooks, InlineCodeIsSmallerThanItsTextAndHasAGround) {
             EXPECT_NEAR(code.width(), QFontMetricsF(font).horizontalAdvance(u'm'), 0.6);
             QColor ground = page.ground();
             if (each.text.startsWith(u'|')) {
-                ground = over(ground, Theme::subtleFill(lightPalette()));
+                ground = blended(ground, Theme::subtleFill(lightPalette()));
             }
-            const QColor filled = over(ground, Theme::subtleFill(lightPalette()));
+            const QColor filled = blended(ground, Theme::subtleFill(lightPalette()));
             const QRectF wide(page.character(0, 0).united(page.character(0, 2)));
             EXPECT_GT(page.count(wide, filled), wide.width() * wide.height() * 0.2);
             const QRectF beside = page.character(0, 4);
@@ -149,13 +149,13 @@ TEST(MarkdownLooks, InlineCodeIsSmallerThanItsTextAndHasAGround) {
 
 TEST(MarkdownLooks, QuotesHaveBarsOfOneWidthAndFainterText) {
     const MarkdownPage page(u"fuori\n\n> citazione\n>\n> > dentro\n> > > in fondo\n"_s);
-    const QColor secondary = over(Qt::white, Theme::secondaryText(lightPalette()));
-    const double whole = 255 - over(Qt::white,
-                                    [&] {
-                                        QColor bar = Theme::secondaryText(lightPalette());
-                                        bar.setAlphaF(0.35F);
-                                        return bar;
-                                    }())
+    const QColor secondary = blended(Qt::white, Theme::secondaryText(lightPalette()));
+    const double whole = 255 - blended(Qt::white,
+                                       [&] {
+                                           QColor bar = Theme::secondaryText(lightPalette());
+                                           bar.setAlphaF(0.35F);
+                                           return bar;
+                                       }())
                                    .lightness();
     const double left = page.content(0).left();
     EXPECT_LT(page.darkest(page.content(0)).lightness(), secondary.lightness() - 20);
@@ -199,7 +199,7 @@ TEST(MarkdownLooks, CodeStandsInARoundedBoxWithRoomAround) {
             EXPECT_EQ(page.darkest(above).lightness() < 200, row == 1) << "the language's name";
             EXPECT_EQ(page.at(content.left(), std::ceil(content.top())), page.ground()) << "the corner is round";
             const QColor border =
-                over(over(Qt::white, Theme::subtleFill(lightPalette())), Theme::separator(lightPalette()));
+                blended(blended(Qt::white, Theme::subtleFill(lightPalette())), Theme::separator(lightPalette()));
             EXPECT_NEAR(page.at(content.left(), content.center().y()).lightness(), border.lightness(), 8);
         }
         EXPECT_NEAR(MarkdownStyle(size).language.pointSizeF(), 9.5 * 0.75, 0.01) << "whatever the size";
@@ -255,7 +255,7 @@ TEST(MarkdownLooks, MarkersHaveTheirColoursAndBoxesTheirSize) {
             return QRectF(page.content(0).left() - 40, content.top(), content.left() - page.content(0).left() + 40,
                           content.height());
         };
-        const QColor secondary = over(Qt::white, Theme::secondaryText(lightPalette()));
+        const QColor secondary = blended(Qt::white, Theme::secondaryText(lightPalette()));
         const QColor accent = lightPalette().color(QPalette::Link);
         EXPECT_NEAR(page.darkest(marker(0)).lightness(), secondary.lightness(), 12);
         EXPECT_LT(page.darkest(marker(1)).lightness(), secondary.lightness() - 20) << "a number is text";
