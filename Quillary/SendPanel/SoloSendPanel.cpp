@@ -20,7 +20,9 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -88,7 +90,7 @@ SoloSendPanel::SoloSendPanel(SoloController& solo, AppSettings& settings, const 
     column->addWidget(m_pages, 1);
     column->addWidget(m_bringToFront);
     column->addWidget(m_failure);
-    resize(440, 560);
+    resize(440, std::min(560, heightOfScreen()));
 
     connectAll();
     showMode();
@@ -328,10 +330,20 @@ void SoloSendPanel::showError() {
 bool SoloSendPanel::event(QEvent* event) {
     const bool isTaken = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest) {
-        // How high tools and a failure are depends on the width, which a window's own minimum doesn't know of.
-        resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
+        // How high tools and a failure are depends on the width, which a window's own minimum doesn't know of. Where
+        // the screen has no room for it all, the projects scroll.
+        const int wanted = layout()->totalHeightForWidth(width());
+        const int least = wanted - m_projects->sizeHint().height() + m_projects->minimumSizeHint().height();
+        resize(width(), std::max(height(), std::min(wanted, std::max(least, heightOfScreen()))));
     }
     return isTaken;
+}
+
+/// What a screen has room for below the title bar.
+int SoloSendPanel::heightOfScreen() const {
+    const int frame =
+        isVisible() ? frameGeometry().height() - height() : style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    return screen()->availableSize().height() - frame;
 }
 
 void SoloSendPanel::changeEvent(QEvent* event) {

@@ -49,6 +49,7 @@ private:
     QWidget* makeOpenSession();
     QWidget* makeFailure();
     void connectAll();
+    int heightOfScreen() const;
     void showMode();
     void showTools();
     void makeChips();

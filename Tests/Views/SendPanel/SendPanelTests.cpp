@@ -20,8 +20,10 @@
 #include <QFile>
 #include <QJsonObject>
 #include <QLabel>
+#include <QLayout>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -195,6 +197,24 @@ TEST_F(SendPanelTest, GrowsWithItsToolsAndAFailure) {
     ASSERT_TRUE(await([this] { return controller.errorMessage().has_value(); }));
     EXPECT_TRUE(await([this, before] { return panel->height() > before; }));
     EXPECT_TRUE(await(isAllWhole));
+}
+
+TEST_F(SendPanelTest, StaysOnTheScreenAsLongAsTheProjectsCanGiveWay) {
+    show();
+    const int room = panel->screen()->availableSize().height();
+    QStringList tools;
+    // One line of tools after the other, until all that the panel holds would be higher than the screen.
+    while (panel->layout()->totalHeightForWidth(panel->width()) <= room) {
+        ASSERT_LT(tools.size(), 100);
+        tools.append(uR"({"id": %1, "name": "Uno strumento dal nome lungo"})"_s.arg(tools.size()));
+        solo.play(u"agents.list"_s, {uR"(out {"ok": true, "data": {"agentTools": [%1]}})"_s.arg(tools.join(u','))});
+        controller.refresh();
+        ASSERT_TRUE(await([&] { return panel->findChildren<AgentChip*>().size() == tools.size(); }));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    }
+    EXPECT_LE(panel->height(), room);
+    const auto* const start = shown<QPushButton>(u"Avvia sessione"_s);
+    EXPECT_TRUE(panel->rect().contains(start->rect().translated(start->mapTo(panel.get(), QPoint()))));
 }
 
 TEST_F(SendPanelTest, TheProjectIsSearchedForAndChosen) {
