@@ -83,8 +83,9 @@ void ProjectPicker::fill() {
             m_list->setCurrentItem(row);
         }
     }
-    m_list->setVisible(!found.isEmpty());
-    m_none->setVisible(found.isEmpty());
+    // What goes first: for a moment with both the panel would grow, and stay so.
+    (found.isEmpty() ? static_cast<QWidget*>(m_list) : m_none)->hide();
+    (found.isEmpty() ? static_cast<QWidget*>(m_none) : m_list)->show();
 }
 
 /// Return chooses: in the list the row with the keyboard, in a search the first that was found. It is kept from the

@@ -294,8 +294,9 @@ void SoloSendPanel::showSessions() {
         }
     }
     const bool isEmpty = m_solo.runningAgents().isEmpty();
-    m_sessions->setVisible(!isEmpty);
-    m_noSession->setVisible(isEmpty);
+    // What goes first: for a moment with both the panel would grow, and stay so.
+    (isEmpty ? static_cast<QWidget*>(m_sessions) : m_noSession)->hide();
+    (isEmpty ? static_cast<QWidget*>(m_noSession) : m_sessions)->show();
 }
 
 void SoloSendPanel::showProgress() {
@@ -341,8 +342,8 @@ bool SoloSendPanel::event(QEvent* event) {
 
 /// What a screen has room for below the title bar.
 int SoloSendPanel::heightOfScreen() const {
-    const int frame =
-        isVisible() ? frameGeometry().height() - height() : style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    // A window that has no frame yet will get one.
+    const int frame = std::max(frameGeometry().height() - height(), style()->pixelMetric(QStyle::PM_TitleBarHeight));
     return screen()->availableSize().height() - frame;
 }
 
