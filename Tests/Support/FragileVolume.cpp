@@ -1,5 +1,7 @@
 #include "Tests/Support/FragileVolume.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>

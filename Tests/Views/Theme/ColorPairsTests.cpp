@@ -92,75 +92,76 @@ private:
     }
 
     void addTexts() {
-        const Ground search{"the search field", over(Theme::searchFill(m_palette), sidebar.color)};
-        const Ground find{"the find field", over(Theme::searchFill(m_palette), window.color)};
-        const Ground option{"an option under the mouse", over(Theme::rowSelection(m_palette), window.color)};
-        const Ground fault{"the line of a fault", over(translucent(Theme::accentDot, 0.12F), editor.color)};
-        for (const Ground& ground : {editor, window, sidebar, sidebarHover, sidebarSelection, card, button, tip,
-                                     selection, search, find, option, fault, code, fold, foldHover}) {
+        const Ground search{"the search field", over(Theme::searchFill(m_palette), m_sidebar.color)};
+        const Ground find{"the find field", over(Theme::searchFill(m_palette), m_window.color)};
+        const Ground option{"an option under the mouse", over(Theme::rowSelection(m_palette), m_window.color)};
+        const Ground fault{"the line of a fault", over(translucent(Theme::accentDot, 0.12F), m_editor.color)};
+        for (const Ground& ground :
+             {m_editor, m_window, m_sidebar, m_sidebarHover, m_sidebarSelection, m_card, m_button, m_tip, m_selection,
+              search, find, option, fault, m_code, m_fold, m_foldHover}) {
             add("text", role(QPalette::Text), ground);
         }
-        for (const Ground& ground :
-             {editor, window, sidebar, sidebarHover, sidebarSelection, card, search, find, option, fault, code, fold}) {
+        for (const Ground& ground : {m_editor, m_window, m_sidebar, m_sidebarHover, m_sidebarSelection, m_card, search,
+                                     find, option, fault, m_code, m_fold}) {
             add("secondary text", Theme::secondaryText(m_palette), ground);
         }
-        for (const Ground& ground : {editor, window}) {
+        for (const Ground& ground : {m_editor, m_window}) {
             add("link", role(QPalette::Link), ground);
         }
         for (const NoteFormat format : allNoteFormats) {
-            for (const Ground& ground : {sidebar, sidebarHover, sidebarSelection}) {
+            for (const Ground& ground : {m_sidebar, m_sidebarHover, m_sidebarSelection}) {
                 const QColor tint = readable(Theme::formatTint(format, m_palette), ground.color, role(QPalette::Text));
                 add("badge", tint, ground);
             }
         }
         add("question's answer that deletes",
-            readable(Theme::diffRemoved.in(m_palette), button.color, role(QPalette::ButtonText)), button);
-        add("error of a search", Theme::accentDot, window);
+            readable(Theme::diffRemoved.in(m_palette), m_button.color, role(QPalette::ButtonText)), m_button);
+        add("error of a search", Theme::accentDot, m_window);
     }
 
     void addSyntax() {
-        const Ground other{"another match", over(translucent(Theme::findHighlight, 0.3F), editor.color)};
+        const Ground other{"another match", over(translucent(Theme::findHighlight, 0.3F), m_editor.color)};
         const Ground current{"the current match", Theme::findHighlight};
         const SyntaxColors plain(m_palette);
-        const SyntaxColors selected(m_palette, selection.color, role(QPalette::HighlightedText));
+        const SyntaxColors selected(m_palette, m_selection.color, role(QPalette::HighlightedText));
         const SyntaxColors found(lightPalette(), current.color, Theme::findHighlightedText);
         const auto addAll = [this](const SyntaxColors& colors, const Ground& ground) {
             for (const SyntaxTokenKind kind : allSyntaxTokenKinds) {
                 add(rawValue(kind).data(), QColor::fromRgba(colors.of(kind)), ground);
             }
         };
-        addAll(plain, editor);
-        addAll(plain, code);
+        addAll(plain, m_editor);
+        addAll(plain, m_code);
         addAll(plain, other);
-        addAll(selected, selection);
+        addAll(selected, m_selection);
         addAll(found, current);
         add("text", role(QPalette::Text), other);
         add("found text", Theme::findHighlightedText, current);
-        add("sign of a hidden character", selected.ofHidden(), selection, markContrast);
+        add("sign of a hidden character", selected.ofHidden(), m_selection, markContrast);
     }
 
     void addJSON() {
-        const Ground hovered{"a row under the mouse", over(Theme::rowHover(m_palette), editor.color)};
+        const Ground hovered{"a row under the mouse", over(Theme::rowHover(m_palette), m_editor.color)};
         for (const JSONValue::Kind kind : {JSONValue::Kind::string, JSONValue::Kind::number, JSONValue::Kind::boolean,
                                            JSONValue::Kind::null, JSONValue::Kind::object, JSONValue::Kind::array}) {
             const std::string name = "JSON value of kind " + std::to_string(static_cast<int>(kind));
-            add(name, JSONRowView::valueColor(kind, m_palette), editor);
+            add(name, JSONRowView::valueColor(kind, m_palette), m_editor);
             add(name, JSONRowView::valueColor(kind, m_palette), hovered);
-            add(name, JSONRowView::valueColor(kind, m_palette, true), selection);
+            add(name, JSONRowView::valueColor(kind, m_palette, true), m_selection);
         }
     }
 
     void addComparison() {
         const QColor added = Theme::diffAdded.in(m_palette);
         const QColor removed = Theme::diffRemoved.in(m_palette);
-        std::vector<Ground> lines = {editor};
-        lines.push_back({"a removed line", over(translucent(removed, 0.085F), editor.color)});
-        lines.push_back({"an added line", over(translucent(added, 0.095F), editor.color)});
+        std::vector<Ground> lines = {m_editor};
+        lines.push_back({"a removed line", over(translucent(removed, 0.085F), m_editor.color)});
+        lines.push_back({"an added line", over(translucent(added, 0.095F), m_editor.color)});
         const std::size_t count = lines.size();
         for (std::size_t i = 0; i < count; ++i) {
             for (const float opacity : {0.2F, 0.35F}) {
                 lines.push_back({lines[i].name + ", selected at " + std::to_string(opacity),
-                                 over(translucent(selection.color, opacity), lines[i].color)});
+                                 over(translucent(m_selection.color, opacity), lines[i].color)});
             }
         }
         for (const Ground& line : lines) {
@@ -172,31 +173,31 @@ private:
             }
         }
         for (const QColor& tint : {added, removed}) {
-            add("title", role(QPalette::WindowText), {"its pill", over(translucent(tint, 0.14F), window.color)});
+            add("title", role(QPalette::WindowText), {"its pill", over(translucent(tint, 0.14F), m_window.color)});
         }
-        add("added lines, a number", added, window);
-        add("removed lines, a number", removed, window);
-        add("changed lines, a number", Theme::accentDot, window);
-        add("large letter of the old note", removed, card, largeTextContrast);
-        add("large letter of the new note", added, card, largeTextContrast);
+        add("added lines, a number", added, m_window);
+        add("removed lines, a number", removed, m_window);
+        add("changed lines, a number", Theme::accentDot, m_window);
+        add("large letter of the old note", removed, m_card, largeTextContrast);
+        add("large letter of the new note", added, m_card, largeTextContrast);
     }
 
     void addMarks() {
         for (const FolderColor color : allFolderColors) {
             const std::string name = qPrintable(Theme::folderColorName(color));
-            for (const Ground& ground : {sidebar, sidebarHover, sidebarSelection, editor}) {
+            for (const Ground& ground : {m_sidebar, m_sidebarHover, m_sidebarSelection, m_editor}) {
                 const QColor shown =
                     readable(Theme::folderColor(color, m_palette), ground.color, role(QPalette::Text), markContrast);
                 add("folder in " + name, shown, ground, markContrast);
             }
         }
-        for (const Ground& ground : {editor, window, sidebar, sidebarSelection, button}) {
+        for (const Ground& ground : {m_editor, m_window, m_sidebar, m_sidebarSelection, m_button}) {
             add("ring of the keyboard", role(QPalette::Link), ground, markContrast);
         }
-        add("caret", role(QPalette::Link), editor, markContrast);
-        add("mark of an unsaved note", Theme::accentDot, window, markContrast);
-        add("mark of a saved note", Theme::diffAdded.in(m_palette), window, markContrast);
-        const Ground map{"the map", over(Theme::subtleFill(m_palette), window.color)};
+        add("caret", role(QPalette::Link), m_editor, markContrast);
+        add("mark of an unsaved note", Theme::accentDot, m_window, markContrast);
+        add("mark of a saved note", Theme::diffAdded.in(m_palette), m_window, markContrast);
+        const Ground map{"the map", over(Theme::subtleFill(m_palette), m_window.color)};
         add("changed row", Theme::accentDot, map, markContrast);
         add("added row", Theme::diffAdded.in(m_palette), map, markContrast);
         add("removed row", Theme::diffRemoved.in(m_palette), map, markContrast);
@@ -205,18 +206,18 @@ private:
     QPalette m_palette;
     std::vector<ColorPair> m_pairs;
 
-    const Ground editor{"the editor", role(QPalette::Base)};
-    const Ground window{"the window", role(QPalette::Window)};
-    const Ground sidebar{"the sidebar", Theme::sidebarBackground.in(m_palette)};
-    const Ground sidebarHover{"a row under the mouse", over(Theme::rowHover(m_palette), sidebar.color)};
-    const Ground sidebarSelection{"a chosen row", over(Theme::rowSelection(m_palette), sidebar.color)};
-    const Ground card{"a card", role(QPalette::AlternateBase)};
-    const Ground button{"a button", role(QPalette::Button)};
-    const Ground tip{"a help text", role(QPalette::ToolTipBase)};
-    const Ground selection{"the selection", role(QPalette::Highlight)};
-    const Ground code{"code in a preview", over(Theme::subtleFill(m_palette), editor.color)};
-    const Ground fold{"a fold", over(Theme::subtleFill(m_palette), editor.color)};
-    const Ground foldHover{"a fold under the mouse", over(Theme::rowSelection(m_palette), fold.color)};
+    const Ground m_editor{"the editor", role(QPalette::Base)};
+    const Ground m_window{"the window", role(QPalette::Window)};
+    const Ground m_sidebar{"the sidebar", Theme::sidebarBackground.in(m_palette)};
+    const Ground m_sidebarHover{"a row under the mouse", over(Theme::rowHover(m_palette), m_sidebar.color)};
+    const Ground m_sidebarSelection{"a chosen row", over(Theme::rowSelection(m_palette), m_sidebar.color)};
+    const Ground m_card{"a card", role(QPalette::AlternateBase)};
+    const Ground m_button{"a button", role(QPalette::Button)};
+    const Ground m_tip{"a help text", role(QPalette::ToolTipBase)};
+    const Ground m_selection{"the selection", role(QPalette::Highlight)};
+    const Ground m_code{"code in a preview", over(Theme::subtleFill(m_palette), m_editor.color)};
+    const Ground m_fold{"a fold", over(Theme::subtleFill(m_palette), m_editor.color)};
+    const Ground m_foldHover{"a fold under the mouse", over(Theme::rowSelection(m_palette), m_fold.color)};
 };
 
 class ColorPairsInEachAppearance : public testing::TestWithParam<bool> {};
