@@ -45,6 +45,8 @@ public:
             ::futimens(file, dates);
             ::close(file);
         }
+        // The disk is not to be written to while something is measured.
+        ::sync();
     }
 
     FilePath path() const { return FilePath::fromBytes(QFile::encodeName(m_directory.path())); }

@@ -194,6 +194,8 @@ void makeNotes(const QString& folder, int count, int size) {
         }
         file.write(text);
     }
+    // The disk is not to be written to while something is measured.
+    ::sync();
 }
 
 /// The first of the programs beside each of the others; those that did not start are left out.

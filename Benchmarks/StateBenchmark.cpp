@@ -141,6 +141,8 @@ int main(int argc, char** argv) {
     const QString directory = temporary.filePath(u"Note"_s);
     const QByteArray path = directory.toUtf8();
     writeNotes(directory);
+    // The disk is not to be written to while something is measured.
+    ::sync();
     AppSettings settings(Preferences(FilePath::fromText(temporary.filePath(u"preferences.json"_s))));
     settings.setNotesDirectory(FilePath::fromText(directory));
 
