@@ -52,7 +52,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QString text = fuzz::textFrom(data, size);
     fuzz::require(FormatDetector::detect(text) == detect(text), "the rules detect the same format");
     fuzz::require(FormatDetector::looksLikeCSV(text) == looksLikeCSV(text), "the rules see the same tables");
-    // The limits lie beyond what a fuzzer writes: a long first field gets there.
+    // The limits lie beyond what a fuzzer writes: a long first field gets there. It takes a hundred times as long as
+    // the rest, so only some of the texts are tried with it.
+    if (text.size() % 16 != 0) {
+        return 0;
+    }
     const QString longer = QString(19'990, u'x') + text;
     fuzz::require(FormatDetector::looksLikeCSV(longer) == looksLikeCSV(longer), "the rules cut the same sample");
     return 0;
