@@ -223,13 +223,14 @@ void MarkdownPreview::dropFarLayouts() {
     if (m_layouts.size() <= keptLayouts) {
         return;
     }
-    const qsizetype last = anchorAt(placeOf(m_anchor) + viewport()->height()).row;
+    const double page = viewport()->height();
+    constexpr qsizetype margin = keptLayouts / 8;
+    const qsizetype first = anchorAt(placeOf(m_anchor) - page).row - margin;
+    const qsizetype last = anchorAt(placeOf(m_anchor) + 2 * page).row + margin;
     // Each scrolling asks where the page ends.
     const qsizetype end = lastAnchor().row;
-    constexpr qsizetype margin = keptLayouts / 8;
-    std::erase_if(m_layouts, [&](const auto& entry) {
-        return (entry.first < m_anchor.row - margin || entry.first > last + margin) && entry.first < end;
-    });
+    std::erase_if(m_layouts,
+                  [&](const auto& entry) { return (entry.first < first || entry.first > last) && entry.first < end; });
 }
 
 QRectF MarkdownPreview::contentRect(qsizetype index) const {

@@ -22,9 +22,9 @@
 
 namespace quillary {
 
-/// A Markdown note as a formatted page: a column of rows, of which only those near the viewport are laid out. The
-/// others count with an estimated height. What stays fixed on the screen is a row and a distance to it, so that better
-/// estimates move the scroll bar and nothing else.
+/// A Markdown note as a formatted page: a column of rows, of which only those near the viewport are laid out; those of
+/// the next page as soon as there is nothing else to do. The others count with an estimated height. What stays fixed on
+/// the screen is a row and a distance to it, so that better estimates move the scroll bar and nothing else.
 ///
 /// Text can be selected across rows and copied; links are followed by click or by key.
 class MarkdownPreview : public QAbstractScrollArea {
@@ -152,6 +152,9 @@ private:
     const MarkdownTableColumns& columnsOf(const MarkdownRow& row) const;
     const QList<SyntaxToken>* tokensOf(const MarkdownRow& row) const;
     double heightOf(qsizetype row) const;
+
+    bool isLaidOut(qsizetype row) const { return m_layouts.find(row) != m_layouts.end(); }
+
     void dropFarLayouts();
     qsizetype rowLike(const MarkdownRows& old, qsizetype oldRow) const;
 
@@ -162,6 +165,8 @@ private:
     double placeOf(const Anchor& anchor) const;
     Anchor anchorAt(double place) const;
     void scrollBy(double distance);
+    std::optional<qsizetype> nextToLayOut() const;
+    void layOutAhead();
     void syncScrollBar();
     void scrollToRow(qsizetype row, bool isAnimated);
     void scrollIntoView(const QRectF& rect);
@@ -211,6 +216,9 @@ private:
 
     Anchor m_anchor;
     bool m_isSyncing = false;
+    bool m_isGoingUp = false;
+    /// Runs while rows of the next page wait to be laid out.
+    QBasicTimer m_aheadTimer;
     QVariantAnimation m_animation;
 
     Position m_selectionStart;

@@ -153,6 +153,8 @@ void MarkdownPreview::timerEvent(QTimerEvent* event) {
         extendSelectionTo(positionAt({m_dragPlace.x(), std::clamp(m_dragPlace.y(), 0.0, viewport()->height() - 1.0)}));
     } else if (event->timerId() == m_tripleClickTimer.timerId()) {
         m_tripleClickTimer.stop();
+    } else if (event->timerId() == m_aheadTimer.timerId()) {
+        layOutAhead();
     } else {
         QAbstractScrollArea::timerEvent(event);
     }

@@ -70,6 +70,9 @@ void MarkdownPreview::paintEvent(QPaintEvent* event) {
         }
         top += height;
     }
+    if (m_animation.state() != QAbstractAnimation::Running && nextToLayOut()) {
+        m_aheadTimer.start(0, this);
+    }
 }
 
 QPointF MarkdownPreview::textOrigin(qsizetype index, const QRectF& content) const {

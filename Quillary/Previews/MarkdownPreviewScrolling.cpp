@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace quillary {
 
@@ -65,7 +66,8 @@ MarkdownPreview::Anchor MarkdownPreview::anchorAt(double place) const {
 }
 
 void MarkdownPreview::setAnchor(Anchor anchor) {
-    m_anchor = normalized(anchor);
+    const Anchor old = std::exchange(m_anchor, normalized(anchor));
+    m_isGoingUp = std::pair(m_anchor.row, m_anchor.offset) < std::pair(old.row, old.offset);
     // What is in view gets its true height before anything is painted.
     double bottom = -m_anchor.offset;
     for (qsizetype row = m_anchor.row; row < rowCount() && bottom < viewport()->height(); ++row) {
@@ -78,6 +80,38 @@ void MarkdownPreview::setAnchor(Anchor anchor) {
 
 void MarkdownPreview::scrollBy(double distance) {
     setAnchor({m_anchor.row, m_anchor.offset + distance});
+}
+
+/// The nearest row of the next page, in the direction of the last scrolling, that is not laid out.
+std::optional<qsizetype> MarkdownPreview::nextToLayOut() const {
+    const double page = viewport()->height();
+    double top = -m_anchor.offset;
+    if (m_isGoingUp) {
+        for (qsizetype row = m_anchor.row - 1; row >= 0 && top > -page; --row) {
+            if (!isLaidOut(row)) {
+                return row;
+            }
+            top -= m_heights.height(row);
+        }
+    } else {
+        for (qsizetype row = m_anchor.row; row < rowCount() && top < 2 * page; ++row) {
+            if (!isLaidOut(row)) {
+                return row;
+            }
+            top += m_heights.height(row);
+        }
+    }
+    return std::nullopt;
+}
+
+/// Lays out one row of the next page, so that scrolling there only has to draw it.
+void MarkdownPreview::layOutAhead() {
+    if (const std::optional<qsizetype> row = nextToLayOut()) {
+        heightOf(*row);
+    } else {
+        m_aheadTimer.stop();
+        syncScrollBar();
+    }
 }
 
 void MarkdownPreview::syncScrollBar() {

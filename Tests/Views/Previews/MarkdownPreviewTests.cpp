@@ -2,6 +2,7 @@
 
 #include "Quillary/Theme/Palettes.h"
 
+#include <QAbstractEventDispatcher>
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
@@ -68,6 +69,14 @@ public:
 
     QImage painted() { return view.viewport()->grab().toImage(); }
 
+    /// Lets the view do what it does when there is nothing else to do; it must come to an end.
+    void rest() const {
+        constexpr int manySteps = 10'000;
+        for (int step = 0; QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents); ++step) {
+            ASSERT_LT(step, manySteps) << "the view does not come to rest";
+        }
+    }
+
     QStringList opened;
     MarkdownPreview view;
 };
@@ -113,6 +122,55 @@ TEST(MarkdownPreview, AnEmptyTextIsAnEmptyPage) {
 TEST(MarkdownPreview, OnlyWhatIsNearTheViewportIsLaidOut) {
     const MarkdownPreviewOf preview(manyParagraphs(10'000));
     EXPECT_LT(preview.view.laidOutRowCount(), 60);
+}
+
+TEST(MarkdownPreview, TheNextPageIsLaidOutWhenThereIsNothingElseToDo) {
+    const MarkdownPreviewOf preview(manyParagraphs(3000));
+    preview.bar().setValue(preview.bar().maximum() / 2);
+    preview.rest();
+    for (const auto page :
+         {QAbstractSlider::SliderPageStepAdd, QAbstractSlider::SliderPageStepAdd, QAbstractSlider::SliderPageStepSub,
+          QAbstractSlider::SliderPageStepSub, QAbstractSlider::SliderPageStepSub, QAbstractSlider::SliderPageStepAdd}) {
+        // After a turn the page behind is the one that was left.
+        const qsizetype known = preview.view.laidOutRowCount();
+        preview.bar().triggerAction(page);
+        EXPECT_EQ(preview.view.laidOutRowCount(), known);
+        preview.rest();
+    }
+    EXPECT_LT(preview.view.laidOutRowCount(), 200);
+}
+
+TEST(MarkdownPreview, PagesThatAreLaidOutAheadMoveNothing) {
+    // Estimated, the headings are of other heights than laid out.
+    MarkdownPreviewOf preview(
+        QString(u"# Titolo che occupa più di una riga, e di quanto non si sa\n\nx\n\n"_s).repeated(900));
+    preview.bar().setValue(preview.bar().maximum() / 2);
+    for (const int step : {200, -200}) {
+        preview.bar().setValue(preview.bar().value() + step);
+        const QImage before = preview.painted();
+        const double top = preview.view.contentRect(preview.view.topRow()).top();
+        const int range = preview.bar().maximum();
+        preview.rest();
+        EXPECT_EQ(preview.view.contentRect(preview.view.topRow()).top(), top);
+        EXPECT_EQ(preview.painted(), before);
+        EXPECT_NE(preview.bar().maximum(), range) << "the better estimate reaches the scroll bar";
+        // A step from there is as exact as any.
+        const qsizetype row = preview.view.topRow() + 2;
+        const double place = preview.view.contentRect(row).top();
+        preview.bar().setValue(preview.bar().value() + 40);
+        EXPECT_NEAR(preview.view.contentRect(row).top(), place - 40, 1);
+    }
+}
+
+TEST(MarkdownPreview, TheWholePageComesToRestAtBothEnds) {
+    const MarkdownPreviewOf preview(manyParagraphs(12));
+    preview.rest();
+    EXPECT_EQ(preview.view.laidOutRowCount(), 12);
+    preview.bar().setValue(preview.bar().maximum());
+    preview.rest();
+    preview.bar().setValue(0);
+    preview.rest();
+    EXPECT_EQ(preview.view.laidOutRowCount(), 12);
 }
 
 // Scrolling
