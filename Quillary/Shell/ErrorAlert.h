@@ -18,6 +18,7 @@ public:
     ErrorAlert(NotesStore& store, QWidget* window);
 
 private:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     QMessageBox* makeBox();
     void update();
 

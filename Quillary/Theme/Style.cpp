@@ -182,10 +182,15 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     }
 }
 
+QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
+    return icon == SP_MessageBoxWarning ? symbolIcon(Symbol::warning) : QProxyStyle::standardIcon(icon, option, widget);
+}
+
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                      QStyleHintReturn* returnData) const {
     switch (hint) {
     case SH_ScrollBar_Transient:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
     // The light shadow of texts that are disabled makes them double on dark ground.
     case SH_EtchDisabledText:
         return 0;

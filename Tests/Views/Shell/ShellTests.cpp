@@ -4,7 +4,10 @@
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Sidebar/SidebarList.h"
 #include "Quillary/State/NoteDocument.h"
+#include "Quillary/Theme/Palettes.h"
 
+#include <QApplication>
+#include <QImage>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -68,6 +71,35 @@ TEST(ErrorAlert, ShowsAMessageThatLooksLikeMarkupAsItStands) {
     const auto shown = std::ranges::find(labels, message, &QLabel::text);
     ASSERT_NE(shown, labels.end());
     EXPECT_EQ((*shown)->textFormat(), Qt::PlainText);
+}
+
+TEST(ErrorAlert, ItsImageFollowsTheAppearanceAndItsButtonHasNone) {
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(lightPalette());
+    NotesFolder folder({});
+    QWidget window;
+    const ErrorAlert alert(folder.store(), &window);
+    folder.store().setErrorMessage(u"uno"_s);
+    const QMessageBox* const box = shownBox(window);
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->buttons().constFirst()->icon().isNull());
+
+    // The strongest colour of the image, which otherwise is nothing.
+    const auto ink = [box] {
+        const QImage image = box->iconPixmap().toImage();
+        QColor strongest(0, 0, 0, 0);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor color = image.pixelColor(x, y);
+                strongest = color.alpha() > strongest.alpha() ? color : strongest;
+            }
+        }
+        return strongest;
+    };
+    EXPECT_EQ(ink(), lightPalette().color(QPalette::WindowText));
+    QApplication::setPalette(darkPalette());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ink() == darkPalette().color(QPalette::WindowText); }));
+    QApplication::setPalette(before);
 }
 
 TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
