@@ -12,13 +12,16 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <cmath>
+
 namespace quillary {
 
 namespace {
 
 constexpr int padding = 12;
-constexpr int cardWidth = 250;
-constexpr int cardHeight = 148;
+/// Room for four lines of text between the title and the count, in the desktop's ordinary size.
+constexpr double cardWidth = 250;
+constexpr double cardHeight = 148;
 constexpr double radius = 9;
 
 } // namespace
@@ -30,9 +33,9 @@ NoteCard::NoteCard(QWidget* parent)
       m_badge(new QLabel(this)),
       m_snippet(new WrappingLabel(this)),
       m_count(new ElidedLabel(this)) {
-    setFixedHeight(cardHeight);
+    setFixedHeight(static_cast<int>(std::lround(cardHeight * Theme::textScale())));
     setMinimumWidth(96);
-    setMaximumWidth(cardWidth);
+    setMaximumWidth(static_cast<int>(std::lround(cardWidth * Theme::textScale())));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 
     // Large and bold, so that the tint is legible on the card.

@@ -1,10 +1,14 @@
+#include "Quillary/Detail/NoteCard.h"
 #include "Quillary/Previews/CSVGrid.h"
 #include "Quillary/Previews/CSVPreview.h"
 #include "Quillary/Previews/JSONPreview.h"
 #include "Quillary/Previews/JSONRowsView.h"
+#include "Quillary/State/NoteItem.h"
 #include "Quillary/Theme/SegmentedPicker.h"
 #include "Quillary/Theme/Style.h"
 #include "Quillary/Theme/Theme.h"
+#include "Quillary/Theme/WrappingLabel.h"
+#include "QuillaryCore/Notes/NoteFileInfo.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -61,6 +65,18 @@ TEST(TextScale, ATableHasRoomForItsTexts) {
     EXPECT_GE(grid->verticalHeader()->defaultSectionSize(), textHeight());
     EXPECT_GE(grid->horizontalHeader()->height(), textHeight());
     EXPECT_NEAR(grid->columnWidth(0), preview.columnWidths().first() * Theme::textScale(), 1);
+}
+
+TEST(TextScale, ACardHasRoomForFourLinesOfItsNote) {
+    NoteCard card;
+    NoteItem item({.url = FilePath::fromBytes("/note/Nota.md"), .folder = std::nullopt});
+    item.setSnippet(QString(u"parola "_s).repeated(100));
+    card.setItem(item, u"A"_s, std::nullopt);
+    card.resize(card.maximumWidth(), card.height());
+    card.show();
+    const auto* const snippet = card.findChild<WrappingLabel*>();
+    ASSERT_NE(snippet, nullptr);
+    EXPECT_GE(snippet->height(), 4 * snippet->fontMetrics().lineSpacing());
 }
 
 TEST(TextScale, ASegmentIsNoLowerThanItsText) {
