@@ -20,16 +20,17 @@ MainWindow::MainWindow(NotesStore& store, AppSettings& settings, FindController&
                        SoloController& solo, std::function<void()> openWindow, QWidget* parent)
     : QWidget(parent, Qt::Window) {
     installWindowAccessibility();
+    // It is never larger than the screen, and with large texts no smaller than they need.
     constexpr QSize defaultSize(940, 620);
-    resize(defaultSize);
-    // With large texts it is no smaller than they need, and never larger than the screen.
     constexpr QSize smallestSize(480, 320);
-    setMinimumSize((smallestSize * Theme::textScale()).boundedTo(screen()->availableSize()));
+    const QSize room = screen()->availableSize();
+    resize(defaultSize.boundedTo(room));
+    setMinimumSize((smallestSize * Theme::textScale()).boundedTo(room));
 
     auto* const commands = new QuillaryCommands(&store, &settings, &find, &keyboard, &solo, this);
     connect(commands, &QuillaryCommands::settingsRequested, this, &MainWindow::settingsRequested);
     m_content = new ContentView(store, settings, find, solo, std::move(openWindow), commands->newNote(), this);
-    m_content->setSizes({ContentView::defaultSidebarWidth, defaultSize.width() - ContentView::defaultSidebarWidth});
+    m_content->setSizes({ContentView::defaultSidebarWidth, width() - ContentView::defaultSidebarWidth});
 
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -7,12 +7,16 @@
 #include "Quillary/Theme/Palettes.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QImage>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QSplitter>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
 
@@ -116,6 +120,18 @@ TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
     folder.store().setErrorMessage(std::nullopt);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !box->isVisible(); }));
+}
+
+TEST(MainWindow, HasItsFirstSizeUnlessTheScreenIsSmaller) {
+    const QByteArray before = qgetenv("XDG_STATE_HOME");
+    const auto restored = qScopeGuard([&] { qputenv("XDG_STATE_HOME", before); });
+    const QTemporaryDir nothingRemembered;
+    qputenv("XDG_STATE_HOME", QFile::encodeName(nothingRemembered.path()));
+    NotesFolder folder({});
+    const MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
+    const QSize room = window.screen()->availableSize();
+    ASSERT_LT(room.width(), 940) << "the screen is to be too small for this test";
+    EXPECT_EQ(window.size(), QSize(room.width(), 620));
 }
 
 TEST(MainWindow, IsTitledByTheSelectedNote) {
