@@ -202,7 +202,11 @@ const MarkdownRowLayout& MarkdownPreview::layoutOf(qsizetype index) const {
     m_heights.setHeight(index, m_style.gap(laidOut.gap) + layout->height());
     if (laidOut.kind == MarkdownRow::Kind::code) {
         double& width = m_codeWidths[laidOut.part.source];
-        width = std::max(width, layout->naturalWidth());
+        if (layout->naturalWidth() > width) {
+            width = layout->naturalWidth();
+            // The thumb of the block may be in view where this row is not.
+            viewport()->update();
+        }
     }
     return *layout;
 }

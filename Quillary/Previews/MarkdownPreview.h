@@ -23,8 +23,9 @@
 namespace quillary {
 
 /// A Markdown note as a formatted page: a column of rows, of which only those near the viewport are laid out; those of
-/// the next page as soon as there is nothing else to do. The others count with an estimated height. What stays fixed on
-/// the screen is a row and a distance to it, so that better estimates move the scroll bar and nothing else.
+/// the pages above and below as soon as there is nothing else to do. The others count with an estimated height. What
+/// stays fixed on the screen is a row and a distance to it, so that better estimates move the scroll bar and nothing
+/// else.
 ///
 /// Text can be selected across rows and copied; links are followed by click or by key.
 class MarkdownPreview : public QAbstractScrollArea {
@@ -216,8 +217,7 @@ private:
 
     Anchor m_anchor;
     bool m_isSyncing = false;
-    bool m_isGoingUp = false;
-    /// Runs while rows of the next page wait to be laid out.
+    /// Runs while rows of the pages beside wait to be laid out.
     QBasicTimer m_aheadTimer;
     QVariantAnimation m_animation;
 

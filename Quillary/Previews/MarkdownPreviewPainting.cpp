@@ -70,7 +70,7 @@ void MarkdownPreview::paintEvent(QPaintEvent* event) {
         }
         top += height;
     }
-    if (m_animation.state() != QAbstractAnimation::Running && nextToLayOut()) {
+    if (nextToLayOut()) {
         m_aheadTimer.start(0, this);
     }
 }

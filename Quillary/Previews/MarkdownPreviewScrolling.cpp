@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace quillary {
 
@@ -66,8 +65,7 @@ MarkdownPreview::Anchor MarkdownPreview::anchorAt(double place) const {
 }
 
 void MarkdownPreview::setAnchor(Anchor anchor) {
-    const Anchor old = std::exchange(m_anchor, normalized(anchor));
-    m_isGoingUp = std::pair(m_anchor.row, m_anchor.offset) < std::pair(old.row, old.offset);
+    m_anchor = normalized(anchor);
     // What is in view gets its true height before anything is painted.
     double bottom = -m_anchor.offset;
     for (qsizetype row = m_anchor.row; row < rowCount() && bottom < viewport()->height(); ++row) {
@@ -82,29 +80,31 @@ void MarkdownPreview::scrollBy(double distance) {
     setAnchor({m_anchor.row, m_anchor.offset + distance});
 }
 
-/// The nearest row of the next page, in the direction of the last scrolling, that is not laid out.
+/// The nearest row of the page below, or then of the page above, that is not laid out; who scrolls up has the page
+/// below already. None while the page is on its way to a link, which needs the time for its frames.
 std::optional<qsizetype> MarkdownPreview::nextToLayOut() const {
+    if (m_animation.state() == QAbstractAnimation::Running) {
+        return std::nullopt;
+    }
     const double page = viewport()->height();
-    double top = -m_anchor.offset;
-    if (m_isGoingUp) {
-        for (qsizetype row = m_anchor.row - 1; row >= 0 && top > -page; --row) {
-            if (!isLaidOut(row)) {
-                return row;
-            }
-            top -= m_heights.height(row);
+    double below = -m_anchor.offset;
+    for (qsizetype row = m_anchor.row; row < rowCount() && below < 2 * page; ++row) {
+        if (!isLaidOut(row)) {
+            return row;
         }
-    } else {
-        for (qsizetype row = m_anchor.row; row < rowCount() && top < 2 * page; ++row) {
-            if (!isLaidOut(row)) {
-                return row;
-            }
-            top += m_heights.height(row);
+        below += m_heights.height(row);
+    }
+    double above = m_anchor.offset;
+    for (qsizetype row = m_anchor.row - 1; row >= 0 && above < page; --row) {
+        if (!isLaidOut(row)) {
+            return row;
         }
+        above += m_heights.height(row);
     }
     return std::nullopt;
 }
 
-/// Lays out one row of the next page, so that scrolling there only has to draw it.
+/// Lays out one row of the pages beside the one in view, so that scrolling there only has to draw it.
 void MarkdownPreview::layOutAhead() {
     if (const std::optional<qsizetype> row = nextToLayOut()) {
         heightOf(*row);

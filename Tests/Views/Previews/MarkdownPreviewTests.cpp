@@ -128,30 +128,31 @@ TEST(MarkdownPreview, TheNextPageIsLaidOutWhenThereIsNothingElseToDo) {
     const MarkdownPreviewOf preview(manyParagraphs(3000));
     preview.bar().setValue(preview.bar().maximum() / 2);
     preview.rest();
-    for (const auto page :
-         {QAbstractSlider::SliderPageStepAdd, QAbstractSlider::SliderPageStepAdd, QAbstractSlider::SliderPageStepSub,
-          QAbstractSlider::SliderPageStepSub, QAbstractSlider::SliderPageStepSub, QAbstractSlider::SliderPageStepAdd}) {
-        // After a turn the page behind is the one that was left.
+    for (const auto action :
+         {QAbstractSlider::SliderPageStepSub, QAbstractSlider::SliderPageStepAdd, QAbstractSlider::SliderPageStepAdd,
+          QAbstractSlider::SliderPageStepSub, QAbstractSlider::SliderToMinimum, QAbstractSlider::SliderPageStepAdd,
+          QAbstractSlider::SliderToMaximum, QAbstractSlider::SliderPageStepSub}) {
+        const bool isPage =
+            action == QAbstractSlider::SliderPageStepAdd || action == QAbstractSlider::SliderPageStepSub;
         const qsizetype known = preview.view.laidOutRowCount();
-        preview.bar().triggerAction(page);
-        EXPECT_EQ(preview.view.laidOutRowCount(), known);
+        preview.bar().triggerAction(action);
+        EXPECT_TRUE(!isPage || preview.view.laidOutRowCount() == known) << action;
         preview.rest();
     }
     EXPECT_LT(preview.view.laidOutRowCount(), 200);
 }
 
 TEST(MarkdownPreview, PagesThatAreLaidOutAheadMoveNothing) {
-    // Estimated, the headings are of other heights than laid out.
-    MarkdownPreviewOf preview(
-        QString(u"# Titolo che occupa più di una riga, e di quanto non si sa\n\nx\n\n"_s).repeated(900));
+    // Of narrow letters more fit into a line than are counted with.
+    MarkdownPreviewOf preview(QString(QString(u"ili "_s).repeated(200) + u"\n\n"_s).repeated(900));
     preview.bar().setValue(preview.bar().maximum() / 2);
     for (const int step : {200, -200}) {
         preview.bar().setValue(preview.bar().value() + step);
         const QImage before = preview.painted();
-        const double top = preview.view.contentRect(preview.view.topRow()).top();
+        const double lower = preview.view.contentRect(preview.view.topRow() + 1).top();
         const int range = preview.bar().maximum();
         preview.rest();
-        EXPECT_EQ(preview.view.contentRect(preview.view.topRow()).top(), top);
+        EXPECT_EQ(preview.view.contentRect(preview.view.topRow() + 1).top(), lower);
         EXPECT_EQ(preview.painted(), before);
         EXPECT_NE(preview.bar().maximum(), range) << "the better estimate reaches the scroll bar";
         // A step from there is as exact as any.
