@@ -11,7 +11,7 @@
 using namespace Qt::StringLiterals;
 
 /// Test programs of widgets run on the offscreen platform, with the style and the fonts of the application. Neither do
-/// they find the preferences and the window's place that the user has, nor change them.
+/// they find the preferences, the window's place and the trash that the user has, nor change them.
 int main(int argc, char** argv) {
     qputenv("LC_ALL", "C.UTF-8");
     std::setlocale(LC_ALL, "C.UTF-8");
@@ -19,7 +19,11 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QTemporaryDir userFiles;
+    if (!userFiles.isValid()) {
+        return 1;
+    }
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(userFiles.filePath(u"config"_s)));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(userFiles.filePath(u"data"_s)));
     qputenv("XDG_STATE_HOME", QFile::encodeName(userFiles.filePath(u"state"_s)));
     QApplication application(argc, argv);
     QApplication::setStyle(new quillary::Style);
