@@ -19,9 +19,9 @@ namespace quillary {
 namespace {
 
 constexpr int padding = 12;
-/// Room for four lines of text between the title and the count, in the desktop's ordinary size.
-constexpr double cardWidth = 250;
+// In the desktop's ordinary size of texts: four lines between the title and the count.
 constexpr double cardHeight = 148;
+constexpr double cardWidth = 250;
 constexpr double radius = 9;
 
 } // namespace

@@ -1,9 +1,13 @@
 #include "Quillary/Shell/ErrorAlert.h"
 
+#include "Quillary/Theme/Theme.h"
+
 #include <QEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+
+#include <cmath>
 
 namespace quillary {
 
@@ -11,8 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Of the message, so that its lines are neither a few words long nor as long as the window is wide.
-constexpr int messageWidth = 320;
+/// Of the message in the desktop's ordinary size of texts, so that its lines are neither a few words long nor as long
+/// as the window is wide.
+constexpr double messageWidth = 320;
 
 } // namespace
 
@@ -52,7 +57,7 @@ void ErrorAlert::update() {
         }
         m_box->setInformativeText(*m_store.errorMessage());
         if (auto* const message = m_box->findChild<QLabel*>(u"qt_msgbox_informativelabel"_s)) {
-            message->setMinimumWidth(messageWidth);
+            message->setMinimumWidth(static_cast<int>(std::lround(messageWidth * Theme::textScale())));
         }
         // The box takes the format of its text for that text alone, and the name of a note may look like markup.
         for (QLabel* const label : m_box->findChildren<QLabel*>()) {

@@ -77,8 +77,8 @@ TEST(ErrorAlert, ShowsAMessageThatLooksLikeMarkupAsItStands) {
     EXPECT_EQ((*shown)->textFormat(), Qt::PlainText);
 }
 
-TEST(ErrorAlert, ItsImageFollowsTheAppearanceAndItsButtonHasNone) {
-    const QPalette before = QApplication::palette();
+TEST(ErrorAlert, ItsImageFollowsTheAppearance) {
+    const auto restored = qScopeGuard([before = QApplication::palette()] { QApplication::setPalette(before); });
     QApplication::setPalette(lightPalette());
     NotesFolder folder({});
     QWidget window;
@@ -86,7 +86,6 @@ TEST(ErrorAlert, ItsImageFollowsTheAppearanceAndItsButtonHasNone) {
     folder.store().setErrorMessage(u"uno"_s);
     const QMessageBox* const box = shownBox(window);
     ASSERT_NE(box, nullptr);
-    EXPECT_TRUE(box->buttons().constFirst()->icon().isNull());
 
     // The strongest colour of the image, which otherwise is nothing.
     const auto ink = [box] {
@@ -103,7 +102,6 @@ TEST(ErrorAlert, ItsImageFollowsTheAppearanceAndItsButtonHasNone) {
     EXPECT_EQ(ink(), lightPalette().color(QPalette::WindowText));
     QApplication::setPalette(darkPalette());
     EXPECT_TRUE(QTest::qWaitFor([&] { return ink() == darkPalette().color(QPalette::WindowText); }));
-    QApplication::setPalette(before);
 }
 
 TEST(ErrorAlert, EscapeDismissesItAndAMessageTakenBackHidesIt) {
@@ -129,9 +127,7 @@ TEST(MainWindow, HasItsFirstSizeUnlessTheScreenIsSmaller) {
     qputenv("XDG_STATE_HOME", QFile::encodeName(nothingRemembered.path()));
     NotesFolder folder({});
     const MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo());
-    const QSize room = window.screen()->availableSize();
-    ASSERT_LT(room.width(), 940) << "the screen is to be too small for this test";
-    EXPECT_EQ(window.size(), QSize(room.width(), 620));
+    EXPECT_EQ(window.size(), QSize(940, 620).boundedTo(window.screen()->availableSize()));
 }
 
 TEST(MainWindow, IsTitledByTheSelectedNote) {

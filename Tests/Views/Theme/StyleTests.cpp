@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -32,6 +33,16 @@ using namespace quillary;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The style of a desktop that wants images on the buttons of dialogs.
+class StyleWithImages : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 1
+                                                           : QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
 
 class StyleInEachAppearance : public testing::TestWithParam<bool> {
 protected:
@@ -81,6 +92,13 @@ private:
 };
 
 } // namespace
+
+TEST(Style, ButtonsOfDialogsHaveNoImagesWhateverTheDesktopWants) {
+    Style style;
+    style.setBaseStyle(new StyleWithImages);
+    ASSERT_EQ(style.baseStyle()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 1);
+    EXPECT_EQ(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, nullptr, nullptr), 0);
+}
 
 INSTANTIATE_TEST_SUITE_P(Style, StyleInEachAppearance, testing::Bool(),
                          [](const auto& instance) { return instance.param ? "Dark" : "Light"; });
