@@ -73,7 +73,7 @@ QString randomText(const std::u32string& alphabet, int longest, std::mt19937& ra
 
 } // namespace
 
-TEST(PrimaryKeys, LocalesWithTheOrderOfMostLanguagesNeedNoKeysOfICU) {
+TEST(PrimaryKeys, LocalesOfTheRootsOrderNeedNoKeysOfICU) {
     const struct {
         const char* locale;
         bool followsRoot;
@@ -161,7 +161,7 @@ TEST(PrimaryKeys, AreInTheOrderOfTheComparisonInEveryLocale) {
                 QString a = randomText(alphabet, 6, random);
                 const QString b = randomText(alphabet, 6, random);
                 if (order.keys().followsRoot()) {
-                    // Elsewhere ICU's comparison does not know such a digit again where the first difference is.
+                    // In other orders ICU's comparison does not know such a digit again where the first difference is.
                     a.replace(u'9', u'\uFF19');
                 }
                 ASSERT_EQ(order.ofKeys(a, b), order.ofTexts(a, b))
