@@ -10,6 +10,8 @@
 #include "QuillaryCore/Platform/Trash.h"
 #include "QuillaryCore/Platform/UTF8Writer.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -90,11 +92,11 @@ NoteFileInfo infoOf(FilePath url, const FileStatus& status, const std::optional<
 } // namespace
 
 QString NoteFileStore::fallbackTitle() {
-    return u"Senza titolo"_s;
+    return QCoreApplication::translate("NoteFileStore", "Senza titolo");
 }
 
 QString NoteFileStore::defaultFolderName() {
-    return u"Nuova cartella"_s;
+    return QCoreApplication::translate("NoteFileStore", "Nuova cartella");
 }
 
 QString NoteFileStore::sanitizedTitle(QStringView title) {

@@ -5,6 +5,8 @@
 #include "QuillaryCore/Unicode/DayCalendar.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
+#include <QCoreApplication>
+
 namespace quillary {
 
 namespace {
@@ -53,7 +55,7 @@ QString withHyphensForForbidden(QStringView title) {
 
 QString NoteNaming::defaultTitle(Moment date, const QTimeZone& timeZone) {
     const DateFormatter formatter(u"yyyy-MM-dd HH.mm"_s, u"en_US_POSIX"_s, DayCalendar(timeZone).timeZone());
-    return u"Nota "_s + formatter.text(date);
+    return QCoreApplication::translate("NoteNaming", "Nota ") + formatter.text(date);
 }
 
 QString NoteNaming::sanitizedTitle(QStringView title) {
