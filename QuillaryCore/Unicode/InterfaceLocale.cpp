@@ -1,7 +1,5 @@
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
-#include <QLocale>
-
 #include <mutex>
 
 namespace quillary {
@@ -10,15 +8,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-QString localeOfUser() {
-    // Italian is the one language that the interface speaks.
-    const QString region = QLocale::territoryToCode(QLocale::system().territory());
-    return region.isEmpty() ? u"it"_s : u"it_"_s + region;
-}
-
 struct SharedName {
     std::mutex mutex;
-    QString value = localeOfUser();
+    QString value = interfaceLocaleOf(QLocale::system());
 };
 
 SharedName& sharedName() {
@@ -32,6 +24,12 @@ QString interfaceLocale() {
     SharedName& name = sharedName();
     const std::scoped_lock lock(name.mutex);
     return name.value;
+}
+
+QString interfaceLocaleOf(const QLocale& user) {
+    // Italian is the one language that the interface speaks.
+    const QString region = QLocale::territoryToCode(user.territory());
+    return region.isEmpty() ? u"it"_s : u"it_"_s + region;
 }
 
 void setInterfaceLocale(const QString& name) {

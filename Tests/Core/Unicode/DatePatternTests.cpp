@@ -99,6 +99,13 @@ TEST(DatePattern, ServesManyThreadsAtOnce) {
 TEST(InterfaceLocale, IsItalianWithTheUsersRegion) {
     // The test programs run in the C locale, which has no region.
     EXPECT_EQ(interfaceLocale(), u"it"_s);
+    const std::pair<QString, QString> cases[] = {
+        {u"it_IT"_s, u"it_IT"_s}, {u"it_CH"_s, u"it_CH"_s}, {u"de_CH"_s, u"it_CH"_s},
+        {u"en_US"_s, u"it_US"_s}, {u"C"_s, u"it"_s},
+    };
+    for (const auto& [user, locale] : cases) {
+        EXPECT_EQ(interfaceLocaleOf(QLocale(user)), locale) << user.toStdString();
+    }
 }
 
 TEST(InterfaceLocale, CanBeAnother) {
