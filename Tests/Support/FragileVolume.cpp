@@ -70,7 +70,8 @@ QByteArray checked(int result, int& error) {
 
 } // namespace
 
-FragileVolume::FragileVolume(QByteArray place, const QByteArray& shown) : m_place(std::move(place)) {
+FragileVolume::FragileVolume(QByteArray place, const QByteArray& shown, VolumeTraits traits)
+    : m_place(std::move(place)), m_traits(traits) {
     const int root = ::open(shown.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
     m_device = ::open("/dev/fuse", O_RDWR | O_CLOEXEC | O_NONBLOCK);
     m_wake = ::eventfd(0, EFD_CLOEXEC);
@@ -236,8 +237,29 @@ std::optional<FragileVolume::Bytes> FragileVolume::factsOf(int descriptor) const
     return bytesOf(answer);
 }
 
+/// A name as the directory has it.
+FragileVolume::Bytes FragileVolume::spelled(int directory, const char* name) const {
+    Bytes spelling(name);
+    if (!m_traits.ignoresCase) {
+        return spelling;
+    }
+    DIR* const stream = ::fdopendir(::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (stream == nullptr) {
+        return spelling;
+    }
+    while (const dirent* const entry = ::readdir(stream)) {
+        if (spelling.compare(entry->d_name, Qt::CaseInsensitive) == 0) {
+            spelling = entry->d_name;
+            break;
+        }
+    }
+    ::closedir(stream);
+    return spelling;
+}
+
 std::optional<FragileVolume::Bytes> FragileVolume::entryOf(quint64 parent, const char* name) {
-    const int descriptor = ::openat(descriptorOf(parent), name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+    const Bytes spelling = spelled(descriptorOf(parent), name);
+    const int descriptor = ::openat(descriptorOf(parent), spelling.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
 
     struct stat facts {};
 
@@ -253,7 +275,8 @@ std::optional<FragileVolume::Bytes> FragileVolume::entryOf(quint64 parent, const
     }
     fuse_entry_out answer = {};
     answer.nodeid = number->second;
-    answer.entry_valid = validity;
+    // The kernel doesn't know that one change changes all spellings of a name.
+    answer.entry_valid = m_traits.ignoresCase ? 0 : validity;
     answer.attr_valid = validity;
     answer.attr = attributesOf(facts);
     return bytesOf(answer);
@@ -302,8 +325,9 @@ FragileVolume::Bytes FragileVolume::answerToNames(const fuse_in_header& request,
         return found.value_or(Bytes());
     };
     const auto rename = [&](quint64 to, unsigned flags, const char* name) {
-        const char* const target = name + std::strlen(name) + 1;
-        return checked(::renameat2(parent, name, descriptorOf(to), target, flags), error);
+        const Bytes source = spelled(parent, name);
+        const Bytes target = spelled(descriptorOf(to), name + std::strlen(name) + 1);
+        return checked(::renameat2(parent, source.constData(), descriptorOf(to), target.constData(), flags), error);
     };
     switch (request.opcode) {
     case FUSE_LOOKUP:
@@ -314,9 +338,9 @@ FragileVolume::Bytes FragileVolume::answerToNames(const fuse_in_header& request,
         return error == 0 ? entry(name) : Bytes();
     }
     case FUSE_UNLINK:
-        return checked(::unlinkat(parent, arguments, 0), error);
+        return checked(::unlinkat(parent, spelled(parent, arguments).constData(), 0), error);
     case FUSE_RMDIR:
-        return checked(::unlinkat(parent, arguments, AT_REMOVEDIR), error);
+        return checked(::unlinkat(parent, spelled(parent, arguments).constData(), AT_REMOVEDIR), error);
     case FUSE_RENAME:
         return rename(as<fuse_rename_in>(arguments).newdir, 0, arguments + sizeof(fuse_rename_in));
     case FUSE_RENAME2: {
@@ -389,7 +413,7 @@ FragileVolume::Bytes FragileVolume::entries(int descriptor, quint64 offset, quin
         head.ino = entry->d_ino;
         head.off = static_cast<quint64>(::telldir(stream));
         head.namelen = static_cast<quint32>(std::strlen(entry->d_name));
-        head.type = entry->d_type;
+        head.type = m_traits.tellsKinds ? entry->d_type : static_cast<unsigned char>(DT_UNKNOWN);
         Bytes record = bytesOf(head).first(static_cast<qsizetype>(FUSE_NAME_OFFSET)) + entry->d_name;
         record.append(
             static_cast<qsizetype>(FUSE_DIRENT_ALIGN(static_cast<std::size_t>(record.size()))) - record.size(), '\0');

@@ -15,6 +15,14 @@ struct fuse_in_header;
 
 namespace quillary::test {
 
+/// In what a volume can differ from those of this system.
+struct VolumeTraits {
+    /// Takes names that differ in the case of ASCII letters for one, and gives the spelling of the first.
+    bool ignoresCase = false;
+    /// Gives the kind of an entry with its name.
+    bool tellsKinds = true;
+};
+
 /// A volume as a share on a bad network is one: it shows a directory in another place, answers each request late if it
 /// is told to, hangs, and dies with requests unanswered. A FUSE file system, served by a thread of this program in the
 /// kernel's own protocol (linux/fuse.h).
@@ -23,7 +31,7 @@ namespace quillary::test {
 class FragileVolume {
 public:
     /// Mounts it; both directories are there.
-    FragileVolume(QByteArray place, const QByteArray& shown);
+    FragileVolume(QByteArray place, const QByteArray& shown, VolumeTraits traits = {});
     ~FragileVolume();
     FragileVolume(const FragileVolume&) = delete;
     FragileVolume& operator=(const FragileVolume&) = delete;
@@ -79,6 +87,7 @@ private:
     void reply(quint64 request, int error, const Bytes& bytes = {}) const;
     int descriptorOf(quint64 node) const;
     QByteArray pathOf(quint64 node) const;
+    Bytes spelled(int directory, const char* name) const;
     std::optional<Bytes> entryOf(quint64 parent, const char* name);
     std::optional<Bytes> factsOf(int descriptor) const;
     Bytes answerTo(const fuse_in_header& request, const char* arguments, int& error);
@@ -89,6 +98,7 @@ private:
     Bytes entries(int descriptor, quint64 offset, quint32 size, int& error) const;
 
     QByteArray m_place;
+    VolumeTraits m_traits;
     int m_device = -1;
     int m_wake = -1;
     bool m_isMounted = false;

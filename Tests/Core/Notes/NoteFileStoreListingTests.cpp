@@ -1,4 +1,5 @@
 #include "Tests/Core/Notes/NoteFileStoreTest.h"
+#include "Tests/Support/FragileVolume.h"
 
 #include <cerrno>
 #include <sys/socket.h>
@@ -109,6 +110,25 @@ TEST_F(NoteFileStoreListing, ALookAtTheDirectoryGivesTheFoldersAndTheNotesThatEa
     const auto failed = NoteFileStore(directory.path("a.md")).list();
     ASSERT_FALSE(failed);
     EXPECT_EQ(localizedDescription(failed.error()), localizedDescription(FileError(SystemError{ENOTDIR})));
+}
+
+TEST_F(NoteFileStoreListing, AsksForTheKindOfAnEntryThatTheVolumeDoesNotTellWithItsName) {
+    const TestDirectory shown;
+    shown.write("a.md");
+    shown.makeDirectory("directory.md");
+    shown.makeLink("link.md", "a.md");
+    shown.makeDirectory("Lavoro");
+    shown.write("Lavoro/b.md");
+    shown.makeLink("LinkedFolder", "Lavoro");
+    shown.makeDirectory("x.app");
+    shown.makeDirectory(".git");
+    const test::FragileVolume volume(directory.bytes(), shown.bytes(), {.tellsKinds = false});
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << test::noVolume;
+    }
+    EXPECT_EQ(listed(), (QList<QByteArray>{"Lavoro/b.md", "a.md"}));
+    EXPECT_EQ(folders(), (QStringList{u"Lavoro"_s, u"directory.md"_s}));
+    EXPECT_EQ(store.list()->folders, *store.listFolders());
 }
 
 TEST_F(NoteFileStoreListing, TakesDirectoriesForFoldersWhoseNamesOnlyResembleAPackage) {

@@ -1,6 +1,7 @@
 #include "QuillaryCore/Platform/CreationDate.h"
 
 #include "Tests/Core/Notes/NoteFileStoreTest.h"
+#include "Tests/Support/FragileVolume.h"
 
 #include <cerrno>
 
@@ -164,6 +165,25 @@ TEST_F(NoteFileStoreNames, DoesNotReplaceANoteOfTheSameLettersInAnotherCase) {
     EXPECT_EQ(systemCode(store.rename(upper, u"nota")), EEXIST);
     EXPECT_EQ(directory.read("Nota.md"), "upper");
     EXPECT_EQ(directory.read("nota.md"), "lower");
+}
+
+TEST_F(NoteFileStoreNames, ChangesTheCaseOfANameWhereBothSpellingsAreOne) {
+    const TestDirectory shown;
+    const test::FragileVolume volume(directory.bytes(), shown.bytes(), {.ignoresCase = true});
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << test::noVolume;
+    }
+    const FilePath nota = directory.write("Nota.md", "text");
+    directory.write("Altra.md", "other");
+    directory.makeDirectory("Lavoro");
+    ASSERT_TRUE(directory.has("nota.md") && directory.has("LAVORO"));
+
+    EXPECT_EQ(relative(store.rename(nota, u"nota")), "nota.md");
+    EXPECT_EQ(store.renameFolder(u"Lavoro"_s, u"lavoro").value(), u"lavoro"_s);
+    EXPECT_EQ(shown.names(), (QList<QByteArray>{"Altra.md", "lavoro", "nota.md"}));
+    EXPECT_EQ(relative(store.rename(directory.path("nota.md"), u"ALTRA")), "ALTRA 2.md");
+    EXPECT_EQ(shown.read("ALTRA 2.md"), "text");
+    EXPECT_EQ(shown.read("Altra.md"), "other");
 }
 
 TEST_F(NoteFileStoreNames, ChangesTheFormatByTheExtension) {
