@@ -71,6 +71,10 @@ TEST_F(NoteFileStoreFolders, TouchesNothingWhenTheNameStays) {
     EXPECT_EQ(store.renameFolder(u"Lavoro"_s, u"Lavoro").value(), u"Lavoro"_s);
     EXPECT_EQ(store.renameFolder(u"Lavoro"_s, u" Lavoro ").value(), u"Lavoro"_s);
     EXPECT_EQ(*fileStatus(folder), before);
+    directory.makeDirectory("caffe\xCC\x80");
+    EXPECT_EQ(store.renameFolder(u"caffe\u0300"_s, u"caff\u00E8").value(), u"caffe\u0300"_s)
+        << "composed otherwise it is the same name";
+    EXPECT_EQ(directory.names(), (QList<QByteArray>{"Lavoro", "caffe\xCC\x80"}));
 }
 
 TEST_F(NoteFileStoreFolders, NumbersARenamedFolderRatherThanReplaceAnother) {
@@ -154,6 +158,47 @@ TEST_F(NoteFileStoreFolders, KeepsAFolderWhoseNotesCannotBeListedOrMoved) {
     EXPECT_EQ(trashed(), QList<QByteArray>{});
     EXPECT_EQ(systemCode(store.deleteFolder(u"absent"_s, true)), ENOENT);
     EXPECT_EQ(systemCode(store.deleteFolder(u"absent"_s, false)), ENOENT);
+}
+
+TEST_F(NoteFileStoreFolders, LeavesTheRestInAFolderFromTheFirstNoteOnThatCannotBeMoved) {
+    if (!test::canMakeFilesOfOthers()) {
+        GTEST_SKIP() << test::noOtherOwner;
+    }
+    constexpr unsigned user = test::WithoutPrivileges::nobody;
+    ::chmod(directory.bytes().constData(), 0777);
+    const FilePath folder = directory.makeDirectory("Lavoro");
+    for (int i = 0; i < 7; ++i) {
+        const FilePath note = directory.write("Lavoro/" + QByteArray::number(i) + ".md");
+        ASSERT_EQ(::chown(note.bytes().constData(), user, user), 0);
+    }
+    // Where the sticky bit is set, a file may be moved by its owner alone.
+    ::chmod(folder.bytes().constData(), 01777);
+    const QList<NoteFileInfo> notes = store.listNotes().value();
+    ASSERT_EQ(notes.size(), 7);
+    constexpr qsizetype stuck = 3;
+    ASSERT_EQ(::chown(notes[stuck].url.bytes().constData(), 0, 0), 0);
+    {
+        const test::WithoutPrivileges privileges;
+        EXPECT_EQ(systemCode(store.deleteFolder(u"Lavoro"_s, true)), EPERM);
+    }
+    for (qsizetype i = 0; i < notes.size(); ++i) {
+        const QByteArray name = notes[i].url.fileName().toUtf8();
+        EXPECT_EQ(directory.has(name), i < stuck) << i;
+        EXPECT_EQ(directory.has("Lavoro/" + name), i >= stuck) << i;
+    }
+    EXPECT_EQ(trashed(), QList<QByteArray>{});
+}
+
+TEST_F(NoteFileStoreFolders, ReportsAFolderThatCannotGoToTheTrash) {
+    directory.makeDirectory("Lavoro");
+    directory.write("Lavoro/a.md", "a");
+    ::chmod(directory.bytes().constData(), 0555);
+    {
+        const test::WithoutPrivileges user;
+        EXPECT_EQ(systemCode(store.deleteFolder(u"Lavoro"_s, false)), EACCES);
+    }
+    ::chmod(directory.bytes().constData(), 0755);
+    EXPECT_EQ(directory.read("Lavoro/a.md"), "a");
 }
 
 } // namespace

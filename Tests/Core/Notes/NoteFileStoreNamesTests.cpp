@@ -32,6 +32,7 @@ TEST_F(NoteFileStoreNames, NumbersANameThatIsTaken) {
     EXPECT_EQ(unique(u"Nota"_s, u"txt"_s), "Nota.txt");
     EXPECT_EQ(unique(u"Nota"_s, u"md"_s, u"Lavoro"_s), "Lavoro/Nota.md");
     EXPECT_EQ(unique(u"Nota 2"_s), "Nota 2 2.md");
+    EXPECT_EQ(unique(u"nota"_s), "nota.md") << "to this file system it is another name";
 }
 
 TEST_F(NoteFileStoreNames, TakesAnythingThatIsThereForTaken) {
@@ -205,6 +206,7 @@ TEST_F(NoteFileStoreNames, ChangesTheFormatByTheExtension) {
         {"g.h.txt", NoteFormat::markdown, "g.h.md"},
         {"i:j.txt", NoteFormat::css, "i-j.css"},
         {"caf\xE9.txt", NoteFormat::php, "caf\xE9.php"},
+        {QByteArray(130, 'j') + ".txt", NoteFormat::markdown, QByteArray(120, 'j') + ".md"},
     };
     for (const auto& [from, format, to] : cases) {
         EXPECT_EQ(relative(store.changeFormat(directory.write(from, from), format)), to);
@@ -231,6 +233,8 @@ TEST_F(NoteFileStoreNames, MovesANoteBetweenFolders) {
     EXPECT_EQ(directory.read("Casa/a.md"), "taken");
     EXPECT_EQ(relative(store.moveNote(directory.write("x.MD"), u"Casa"_s)), "Casa/x.MD");
     EXPECT_EQ(relative(store.moveNote(directory.write("p:q.md"), u"Casa"_s)), "Casa/p-q.md");
+    EXPECT_EQ(relative(store.moveNote(directory.write(QByteArray(130, 'y') + ".md"), u"Casa"_s)),
+              "Casa/" + QByteArray(120, 'y') + ".md");
 }
 
 TEST_F(NoteFileStoreNames, TellsFoldersThatDifferInNormalisationApartWhereBothAreThere) {
@@ -289,9 +293,11 @@ TEST_F(NoteFileStoreNames, ImportsAForeignFile) {
     };
 
     const Case cases[] = {
-        {"photo.JPG", "photo.txt"}, {"Data.CSV", "Data.csv"},     {"Report.PDF", "Report.txt"},
-        {"plain", "plain.txt"},     {".profile", "profile.txt"},  {"a.tar.gz", "a.tar.txt"},
-        {"n:o.md", "n-o.md"},       {"caf\xE9.md", "caf\xE9.md"}, {"photo.txt", "photo 2.txt"},
+        {"photo.JPG", "photo.txt"},   {"Data.CSV", "Data.csv"},
+        {"Report.PDF", "Report.txt"}, {"plain", "plain.txt"},
+        {".profile", "profile.txt"},  {"a.tar.gz", "a.tar.txt"},
+        {"n:o.md", "n-o.md"},         {"caf\xE9.md", "caf\xE9.md"},
+        {"photo.txt", "photo 2.txt"}, {QByteArray(130, 'x') + ".md", QByteArray(120, 'x') + ".md"},
     };
     for (const auto& [from, to] : cases) {
         const QByteArray contents = from + QByteArray("\xFF\0\xFE", 3);

@@ -53,10 +53,13 @@ TEST_F(NoteFileStoreReading, ReadsTheLargestFileAndRefusesALargerOne) {
     EXPECT_EQ(ownError(refused), NoteStoreError::fileTooLarge(u"grande.md"_s, 33'554'433));
     EXPECT_TRUE(localizedDescription(refused.error()).startsWith(u"«grande.md» è troppo grande per essere aperto ("_s));
 
-    EXPECT_EQ(store.info(url)->size, 33'554'433) << "it stays listed,";
+    EXPECT_EQ(listed(), QList<QByteArray>{"grande.md"}) << "it stays listed,";
+    EXPECT_EQ(store.info(url)->size, 33'554'433);
     EXPECT_EQ(relative(store.rename(url, u"altro")), "altro.md") << "can have another name,";
     EXPECT_EQ(relative(store.changeFormat(directory.path("altro.md"), NoteFormat::plain)), "altro.txt");
-    EXPECT_EQ(relative(store.importFile(directory.path("altro.txt"))), "altro 2.txt") << "and be copied";
+    EXPECT_EQ(relative(store.importFile(directory.path("altro.txt"))), "altro 2.txt") << "be copied";
+    directory.makeDirectory("Lavoro");
+    EXPECT_EQ(relative(store.moveNote(directory.path("altro.txt"), u"Lavoro"_s)), "Lavoro/altro.txt") << "and be moved";
 }
 
 TEST_F(NoteFileStoreReading, FailsWithTheSystemsErrorWhereThereIsNothingToRead) {

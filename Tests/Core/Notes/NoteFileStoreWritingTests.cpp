@@ -89,6 +89,15 @@ TEST_F(NoteFileStoreWriting, TakesTextInStretches) {
     }
 }
 
+TEST_F(NoteFileStoreWriting, WritesMoreThanItReads) {
+    const FilePath url = directory.path("a.md");
+    const QString chunk(qsizetype(1024) * 1024, u'x');
+    int chunks = 0;
+    ASSERT_TRUE(store.write([&] { return chunks++ < 33 ? QStringView(chunk) : QStringView(); }, url));
+    EXPECT_EQ(store.info(url)->size, 34'603'008);
+    EXPECT_EQ(ownError(store.read(url)), NoteStoreError::fileTooLarge(u"a.md"_s, 34'603'008));
+}
+
 TEST_F(NoteFileStoreWriting, WritesReplacementCharactersForLoneSurrogates) {
     const FilePath url = directory.path("a.md");
     ASSERT_TRUE(store.write(QString(u"a"_s + QChar(0xD800)), url));

@@ -1,5 +1,6 @@
 #include "QuillaryCore/Notes/NoteNaming.h"
 
+#include "QuillaryCore/Unicode/DatePattern.h"
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 
 #include <gtest/gtest.h>
@@ -33,6 +34,12 @@ TEST(DefaultTitle, IsInWesternDigitsWhateverTheInterfacesLocale) {
     setInterfaceLocale(u"ar_EG"_s);
     EXPECT_EQ(NoteNaming::defaultTitle(Moment{}, QTimeZone::utc()), u"Nota 1970-01-01 00.00"_s);
     setInterfaceLocale(before);
+}
+
+TEST(DefaultTitle, KeepsNoFormatter) {
+    const qsizetype before = keptDateFormatters();
+    EXPECT_EQ(NoteNaming::defaultTitle(Moment{}, QTimeZone("Pacific/Kiritimati")), u"Nota 1969-12-31 13.20"_s);
+    EXPECT_EQ(keptDateFormatters(), before);
 }
 
 TEST(SanitizedTitle, IsASafeBaseName) {

@@ -67,6 +67,19 @@ TEST(SidebarLayout, OrderedGivesKnownFoldersThenNewOnesByName) {
     }
 }
 
+TEST(SidebarLayout, OrderedLeavesNewNamesThatCompareEqualAsTheyAreGiven) {
+    // Every spelling of one name, in an order that none of them suggests.
+    QStringList folders;
+    for (int spelling = 0; spelling < 64; ++spelling) {
+        QString name;
+        for (int word = 0; word < 6; ++word) {
+            name += (spelling * 37 >> word) % 2 == 0 ? composed : decomposed;
+        }
+        folders.append(name);
+    }
+    EXPECT_EQ(SidebarLayout().ordered(folders, u"it"_s), folders);
+}
+
 TEST(SidebarLayout, OrderedFollowsTheLocale) {
     const QStringList folders{u"z"_s, u"\u00E4"_s};
     const SidebarLayout layout;
