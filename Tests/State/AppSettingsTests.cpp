@@ -93,6 +93,22 @@ TEST_F(AppSettingsTest, ReadWhatIsStored) {
     EXPECT_FALSE(s.soloBringToFront());
 }
 
+struct StoredDirectory {
+    QString stored;
+    QString read;
+};
+
+class StoredDirectories : public AppSettingsTest, public testing::WithParamInterface<StoredDirectory> {};
+
+TEST_P(StoredDirectories, AreTakenUncheckedAsPathsFromWhereTheProgramRuns) {
+    EXPECT_EQ(open({{u"notesDirectory"_s, GetParam().stored}}).notesDirectory().text(), GetParam().read);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StoredDirectories,
+                         testing::Values(StoredDirectory{u"/non/c'è"_s, u"/non/c'è"_s},
+                                         StoredDirectory{u"Note mie"_s, QDir::currentPath() + u"/Note mie"_s},
+                                         StoredDirectory{QString(), QDir::currentPath()}));
+
 struct StoredFontSize {
     QJsonValue stored;
     double read;

@@ -284,6 +284,31 @@ TEST_F(NotesStoreHostile, RightsThatAreLostAndGivenBackCostNoText) {
     EXPECT_TRUE(isSavedAfterTheNextEdit(a, u"dopo ancora"_s));
 }
 
+TEST_F(NotesStoreHostile, AFolderThatCanNotBeOpenedIsListedWithoutItsNotesUntilARefreshCanOpenIt) {
+    directory.makeFolder(u"Chiusa"_s);
+    directory.write(u"Chiusa/a.md"_s);
+    directory.write(u"b.md"_s);
+    const QByteArray closed = directory.path(u"Chiusa"_s).bytes();
+    ASSERT_EQ(chmod(directory.path().parent().bytes().constData(), 0755), 0);
+    ASSERT_EQ(chmod(closed.constData(), 0000), 0);
+    {
+        const WithoutPrivileges user;
+        openStore();
+    }
+    EXPECT_EQ(store->folders(), QStringList(u"Chiusa"_s));
+    EXPECT_EQ(titles(), QStringList(u"b"_s));
+    EXPECT_EQ(store->errorMessage(), std::nullopt);
+
+    ASSERT_EQ(chmod(closed.constData(), 0755), 0);
+    store->refreshFromDisk();
+    EXPECT_EQ(titles(), QStringList({u"a"_s, u"b"_s}));
+
+    // That its rights changed the directory above it tells; from then on the folder tells by itself.
+    letTheWatcherCatchUp();
+    directory.write(u"Chiusa/c.md"_s);
+    EXPECT_TRUE(waitUntil([this] { return note(u"c"_s) != nullptr; }));
+}
+
 // Numbers.
 
 TEST_F(NotesStoreHostile, AThousandFoldersAreListedAndWatched) {

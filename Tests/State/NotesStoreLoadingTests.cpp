@@ -66,6 +66,23 @@ TEST_F(NotesStoreLoading, TheOtherTextsArriveInTheBackground) {
     EXPECT_EQ(note(u"Nota 299"_s)->revision(), 0);
 }
 
+TEST_F(NotesStoreLoading, TheOtherTextsArriveInTheOrderOfTheNotes) {
+    for (int i = 0; i < 100; ++i) {
+        directory.write(u"Nota %1.md"_s.arg(i));
+    }
+    openStore();
+    QStringList arrived;
+    QObject::connect(store.get(), &NotesStore::noteChanged, store.get(), [&arrived](NoteItem* item, NoteField field) {
+        if (field == NoteField::document) {
+            arrived.append(item->title());
+        }
+    });
+
+    ASSERT_TRUE(waitUntil([this] { return allTextsAreLoaded(); }));
+
+    EXPECT_EQ(arrived, titles().mid(1));
+}
+
 TEST_F(NotesStoreLoading, ADirectoryThatCanNotBeReadIsReportedAndLeavesTheStoreUsable) {
     directory.write(u"file"_s);
     settings.setNotesDirectory(directory.path(u"file"_s));
@@ -141,6 +158,19 @@ TEST_F(NotesStoreLoading, TheLayoutIsTakenOverForTheFoldersThatExist) {
     EXPECT_EQ(layout.collapsedFolders, QStringList(u"Beta"_s));
     EXPECT_EQ(layout.noteOrder.value(u"Sparita"_s), QStringList(u"x.md"_s));
     EXPECT_EQ(layout.noteOrder.value(QString()), QStringList(u"y.md"_s));
+}
+
+TEST_F(NotesStoreLoading, ClosedFoldersAreStoredInTheOrderOfTheFolders) {
+    const QStringList folders{u"e"_s, u"b"_s, u"h"_s, u"a"_s, u"g"_s, u"c"_s, u"f"_s, u"d"_s};
+    const QString names = u"[\""_s + folders.join(u"\", \""_s) + u"\"]"_s;
+    for (const QString& folder : folders) {
+        directory.makeFolder(folder);
+    }
+    directory.write(u".quillary.json"_s, u"{\"folderOrder\": %1, \"collapsedFolders\": %1}"_s.arg(names).toUtf8());
+
+    openStore();
+
+    EXPECT_EQ(store->currentLayout().collapsedFolders, folders);
 }
 
 TEST_F(NotesStoreLoading, TheLayoutFindsFoldersWhoseNamesAreComposedInAnotherWay) {
@@ -354,12 +384,33 @@ TEST_F(NotesStoreHugeNote, IsReadAgainByEachNewSelection) {
     ASSERT_TRUE(huge->loadError());
 
     directory.write(u"enorme.md"_s, "piccola");
+    select(u"enorme"_s);
+    EXPECT_TRUE(huge->loadError()) << "the same selection again is no new one";
+
     select(u"a"_s);
     select(u"enorme"_s);
 
     EXPECT_EQ(huge->loadError(), std::nullopt);
     ASSERT_NE(huge->document(), nullptr);
     EXPECT_EQ(huge->document()->text(), u"piccola");
+}
+
+TEST_F(NotesStoreHugeNote, IsNotReadInTheBackgroundOnceItHasItsError) {
+    directory.write(u"a.md"_s);
+    writeHugeNote();
+    openStore();
+    select(u"enorme"_s);
+    const NoteItemPtr huge = note(u"enorme"_s);
+    ASSERT_TRUE(huge->loadError());
+
+    directory.write(u"enorme.md"_s, "piccola");
+    directory.write(u"z.md"_s);
+    store->refreshFromDisk();
+    // Texts come in the order of the notes, and this one is behind it.
+    ASSERT_TRUE(waitUntil([this] { return note(u"z"_s)->document() != nullptr; }));
+
+    EXPECT_EQ(huge->document(), nullptr);
+    EXPECT_TRUE(huge->loadError());
 }
 
 TEST_F(NotesStoreLoading, LoadingAgainMakesNewNotesAndTheOldOnesFallSilent) {
@@ -476,7 +527,7 @@ TEST_F(NotesStoreLoading, TheStoreMayGoWhileTextsAreBeingRead) {
     store.reset();
     runEventLoop(20ms);
 
-    // A note that outlives its store has nobody to tell, and its pending save nobody to ask.
+    // A note that outlives its store has nobody to tell.
     survivors.first()->setSnippet(u"x"_s);
     EXPECT_EQ(survivors.size(), 300);
 }

@@ -117,6 +117,18 @@ TEST_F(NotesStoreSaving, ANoteThatIsNotAmongTheNotesIsNeverWritten) {
     EXPECT_FALSE(directory.exists(u"a.md"_s));
 }
 
+TEST_F(NotesStoreSaving, ANoteThatOutlivesItsStoreIsNeverWritten) {
+    directory.write(u"a.md"_s, "prima");
+    openStore();
+    const NoteItemPtr a = note(u"a"_s);
+    type(a, u"dopo"_s);
+
+    store.reset();
+    ASSERT_TRUE(waitUntil([&a] { return !a->saveTask->isPending(); }));
+
+    EXPECT_EQ(directory.contents(u"a.md"_s), "prima");
+}
+
 TEST_F(NotesStoreSaving, AFailureIsReportedAndLeavesTheNoteDirtyUntilTheNextEdit) {
     const NoteItemPtr a = openNoteInFolder();
     type(a, u"dopo"_s);

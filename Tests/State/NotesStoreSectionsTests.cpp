@@ -105,6 +105,17 @@ TEST_F(NotesStoreSections, ByDateNeighboursOfOneHeadingJoin) {
               QStringList({u"Casa/:"_s, u"[Oggi]: futura adesso"_s, u"[Marzo 2024]: antica antica anche"_s}));
 }
 
+TEST_F(NotesStoreSections, ByCreationTheHeadingsAreThoseOfTheCreation) {
+    directory.write(u"vecchia.md"_s);
+    directory.setCreated(u"vecchia.md"_s, moment(0));
+    directory.write(u"nuova.md"_s);
+    directory.setModified(u"nuova.md"_s, moment(0));
+
+    openStore(NoteSortOrder::created);
+
+    EXPECT_EQ(sections(), QStringList({u"[Oggi]: nuova"_s, u"[Marzo 2024]: vecchia"_s}));
+}
+
 TEST_F(NotesStoreSections, HeadingsThatAreNotNeighboursStayApart) {
     directory.write(u"a.md"_s);
     directory.setModified(u"a.md"_s, now());
