@@ -60,6 +60,16 @@ TEST(ErrorAlert, IsOnScreenExactlyWhileThereIsAMessage) {
     EXPECT_EQ(folder.store().errorMessage(), std::nullopt);
 }
 
+TEST(ErrorAlert, ShowsAMessageThatWasThereBefore) {
+    NotesFolder folder({});
+    folder.store().setErrorMessage(u"Impossibile leggere la cartella «/note».\nDisco guasto"_s);
+    QWidget window;
+    const ErrorAlert alert(folder.store(), &window);
+    const QMessageBox* const box = shownBox(window);
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->informativeText(), *folder.store().errorMessage());
+}
+
 TEST(ErrorAlert, ShowsAMessageThatLooksLikeMarkupAsItStands) {
     NotesFolder folder({});
     QWidget window;
@@ -189,6 +199,25 @@ TEST(MainWindow, TheSidebarComesBackAsWideAsItWas) {
     ASSERT_EQ(splitter->sizes().constFirst(), 0);
     window.toggleSidebar();
     EXPECT_EQ(splitter->sizes(), before);
+}
+
+TEST(MainWindow, EachTimeItAppearsItAsksForTheFocusInTheTextAndSaysHowToOpenIt) {
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s}});
+    int openings = 0;
+    MainWindow window(folder.store(), folder.settings(), folder.find(), folder.keyboard(), folder.solo(),
+                      [&openings] { ++openings; });
+    AppActions& actions = AppActions::shared();
+    const auto forgotten = qScopeGuard([&actions] { actions.openMainWindow = nullptr; });
+    for (int appearance = 1; appearance <= 2; ++appearance) {
+        actions.openMainWindow = nullptr;
+        const qint64 focus = folder.store().editorFocusToken();
+        window.makeKeyAndOrderFront();
+        EXPECT_EQ(folder.store().editorFocusToken(), focus + 1);
+        ASSERT_TRUE(actions.openMainWindow);
+        actions.openMainWindow();
+        EXPECT_EQ(openings, appearance);
+        window.close();
+    }
 }
 
 TEST(MainWindow, ClosingHidesItAndSavesNothing) {
