@@ -76,15 +76,28 @@ class Spine(DesktopTest):
         program.type("!")
         wait_for("the typed text", lambda: self.read("Nota.md") == "prima\nscritta a mano!")
 
-    def test_signals_save_unsaved_text(self):
-        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-            with self.subTest(signal=number.name):
+        # Nor does a text that can't be saved hold back the end.
+        os.rename(self.notes, self.notes + " altrove")
+        program.type("?")
+        wait_for("the alert", lambda: program.find("alert"))
+        program.keys("Return")
+        wait_for("the alert to go", lambda: not program.find("alert"))
+        wait_for("the focus", program.is_active)
+        program.keys("ctrl+q")
+        self.assertEqual(program.process.wait(timeout=20), 0)
+
+    def test_every_end_saves_unsaved_text(self):
+        ends = {number.name: lambda program, number=number: program.process.send_signal(number)
+                for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)}
+        ends["the command"] = lambda program: program.keys("ctrl+q")
+        for name, end in ends.items():
+            with self.subTest(end=name):
                 self.write("Nota.md", "")
                 program = self.start()
                 program.expect_rows(["Oggi", "Nota"])
                 program.open_note("Nota")
                 program.type("appena scritto")
-                program.process.send_signal(number)
+                end(program)
                 self.assertEqual(program.process.wait(timeout=20), 0)
                 self.assertEqual(self.read("Nota.md"), "appena scritto")
 
