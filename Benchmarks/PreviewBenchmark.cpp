@@ -220,9 +220,8 @@ void measureScrolling(const char* name, Window& window, const QString& text) {
     const PageTime prepared = slowestOfText(window, text, Between::rest);
     reportFigure(QByteArray(name).append(", slowest of 150 pages"), prepared.frame, "ms", 8);
     reportFigure(QByteArray(name).append(", longest step between pages"), prepared.step, "ms", 8);
-    // Faster than sixty pages a second nobody can turn them.
     const PageTime unprepared = slowestOfText(window, text, Between::nothing);
-    reportFigure(QByteArray(name).append(", slowest page without a rest"), unprepared.frame, "ms", 16);
+    reportFigure(QByteArray(name).append(", slowest page without a rest"), unprepared.frame, "ms", 8);
 }
 
 /// Notes that are nothing but blocks of a few units, of which a preview has to keep the most.
