@@ -355,6 +355,16 @@ protected:
         directory.write(u"enorme.md"_s);
         ASSERT_EQ(truncate(directory.path(u"enorme.md"_s).bytes().constData(), NoteFileStore::maxReadableBytes + 1), 0);
     }
+
+    /// The selected one, which has become small since.
+    NoteItemPtr failedNoteThatCouldBeRead() {
+        directory.write(u"a.md"_s);
+        writeHugeNote();
+        openStore();
+        select(u"enorme"_s);
+        directory.write(u"enorme.md"_s, "piccola");
+        return note(u"enorme"_s);
+    }
 };
 
 TEST_F(NotesStoreHugeNote, StaysListedAndGetsItsErrorOnlyWhenItIsSelected) {
@@ -376,14 +386,8 @@ TEST_F(NotesStoreHugeNote, StaysListedAndGetsItsErrorOnlyWhenItIsSelected) {
 }
 
 TEST_F(NotesStoreHugeNote, IsReadAgainByEachNewSelection) {
-    directory.write(u"a.md"_s);
-    writeHugeNote();
-    openStore();
-    select(u"enorme"_s);
-    const NoteItemPtr huge = note(u"enorme"_s);
+    const NoteItemPtr huge = failedNoteThatCouldBeRead();
     ASSERT_TRUE(huge->loadError());
-
-    directory.write(u"enorme.md"_s, "piccola");
     select(u"enorme"_s);
     EXPECT_TRUE(huge->loadError()) << "the same selection again is no new one";
 
@@ -396,14 +400,8 @@ TEST_F(NotesStoreHugeNote, IsReadAgainByEachNewSelection) {
 }
 
 TEST_F(NotesStoreHugeNote, IsNotReadInTheBackgroundOnceItHasItsError) {
-    directory.write(u"a.md"_s);
-    writeHugeNote();
-    openStore();
-    select(u"enorme"_s);
-    const NoteItemPtr huge = note(u"enorme"_s);
+    const NoteItemPtr huge = failedNoteThatCouldBeRead();
     ASSERT_TRUE(huge->loadError());
-
-    directory.write(u"enorme.md"_s, "piccola");
     directory.write(u"z.md"_s);
     store->refreshFromDisk();
     // Texts come in the order of the notes, and this one is behind it.
