@@ -1,7 +1,8 @@
 #include "QuillaryCore/Unicode/DayCalendar.h"
 
 #include <QDateTime>
-#include <QHash>
+
+#include <map>
 
 namespace quillary {
 
@@ -17,8 +18,6 @@ QDateTime utcDate(milliseconds elapsed) {
 /// from the system's own database, which is kept up to date; ICU brings one that is as old as ICU.
 class ZoneClock {
 public:
-    ZoneClock() = default;
-
     explicit ZoneClock(const QString& name) : m_zone(name.toLatin1()) {
         if (!m_zone.isValid()) {
             m_zone = QTimeZone::utc();
@@ -46,13 +45,15 @@ private:
     milliseconds m_until = milliseconds::min();
 };
 
+/// The clock of a zone. Mostly the zone of the last one is asked for again, ten thousand times in a row where notes come
+/// under the headings of their dates.
 ZoneClock& zoneClock(const QString& name) {
-    thread_local QHash<QString, ZoneClock> clocks;
-    auto clock = clocks.find(name);
-    if (clock == clocks.end()) {
-        clock = clocks.insert(name, ZoneClock(name));
+    thread_local std::map<QString, ZoneClock> clocks;
+    thread_local auto last = clocks.end();
+    if (last == clocks.end() || last->first != name) {
+        last = clocks.try_emplace(name, name).first;
     }
-    return *clock;
+    return last->second;
 }
 
 } // namespace
