@@ -16,7 +16,6 @@
 #include <array>
 #include <cerrno>
 #include <sys/stat.h>
-#include <vector>
 
 namespace quillary {
 
@@ -36,47 +35,12 @@ bool isPackage(QByteArrayView name) {
     });
 }
 
-/// A short extension in ASCII letters as one number, whatever its case; 0 for any other.
-quint64 packedExtension(QByteArrayView extension) {
-    if (extension.size() > qsizetype(sizeof(quint64))) {
-        return 0;
-    }
-    quint64 packed = 0;
-    for (const char byte : extension) {
-        const char lower = byte | 0x20;
-        if (lower < 'a' || lower > 'z') {
-            return 0;
-        }
-        packed = packed << 8 | static_cast<unsigned char>(lower);
-    }
-    return packed;
-}
-
-/// The recognised extensions as such numbers, in ascending order: each entry of a directory is looked up here.
-const std::vector<quint64>& packedRecognizedExtensions() {
-    static const std::vector<quint64> packed = [] {
-        std::vector<quint64> numbers;
-        for (const QString& extension : recognizedExtensions()) {
-            numbers.push_back(packedExtension(extension.toLatin1()));
-        }
-        std::sort(numbers.begin(), numbers.end());
-        return numbers;
-    }();
-    return packed;
-}
-
 bool hasRecognizedExtension(QByteArrayView name) {
     const qsizetype dot = name.lastIndexOf('.');
     if (dot <= 0 || dot + 1 == name.size()) {
         return false;
     }
-    const QByteArrayView extension = name.sliced(dot + 1);
-    if (const quint64 packed = packedExtension(extension)) {
-        const std::vector<quint64>& recognized = packedRecognizedExtensions();
-        return std::binary_search(recognized.begin(), recognized.end(), packed);
-    }
-    // A letter beyond ASCII may have one of ASCII for its lower case.
-    return isRecognizedExtension(FilePath::textFromBytes(extension));
+    return isRecognizedExtension(QUtf8StringView(name.sliced(dot + 1)));
 }
 
 NoteFileInfo infoOf(FilePath url, const FileStatus& status, const std::optional<QString>& folder) {

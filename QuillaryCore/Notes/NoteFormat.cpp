@@ -50,6 +50,18 @@ constexpr KnownExtension knownExtensions[] = {
     {"jsx"_L1, NoteFormat::javascript}, {"php"_L1, NoteFormat::php},           {"phtml"_L1, NoteFormat::php},
 };
 
+constexpr char16_t valueOf(QChar unit) {
+    return unit.unicode();
+}
+
+constexpr char16_t valueOf(QLatin1Char unit) {
+    return unit.unicode();
+}
+
+constexpr char16_t valueOf(char unit) {
+    return static_cast<unsigned char>(unit);
+}
+
 /// The lower case of an extension of one to eight ASCII characters as one number; 0 for every other. A directory of
 /// many files asks for each of them.
 template <typename Text>
@@ -59,7 +71,7 @@ constexpr quint64 packed(const Text& extension) {
     }
     quint64 number = 0;
     for (qsizetype i = 0; i < extension.size(); ++i) {
-        const char16_t value = QChar(extension[i]).unicode();
+        const char16_t value = valueOf(extension[i]);
         if (value == 0 || value >= 0x80) {
             return 0;
         }
@@ -84,8 +96,8 @@ constexpr auto packedExtensions = [] {
     return result;
 }();
 
-std::optional<NoteFormat> formatOfKnownExtension(QStringView extension) {
-    quint64 name = packed(extension);
+std::optional<NoteFormat> formatOfKnownExtension(QAnyStringView extension) {
+    quint64 name = extension.visit([](auto view) { return packed(view); });
     if (name == 0 && !extension.isEmpty()) {
         // The Kelvin sign becomes a k; there are other letters whose lower case is ASCII.
         name = packed(extension.toString().toLower());
@@ -145,7 +157,7 @@ const QSet<QString>& recognizedExtensions() {
     return extensions;
 }
 
-bool isRecognizedExtension(QStringView extension) {
+bool isRecognizedExtension(QAnyStringView extension) {
     return formatOfKnownExtension(extension).has_value();
 }
 

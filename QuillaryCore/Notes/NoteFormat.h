@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAnyStringView>
 #include <QSet>
 #include <QString>
 
@@ -52,6 +53,6 @@ bool supportsPreview(NoteFormat format);
 const QSet<QString>& recognizedExtensions();
 
 /// Whether an extension, in any case, makes a file a note.
-bool isRecognizedExtension(QStringView extension);
+bool isRecognizedExtension(QAnyStringView extension);
 
 } // namespace quillary

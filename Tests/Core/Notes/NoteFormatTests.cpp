@@ -98,6 +98,20 @@ TEST(NoteFormat, OtherExtensionsArePlainAndNoNotes) {
     }
 }
 
+TEST(NoteFormat, RecognizesExtensionsAsBytesOfNamesToo) {
+    for (const QString& extension : recognizedExtensions()) {
+        const QByteArray bytes = extension.toUtf8();
+        EXPECT_TRUE(isRecognizedExtension(QUtf8StringView(bytes))) << bytes.toStdString();
+        EXPECT_TRUE(isRecognizedExtension(QUtf8StringView(bytes.toUpper()))) << bytes.toStdString();
+    }
+    EXPECT_TRUE(isRecognizedExtension(QUtf8StringView("M\xE2\x84\xAA\x44")));
+                                                      for (const char* const bytes :
+                                                           {"rtf", "", "m\xC3\xA9", "m\xE9", "\xFFmd", "m\xE2\x84"}) {
+                                                          EXPECT_FALSE(isRecognizedExtension(QUtf8StringView(bytes)))
+                                                              << bytes;
+                                                      }
+}
+
 TEST(NoteFormat, LowersTheCaseOfLettersBeyondAscii) {
     // U+212A, the Kelvin sign, is a capital k.
     EXPECT_EQ(noteFormatFromExtension(u"M\u212AD"), NoteFormat::markdown);
