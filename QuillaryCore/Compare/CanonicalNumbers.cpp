@@ -2,8 +2,6 @@
 
 #include "QuillaryCore/Unicode/CanonicalEquality.h"
 
-#include <QHashFunctions>
-
 #include <bit>
 
 namespace quillary {
@@ -14,7 +12,7 @@ CanonicalNumbers::CanonicalNumbers(qsizetype expected, bool areComposed)
 }
 
 /// The slot of an equal text, or the empty one where it belongs.
-std::size_t CanonicalNumbers::slotOf(QStringView form, std::size_t hash) const {
+std::size_t CanonicalNumbers::slotOf(QStringView form, quint64 hash) const {
     const std::size_t mask = m_slots.size() - 1;
     std::size_t slot = hash & mask;
     while (m_slots[slot].number != none && (m_slots[slot].hash != static_cast<quint32>(hash >> 32) ||
@@ -30,7 +28,7 @@ qint32 CanonicalNumbers::add(QStringView text) {
         composed = canonicalForm(text);
         text = composed;
     }
-    const std::size_t hash = qHash(text, QHashSeed::globalSeed());
+    const quint64 hash = m_hash(text);
     Slot& slot = m_slots[slotOf(text, hash)];
     if (slot.number == none) {
         slot = {static_cast<quint32>(hash >> 32), count()};
@@ -48,7 +46,7 @@ qint32 CanonicalNumbers::find(QStringView text, qint32 guess) const {
         composed = canonicalForm(text);
         text = composed;
     }
-    return m_slots[slotOf(text, qHash(text, QHashSeed::globalSeed()))].number;
+    return m_slots[slotOf(text, m_hash(text))].number;
 }
 
 } // namespace quillary

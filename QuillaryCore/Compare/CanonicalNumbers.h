@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QuillaryCore/Compare/TextHash.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -34,8 +36,9 @@ private:
         qint32 number = none;
     };
 
-    std::size_t slotOf(QStringView form, std::size_t hash) const;
+    std::size_t slotOf(QStringView form, quint64 hash) const;
 
+    TextHash m_hash;
     bool m_areComposed;
     /// Of a size that is a power of two, and never more than half full.
     std::vector<Slot> m_slots;

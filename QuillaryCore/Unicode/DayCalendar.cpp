@@ -45,8 +45,8 @@ private:
     milliseconds m_until = milliseconds::min();
 };
 
-/// The clock of a zone. Mostly the zone of the last one is asked for again, ten thousand times in a row where notes come
-/// under the headings of their dates.
+/// The clock of a zone. Mostly the zone of the last one is asked for again, ten thousand times in a row where notes
+/// come under the headings of their dates.
 ZoneClock& zoneClock(const QString& name) {
     thread_local std::map<QString, ZoneClock> clocks;
     thread_local auto last = clocks.end();
