@@ -4,10 +4,9 @@
 #include "QuillaryCore/Unicode/InterfaceLocale.h"
 #include "QuillaryCore/Unicode/PrimaryKeys.h"
 
-#include <QHash>
-
 #include <unicode/tblcoll.h>
 
+#include <map>
 #include <memory>
 
 namespace quillary {
@@ -25,7 +24,7 @@ std::shared_ptr<const icu::RuleBasedCollator> newCollator(const QString& locale,
 }
 
 const icu::Collator& collatorFor(const QString& locale) {
-    thread_local QHash<QString, std::shared_ptr<const icu::Collator>> collators;
+    thread_local std::map<QString, std::shared_ptr<const icu::Collator>> collators;
     std::shared_ptr<const icu::Collator>& collator = collators[locale];
     if (!collator) {
         collator = newCollator(locale, UCOL_IDENTICAL);
@@ -49,7 +48,7 @@ int localizedStandardCompare(QStringView a, QStringView b) {
 }
 
 CollationKeys::CollationKeys(const QString& locale) {
-    thread_local QHash<QString, std::shared_ptr<PrimaryKeys>> keysByLocale;
+    thread_local std::map<QString, std::shared_ptr<PrimaryKeys>> keysByLocale;
     std::shared_ptr<PrimaryKeys>& keys = keysByLocale[locale];
     if (!keys) {
         keys = std::make_shared<PrimaryKeys>(newCollator(locale, UCOL_PRIMARY));
