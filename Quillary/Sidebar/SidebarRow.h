@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Quillary/State/NoteItem.h"
+#include "QuillaryCore/SeededHash.h"
 
 #include <QHash>
 #include <QString>
@@ -33,7 +34,7 @@ struct SidebarRow {
         friend bool operator==(const Key&, const Key&) = default;
 
         friend size_t qHash(const Key& self, size_t seed = 0) {
-            return qHashMulti(seed, static_cast<int>(self.kind), self.number, self.text);
+            return qHashMulti(seed, static_cast<int>(self.kind), self.number, SeededHash(seed)(self.text));
         }
     };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QuillaryCore/Compare/TextHash.h"
+#include "QuillaryCore/SeededHash.h"
 
 #include <QString>
 #include <QStringView>
@@ -38,7 +38,7 @@ private:
 
     std::size_t slotOf(QStringView form, quint64 hash) const;
 
-    TextHash m_hash;
+    SeededHash m_hash;
     bool m_areComposed;
     /// Of a size that is a power of two, and never more than half full.
     std::vector<Slot> m_slots;

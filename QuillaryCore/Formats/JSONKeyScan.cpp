@@ -40,7 +40,7 @@ std::vector<qsizetype> JSONKeyScan::duplicates(qsizetype object) {
 
 bool JSONKeyScan::insertHashed(QByteArrayView key) {
     const qsizetype before = m_many.size();
-    m_many.insert(key);
+    m_many.insert({key});
     return m_many.size() > before;
 }
 

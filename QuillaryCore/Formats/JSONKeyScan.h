@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QuillaryCore/Formats/JSONDocument.h"
+#include "QuillaryCore/SeededHash.h"
 
 #include <QByteArrayView>
 #include <QSet>
@@ -19,13 +20,21 @@ public:
     std::vector<qsizetype> duplicates(qsizetype object);
 
 private:
+    struct HashedKey {
+        QByteArrayView bytes;
+
+        friend bool operator==(const HashedKey& a, const HashedKey& b) { return a.bytes == b.bytes; }
+
+        friend size_t qHash(const HashedKey& key, size_t seed) { return SeededHash(seed)(key.bytes); }
+    };
+
     QByteArrayView comparableKey(qsizetype position);
     bool insertHashed(QByteArrayView key);
     bool insertCompared(QByteArrayView key);
 
     const JSONDocument& m_document;
     std::vector<QByteArrayView> m_few;
-    QSet<QByteArrayView> m_many;
+    QSet<HashedKey> m_many;
     /// Keys that had to be brought into a comparable form.
     std::vector<QByteArray> m_forms;
 };

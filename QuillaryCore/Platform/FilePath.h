@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QuillaryCore/SeededHash.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -58,7 +60,7 @@ public:
 
     friend bool operator==(const FilePath&, const FilePath&) = default;
 
-    friend size_t qHash(const FilePath& path, size_t seed = 0) { return qHash(path.m_bytes, seed); }
+    friend size_t qHash(const FilePath& path, size_t seed = 0) { return SeededHash(seed)(path.m_bytes); }
 
 private:
     explicit FilePath(QByteArray bytes) : m_bytes(std::move(bytes)) {}

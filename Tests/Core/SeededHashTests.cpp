@@ -1,4 +1,4 @@
-#include "QuillaryCore/Compare/TextHash.h"
+#include "QuillaryCore/SeededHash.h"
 
 #include <QString>
 
@@ -31,8 +31,8 @@ QStringList nearTexts() {
 
 } // namespace
 
-TEST(TextHash, TellsNearTextsApart) {
-    const TextHash hash(1);
+TEST(SeededHash, TellsNearTextsApart) {
+    const SeededHash hash(1);
     const QStringList texts = nearTexts();
     std::set<quint64> hashes;
     std::set<quint32> highHalves;
@@ -44,8 +44,26 @@ TEST(TextHash, TellsNearTextsApart) {
     EXPECT_EQ(highHalves.size(), static_cast<std::size_t>(texts.size()));
 }
 
-TEST(TextHash, IsTheSameWhereverTheTextLies) {
-    const TextHash hash(1);
+TEST(SeededHash, TellsNearNamesApart) {
+    const SeededHash hash(1);
+    std::set<quint64> hashes;
+    std::size_t names = 0;
+    for (qsizetype size = 0; size <= 40; ++size) {
+        const QByteArray name(size, 'a');
+        hashes.insert(hash(name));
+        ++names;
+        for (qsizetype i = 0; i < size; ++i) {
+            QByteArray other = name;
+            other[i] = 'b';
+            hashes.insert(hash(other));
+            ++names;
+        }
+    }
+    EXPECT_EQ(hashes.size(), names);
+}
+
+TEST(SeededHash, IsTheSameWhereverTheTextLies) {
+    const SeededHash hash(1);
     const QString text = u"Una riga di testo, perch\u00E9 no"_s;
     for (qsizetype size = 0; size <= text.size(); ++size) {
         const quint64 expected = hash(QStringView(text).first(size));
@@ -57,11 +75,11 @@ TEST(TextHash, IsTheSameWhereverTheTextLies) {
     }
 }
 
-TEST(TextHash, SpreadsOverTheLowBits) {
+TEST(SeededHash, SpreadsOverTheLowBits) {
     constexpr std::size_t buckets = 256;
     constexpr int texts = 100 * buckets;
     std::array<int, buckets> counts{};
-    const TextHash hash(1);
+    const SeededHash hash(1);
     for (int i = 0; i < texts; ++i) {
         ++counts[hash(QString::number(i)) % buckets];
     }
@@ -72,15 +90,15 @@ TEST(TextHash, SpreadsOverTheLowBits) {
     }
 }
 
-TEST(TextHash, AnotherSeedGivesOtherHashes) {
+TEST(SeededHash, AnotherSeedGivesOtherHashes) {
     const QStringList texts = nearTexts();
     for (const QString& text : texts) {
-        EXPECT_NE(TextHash(1)(text), TextHash(2)(text));
-        EXPECT_NE(TextHash(0)(text), TextHash(1)(text));
+        EXPECT_NE(SeededHash(1)(text), SeededHash(2)(text));
+        EXPECT_NE(SeededHash(0)(text), SeededHash(1)(text));
     }
 }
 
-TEST(TextHash, NoBlockHidesTheOthers) {
+TEST(SeededHash, NoBlockHidesTheOthers) {
     // A block that is known to make a product zero would give all texts with it one hash.
     const auto blockOf = [](quint64 bits) {
         QString block;
@@ -90,7 +108,7 @@ TEST(TextHash, NoBlockHidesTheOthers) {
         return block;
     };
     for (const quint64 seed : {0ULL, 1ULL, 0ULL - 0x9E37'79B9'7F4A'7C15ULL, ~0ULL}) {
-        const TextHash hash(seed);
+        const SeededHash hash(seed);
         for (const quint64 bits :
              {0ULL, 1ULL, 0x9E37'79B9'7F4A'7C15ULL, 0xBF58'476D'1CE4'E5B9ULL, 0x94D0'49BB'1331'11EBULL, ~0ULL}) {
             const QString block = blockOf(bits);

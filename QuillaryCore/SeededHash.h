@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QHashFunctions>
 #include <QStringView>
 
@@ -7,21 +8,30 @@
 
 namespace quillary {
 
-/// A hash of texts, of which all bits can be used: products of 128 bits folded to 64, as in Wang Yi's wyhash, two words
-/// of eight bytes at a time. Lines may come from anybody, so what they are multiplied with is another secret in each
-/// process, and nobody can write lines that all fall together.
+/// A hash of texts and names, of which all bits can be used: products of 128 bits folded to 64, as in Wang Yi's wyhash,
+/// two words of eight bytes at a time. Texts and names may come from anybody, so what they are multiplied with is
+/// another secret in each process, and nobody can make up thousands that all fall together.
 ///
-/// `qHash` is no choice where many short texts are looked up: on some processors Qt 6.4 leaves the upper halves of
+/// `qHash` is no choice where many short ones are looked up: on some processors Qt 6.4 leaves the upper halves of
 /// vector registers in use, and the next instruction without them waits some hundred cycles.
-class TextHash {
+class SeededHash {
 public:
-    explicit TextHash(quint64 seed = QHashSeed::globalSeed())
-        : m_start(mixed(seed + increment) | 1), m_secret(mixed(seed + 2 * increment)) {}
+    explicit SeededHash(quint64 seed = QHashSeed::globalSeed())
+        : m_start(mixed(seed + increment)), m_secret(mixed(seed + 2 * increment)) {}
 
     quint64 operator()(QStringView text) const {
-        const auto* bytes = reinterpret_cast<const char*>(text.utf16());
-        qsizetype size = text.size() * qsizetype(sizeof(char16_t));
-        quint64 hash = m_start ^ static_cast<quint64>(size);
+        return hashed(reinterpret_cast<const char*>(text.utf16()), text.size() * qsizetype(sizeof(char16_t)));
+    }
+
+    quint64 operator()(QByteArrayView bytes) const { return hashed(bytes.data(), bytes.size()); }
+
+private:
+    static constexpr quint64 increment = 0x9E37'79B9'7F4A'7C15;
+
+    quint64 hashed(const char* bytes, qsizetype size) const {
+        // The length comes last: beside the bytes it could make up for a difference between them.
+        const quint64 length = m_start ^ static_cast<quint64>(size);
+        quint64 hash = m_start;
         for (; size > 16; bytes += 16, size -= 16) {
             hash = folded(read<quint64>(bytes) ^ m_secret, read<quint64>(bytes + 8) ^ hash);
         }
@@ -35,13 +45,11 @@ public:
             first = read<quint32>(bytes);
             last = read<quint32>(bytes + size - 4);
         } else if (size > 0) {
-            first = read<quint16>(bytes);
+            first = static_cast<quint64>(read<quint8>(bytes)) << 8 | read<quint8>(bytes + size / 2);
+            last = read<quint8>(bytes + size - 1);
         }
-        return folded(m_start, folded(first ^ m_secret, last ^ hash) ^ m_secret);
+        return folded(length, folded(first ^ m_secret, last ^ hash) ^ m_secret);
     }
-
-private:
-    static constexpr quint64 increment = 0x9E37'79B9'7F4A'7C15;
 
     /// A step of Vigna's splitmix64.
     static quint64 mixed(quint64 value) {
