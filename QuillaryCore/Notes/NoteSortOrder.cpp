@@ -1,5 +1,6 @@
 #include "QuillaryCore/Notes/NoteSortOrder.h"
 
+#include "QuillaryCore/RadixSort.h"
 #include "QuillaryCore/Unicode/Collation.h"
 
 #include <QCoreApplication>
@@ -61,12 +62,13 @@ struct TitledPosition {
     quint64 titleLead = 0;
 };
 
-/// The runs of two or more entries of one date, which only their titles can bring into order.
-std::vector<std::span<DatedPosition>> runsOfOneDate(std::span<DatedPosition> entries) {
-    std::vector<std::span<DatedPosition>> runs;
+/// The runs of two or more entries that have something in common.
+template <typename Entry, typename Value>
+std::vector<std::span<Entry>> runsOf(std::span<Entry> entries, Value Entry::*value) {
+    std::vector<std::span<Entry>> runs;
     for (std::size_t first = 0; first < entries.size();) {
         std::size_t last = first + 1;
-        while (last < entries.size() && entries[last].date == entries[first].date) {
+        while (last < entries.size() && entries[last].*value == entries[first].*value) {
             ++last;
         }
         if (last - first > 1) {
@@ -77,8 +79,8 @@ std::vector<std::span<DatedPosition>> runsOfOneDate(std::span<DatedPosition> ent
     return runs;
 }
 
-/// Brings each run into the order of its titles; equal titles keep theirs. Most comparisons are decided by a number
-/// that lies in what is sorted: the eight bytes behind those that all titles have in common.
+/// Brings each run into the order of its titles; equal titles keep theirs. Most places are decided by a number that
+/// lies in what is sorted: the eight bytes behind those that all titles have in common.
 void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, std::size_t noteCount,
                  const std::function<QString(qsizetype)>& title, const QString& locale) {
     if (runs.empty()) {
@@ -110,16 +112,16 @@ void sortByTitle(const std::vector<std::span<DatedPosition>>& runs, std::size_t 
     for (const std::span<DatedPosition> run : runs) {
         const std::span<TitledPosition> sorted = rest.first(run.size());
         rest = rest.subspan(run.size());
-        std::ranges::sort(sorted, [&](const TitledPosition& a, const TitledPosition& b) {
-            if (a.titleLead != b.titleLead) {
-                return a.titleLead < b.titleLead;
-            }
-            if (const int order = titles[a.title].compare(titles[b.title])) {
-                return order < 0;
-            }
-            const int order = localizedStandardCompare(title(a.position), title(b.position), locale);
-            return order != 0 ? order < 0 : a.position < b.position;
-        });
+        radixSort(sorted, [](const TitledPosition& entry) { return entry.titleLead; });
+        for (const std::span<TitledPosition> alike : runsOf(sorted, &TitledPosition::titleLead)) {
+            std::ranges::sort(alike, [&](const TitledPosition& a, const TitledPosition& b) {
+                if (const int order = titles[a.title].compare(titles[b.title])) {
+                    return order < 0;
+                }
+                const int order = localizedStandardCompare(title(a.position), title(b.position), locale);
+                return order != 0 ? order < 0 : a.position < b.position;
+            });
+        }
         for (std::size_t i = 0; i < run.size(); ++i) {
             run[i].position = sorted[i].position;
         }
@@ -175,14 +177,13 @@ std::vector<qsizetype> sortedPositions(const std::vector<Moment>& dates, const s
     for (std::size_t i = 0; i < dates.size(); ++i) {
         entries.push_back({.date = dates[i], .position = static_cast<qsizetype>(i)});
     }
-    const auto isBefore = [](const DatedPosition& a, const DatedPosition& b) {
-        return a.date != b.date ? a.date > b.date : a.position < b.position;
+    // The newest first: what a date lacks to the last one there is grows into the past.
+    const auto distanceToLast = [](const DatedPosition& entry) {
+        return static_cast<quint64>(Moment::max().time_since_epoch().count()) -
+               static_cast<quint64>(entry.date.time_since_epoch().count());
     };
-    // Without deciding dates they are in order already.
-    if (!std::ranges::is_sorted(entries, isBefore)) {
-        std::ranges::sort(entries, isBefore);
-    }
-    sortByTitle(runsOfOneDate(entries), dates.size(), title, locale);
+    radixSort(std::span(entries), distanceToLast);
+    sortByTitle(runsOf(std::span(entries), &DatedPosition::date), dates.size(), title, locale);
 
     std::vector<qsizetype> positions(entries.size());
     std::ranges::transform(entries, positions.begin(), &DatedPosition::position);
