@@ -1,6 +1,6 @@
 #include "QuillaryCore/SeededHash.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
