@@ -28,9 +28,8 @@ void radixSort(std::span<Entry> entries, NumberOf numberOf) {
     };
     std::array<std::array<std::size_t, digits>, passes> counts{};
     for (const Entry& entry : entries) {
-        const quint64 number = numberOf(entry);
         for (int pass = 0; pass < passes; ++pass) {
-            ++counts[static_cast<std::size_t>(pass)][static_cast<std::size_t>(number >> (pass * bits)) % digits];
+            ++counts[static_cast<std::size_t>(pass)][digitOf(entry, pass)];
         }
     }
     std::vector<Entry> room(entries.size());

@@ -105,11 +105,9 @@ TEST(NoteFormat, RecognizesExtensionsAsBytesOfNamesToo) {
         EXPECT_TRUE(isRecognizedExtension(QUtf8StringView(bytes.toUpper()))) << bytes.toStdString();
     }
     EXPECT_TRUE(isRecognizedExtension(QUtf8StringView("M\xE2\x84\xAA\x44")));
-                                                      for (const char* const bytes :
-                                                           {"rtf", "", "m\xC3\xA9", "m\xE9", "\xFFmd", "m\xE2\x84"}) {
-                                                          EXPECT_FALSE(isRecognizedExtension(QUtf8StringView(bytes)))
-                                                              << bytes;
-                                                      }
+    for (const char* const bytes : {"rtf", "", "m\xC3\xA9", "m\xE9", "\xFFmd", "m\xE2\x84"}) {
+        EXPECT_FALSE(isRecognizedExtension(QUtf8StringView(bytes))) << bytes;
+    }
 }
 
 TEST(NoteFormat, LowersTheCaseOfLettersBeyondAscii) {
