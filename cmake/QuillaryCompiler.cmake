@@ -39,3 +39,9 @@ if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     target_compile_options(QuillaryCompiler INTERFACE -fpch-preprocess)
   endif()
 endif()
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # An upgrade leaves a system header with a date before that of what was built from it: Ninja builds nothing again, and by
+  # the date Clang would refuse its precompiled header.
+  target_compile_options(QuillaryCompiler INTERFACE "SHELL:-Xclang -fno-pch-timestamp")
+endif()
