@@ -40,6 +40,9 @@ public:
 
     T* operator->() { return &value(); }
 
+    /// Takes a new value, which can be filled in where it stands.
+    T& emplace() { return m_content.template emplace<0>(); }
+
     const E& error() const& { return get<1>(m_content); }
 
     E&& error() && { return std::move(get<1>(m_content)); }

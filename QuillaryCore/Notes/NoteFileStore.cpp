@@ -43,14 +43,12 @@ bool hasRecognizedExtension(QByteArrayView name) {
     return isRecognizedExtension(QUtf8StringView(name.sliced(dot + 1)));
 }
 
-NoteFileInfo infoOf(FilePath url, const FileStatus& status, const std::optional<QString>& folder) {
-    NoteFileInfo info;
+void describe(NoteFileInfo& info, FilePath url, const FileStatus& status, const std::optional<QString>& folder) {
     info.created = creation_date::of(url, status);
     info.modified = status.modified;
     info.size = status.size;
     info.folder = folder;
     info.url = std::move(url);
-    return info;
 }
 
 } // namespace
@@ -135,7 +133,7 @@ Status<FileError> NoteFileStore::collectNotes(const std::optional<QString>& fold
             QByteArray path(prefix.size() + entry->name.size(), Qt::Uninitialized);
             std::copy(prefix.cbegin(), prefix.cend(), path.begin());
             std::copy(entry->name.begin(), entry->name.end(), path.begin() + prefix.size());
-            notes.append(infoOf(FilePath::fromBytes(std::move(path)), *status, folder));
+            describe(notes.emplaceBack(), FilePath::fromBytes(std::move(path)), *status, folder);
         } else if (mayBeFolder && status->kind == FileKind::directory) {
             folders->append(FilePath::textFromBytes(entry->name));
         }
@@ -207,7 +205,9 @@ Result<NoteFileInfo, FileError> NoteFileStore::info(const FilePath& url) const {
     if (status->kind != FileKind::regular) {
         return FileError(notAnOrdinaryFile(status->kind));
     }
-    return infoOf(url, *status, folder(url));
+    NoteFileInfo info;
+    describe(info, url, *status, folder(url));
+    return info;
 }
 
 std::optional<QString> NoteFileStore::folder(const FilePath& url) const {

@@ -26,15 +26,18 @@ FileKind kindOf(quint32 mode) {
 }
 
 Result<FileStatus, SystemError> statusOf(int directory, const char* name, int flags) {
+    Result<FileStatus, SystemError> result = SystemError();
     struct statx facts;
     if (::statx(directory, name, flags | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME,
                 &facts) != 0) {
-        return SystemError::last();
+        result = SystemError::last();
+        return result;
     }
     const auto moment = [&facts](unsigned mask, const statx_timestamp& stamp) {
         return (facts.stx_mask & mask) != 0 ? momentFromTimestamp(stamp.tv_sec, stamp.tv_nsec) : distantPast;
     };
-    FileStatus status;
+    // Where it stands: a copy of what was just written field by field would wait for it.
+    FileStatus& status = result.emplace();
     status.kind = kindOf(facts.stx_mode);
     status.device = makedev(facts.stx_dev_major, facts.stx_dev_minor);
     status.inode = facts.stx_ino;
@@ -48,7 +51,7 @@ Result<FileStatus, SystemError> statusOf(int directory, const char* name, int fl
     if ((facts.stx_mask & STATX_BTIME) != 0 && facts.stx_btime.tv_sec != 0) {
         status.born = momentFromTimestamp(facts.stx_btime.tv_sec, facts.stx_btime.tv_nsec);
     }
-    return status;
+    return result;
 }
 
 } // namespace
