@@ -188,7 +188,18 @@ class Quillary:
         return wait_for(f"the row {title}", lambda: self.find_row(title, within))
 
     def click_row(self, title, within="Note"):
+        self.bring_into_view(title, within)
         self.click_node(self.row(title, within))
+
+    def bring_into_view(self, title, within="Note"):
+        """Turns the wheel over a list until the middle of a row is on show."""
+        def way():
+            y = middle(self.row(title, within))[1]
+            room = extents(wait_for(f"the list {within}", lambda: self.find_list(within)))
+            return min(y - room.y, 0) or max(y - (room.y + room.height - 1), 0)
+        while left := way():
+            xdotool("mousemove", *middle(self.find_list(within)), "click", 5 if left > 0 else 4)
+            wait_for(f"the list to move {title}", lambda: way() != left)
 
     # The notes in the list
 
