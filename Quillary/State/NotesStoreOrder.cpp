@@ -78,6 +78,13 @@ void NotesStore::place(const QList<NoteItemPtr>& items, const std::optional<QStr
     assignMultiSelection({}, false);
     SidebarLayout layout = currentLayout();
     const auto beforeName = before ? std::optional(before->fileName()) : std::nullopt;
+    if (beforeName) {
+        QStringList shown;
+        for (const NoteItemPtr& note : notes(inFolder)) {
+            shown.append(note->fileName());
+        }
+        layout.ensurePlace(*beforeName, shown, inFolder);
+    }
     for (const NoteItemPtr& item : std::as_const(targets)) {
         const std::optional<QString> oldFolder = item->folder();
         const QString oldFileName = item->fileName();

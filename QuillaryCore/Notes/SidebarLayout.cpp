@@ -141,6 +141,14 @@ void SidebarLayout::placeNote(const QString& name, const std::optional<QString>&
     order.insert(place, name);
 }
 
+void SidebarLayout::ensurePlace(const QString& name, const QStringList& names, const std::optional<QString>& folder) {
+    const auto entry = findByName(noteOrder, key(folder));
+    QStringList& order = entry == noteOrder.end() ? noteOrder[key(folder)] : entry.value();
+    if (std::none_of(order.cbegin(), order.cend(), isNamed(name))) {
+        order = partedBy(order, names).others + order;
+    }
+}
+
 void SidebarLayout::renameNote(const QString& old, const QString& newName, const std::optional<QString>& folder) {
     const auto order = findByName(noteOrder, key(folder));
     if (order == noteOrder.end()) {

@@ -45,6 +45,10 @@ struct SidebarLayout {
     void placeNote(const QString& name, const std::optional<QString>& from, const std::optional<QString>& to,
                    const std::optional<QString>& before);
 
+    /// Gives a note that has no place the one that manuallyOrdered shows it at among these notes of its folder, and
+    /// with it all others of them that have none.
+    void ensurePlace(const QString& name, const QStringList& names, const std::optional<QString>& folder);
+
     /// Gives a note's entry another name, in place. A note without an entry gets none.
     void renameNote(const QString& old, const QString& newName, const std::optional<QString>& folder);
 

@@ -66,6 +66,15 @@ void NotesModel::place(Note& note, const std::optional<QString>& folder, const s
     names.insert(before < 0 ? names.size() : before, note.fileName());
 }
 
+void NotesModel::ensurePlace(const QString& fileName, const QStringList& shown, const std::optional<QString>& folder) {
+    QStringList& names = order[folder.value_or(QString())];
+    if (!names.contains(fileName)) {
+        QStringList unplaced = shown;
+        unplaced.removeIf([&names](const QString& each) { return names.contains(each); });
+        names = unplaced + names;
+    }
+}
+
 void NotesModel::remove(const NoteItemPtr& item) {
     const Note& gone = note(item);
     if (const auto names = order.find(gone.folder.value_or(QString())); names != order.end()) {

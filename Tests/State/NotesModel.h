@@ -50,6 +50,8 @@ public:
     void rename(Note& note, const QString& title, const QString& extension);
     void move(Note& note, const std::optional<QString>& folder);
     void place(Note& note, const std::optional<QString>& folder, const std::optional<QString>& beforeFileName);
+    /// Gives a note without a place the one that it is shown at, and with it all others that have none.
+    void ensurePlace(const QString& fileName, const QStringList& shown, const std::optional<QString>& folder);
     void remove(const NoteItemPtr& item);
 
     void renameFolder(const QString& name, const QString& to);

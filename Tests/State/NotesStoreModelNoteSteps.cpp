@@ -153,6 +153,9 @@ LayoutFile NotesStoreModel::place(const QList<NoteItemPtr>& items, const Folder&
     targets.removeAll(before);
     if (!targets.isEmpty()) {
         adoptManualOrder();
+        if (before) {
+            model.ensurePlace(before->fileName(), fileNames(store->notes(folder)), folder);
+        }
     }
     for (const NoteItemPtr& item : std::as_const(targets)) {
         model.place(model.note(item), folder, before ? Folder(before->fileName()) : Folder());
@@ -186,6 +189,9 @@ LayoutFile NotesStoreModel::shiftNote() {
     const bool isInside = target >= 0 && target < there.size();
     if (isInside) {
         const NoteItemPtr before = there.value(by < 0 ? target : target + 1);
+        if (before) {
+            model.ensurePlace(before->fileName(), fileNames(there), selected->folder());
+        }
         model.place(model.note(selected), selected->folder(), before ? Folder(before->fileName()) : Folder());
     }
     store->shiftSelectedNote(by);

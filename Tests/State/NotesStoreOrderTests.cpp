@@ -285,6 +285,21 @@ TEST_F(NotesStoreOrder, ANoteThatCanNotBePlacedHoldsNoneBack) {
     EXPECT_EQ(stored(), u"a.md c.md");
 }
 
+TEST_F(NotesStoreOrder, NotesArePlacedBeforeOneThatHasNoPlaceYet) {
+    directory.write(u".quillary.json"_s, R"({"noteOrder": {"": ["c.md", "b.md"], "Casa": ["y.md"]}})");
+    openNotes(NoteSortOrder::manual);
+    ASSERT_EQ(shown(), u"a c b");
+
+    store->place({note(u"b"_s)}, std::nullopt, note(u"a"_s));
+    EXPECT_EQ(shown(), u"b a c");
+    EXPECT_EQ(stored(), u"b.md a.md c.md");
+
+    ASSERT_EQ(shown(u"Casa"_s), u"x y");
+    store->place({note(u"c"_s), note(u"a"_s)}, u"Casa"_s, note(u"x"_s));
+    EXPECT_EQ(shown(u"Casa"_s), u"c a x y");
+    EXPECT_EQ(stored(u"Casa"_s), u"c.md a.md x.md y.md");
+}
+
 TEST_F(NotesStoreOrder, ANoteThatTakesTheNameOfARemovedOneIsShownOnce) {
     directory.write(u".quillary.json"_s, R"({"noteOrder": {"": ["c.md", "a.md", "b.md"]}})");
     openNotes(NoteSortOrder::manual);
@@ -326,6 +341,26 @@ TEST_F(NotesStoreOrder, TheSelectedNoteIsShiftedInItsFolder) {
         EXPECT_EQ(store->selectedItem()->title(), each.title);
         EXPECT_EQ(desktop.beeps, 0);
     }
+}
+
+TEST_F(NotesStoreOrder, ANoteIsShiftedOverOneThatHasNoPlaceYet) {
+    directory.write(u".quillary.json"_s, R"({"noteOrder": {"": ["c.md"]}})");
+    directory.write(u"a.md"_s);
+    directory.write(u"b.md"_s);
+    directory.setCreated(u"a.md"_s, moment(2));
+    directory.setCreated(u"b.md"_s, moment(1));
+    directory.write(u"c.md"_s);
+    openStore(NoteSortOrder::manual);
+    ASSERT_EQ(shown(), u"a b c");
+
+    select(u"c"_s);
+    store->shiftSelectedNote(-1);
+    EXPECT_EQ(shown(), u"a c b");
+    store->shiftSelectedNote(-1);
+    EXPECT_EQ(shown(), u"c a b");
+    store->shiftSelectedNote(1);
+    EXPECT_EQ(shown(), u"a c b");
+    EXPECT_EQ(desktop.beeps, 0);
 }
 
 TEST_F(NotesStoreOrder, ShiftingPastTheEndsBeepsButTheOrderIsTheOneByHandByThen) {

@@ -174,6 +174,37 @@ TEST(SidebarLayout, PlaceNoteFromAFolderWithoutAnOrderMakesNone) {
     EXPECT_EQ(layout.noteOrder, layoutWithNotes({u"n"_s}).noteOrder);
 }
 
+TEST(SidebarLayout, EnsurePlaceGivesANoteThePlaceThatItIsShownAt) {
+    const QStringList names = {u"new"_s, u"a"_s, u"newer"_s, u"b"_s, composed};
+
+    const struct {
+        QStringList stored;
+        QString name;
+        QStringList expected;
+    } cases[] = {
+        {{u"b"_s, composed, u"a"_s}, u"newer"_s, {u"new"_s, u"newer"_s, u"b"_s, composed, u"a"_s}},
+        {{u"b"_s, u"gone"_s, decomposed}, u"a"_s, {u"new"_s, u"a"_s, u"newer"_s, u"b"_s, u"gone"_s, decomposed}},
+        {{u"b"_s, u"a"_s}, u"a"_s, {u"b"_s, u"a"_s}},
+        {{u"b"_s, decomposed}, composed, {u"b"_s, decomposed}},
+        {{}, u"b"_s, names},
+    };
+
+    for (const auto& [stored, name, expected] : cases) {
+        SidebarLayout layout = layoutWithNotes(stored);
+        const QStringList shown = layout.manuallyOrdered(names, std::nullopt);
+        layout.ensurePlace(name, names, std::nullopt);
+        EXPECT_EQ(layout.noteOrder.value(QString()), expected) << qPrintable(name);
+        EXPECT_EQ(layout.manuallyOrdered(names, std::nullopt), shown);
+    }
+    SidebarLayout inFolders;
+    inFolders.noteOrder.insert(decomposed, {u"a"_s});
+    inFolders.ensurePlace(u"b"_s, {u"a"_s, u"b"_s}, composed);
+    inFolders.ensurePlace(u"c"_s, {u"c"_s}, u"D"_s);
+    EXPECT_EQ(inFolders.noteOrder.value(decomposed), QStringList({u"b"_s, u"a"_s}));
+    EXPECT_EQ(inFolders.noteOrder.value(u"D"_s), QStringList({u"c"_s}));
+    EXPECT_EQ(inFolders.noteOrder.size(), 2);
+}
+
 TEST(SidebarLayout, RenameNoteReplacesTheFirstEntryInPlace) {
     SidebarLayout layout = layoutWithNotes({u"a"_s, u"b"_s, u"a"_s});
     layout.renameNote(u"a"_s, u"z"_s, std::nullopt);
