@@ -137,6 +137,7 @@ void NotesStore::syncFolders(const QStringList& names) {
     std::ranges::stable_sort(added,
                              [](const QString& a, const QString& b) { return localizedStandardCompare(a, b) < 0; });
     folders += added;
+    folders.removeDuplicates();
     if (folders == m_folders) {
         return;
     }

@@ -11,7 +11,11 @@ std::optional<QString> NotesStore::createFolder(const QList<NoteItemPtr>& moving
         fail(tr("Impossibile creare la cartella"), name.error());
         return std::nullopt;
     }
-    assign(m_folders, QStringList{*name} + m_folders, &NotesStore::foldersChanged);
+    // A folder of this name that went unseen is no more.
+    QStringList folders = m_folders;
+    folders.removeAll(*name);
+    folders.prepend(*name);
+    assign(m_folders, folders, &NotesStore::foldersChanged);
     rebuildWatchers();
     move(moving, *name);
     saveLayout();
@@ -45,6 +49,9 @@ void NotesStore::renameFolder(const QString& name, const QString& to) {
     assign(m_folderColors, layout.folderColors, &NotesStore::folderColorsChanged);
 
     QStringList folders = m_folders;
+    if (newName != name) {
+        folders.removeAll(newName);
+    }
     std::ranges::replace(folders, name, newName);
     assign(m_folders, folders, &NotesStore::foldersChanged);
     QSet<QString> collapsed = m_collapsedFolders;

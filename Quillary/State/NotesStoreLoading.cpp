@@ -58,7 +58,8 @@ Status<FileError> NotesStore::readDirectory() {
     if (!listing) {
         return listing.error();
     }
-    const QStringList folders = layout.ordered(listing->folders);
+    QStringList folders = layout.ordered(listing->folders);
+    folders.removeDuplicates();
 
     QSet<QString> collapsed;
     for (const QString& name : layout.collapsedFolders) {

@@ -167,6 +167,31 @@ TEST_F(NotesStoreFolders, AFolderWithATakenNameGetsAnotherOneEverywhere) {
     EXPECT_EQ(storedLayout().folderOrder, QStringList({u"A"_s, u"A 2"_s, u"C"_s}));
 }
 
+TEST_F(NotesStoreFolders, TheNameOfAFolderThatWentUnseenIsThereOnce) {
+    openThreeFolders();
+    const auto made = store->createFolder({});
+    ASSERT_TRUE(made);
+    directory.rename(*made, u"Altrove"_s);
+    ASSERT_EQ(store->createFolder({}), made);
+    EXPECT_EQ(store->folders(), QStringList({*made, u"A"_s, u"B"_s, u"C"_s}));
+
+    directory.rename(u"C"_s, u"Lontano"_s);
+    store->renameFolder(u"A"_s, u"C"_s);
+    EXPECT_EQ(store->folders(), QStringList({*made, u"C"_s, u"B"_s}));
+    EXPECT_EQ(storedLayout().folderOrder, store->folders());
+
+    store->refreshFromDisk();
+    EXPECT_EQ(store->folders(), QStringList({*made, u"C"_s, u"B"_s, u"Altrove"_s, u"Lontano"_s}));
+}
+
+TEST_F(NotesStoreFolders, AFolderThatIsStoredTwiceIsShownOnce) {
+    directory.write(u".quillary.json"_s, R"({"folderOrder": ["B", "A", "B"]})");
+    directory.makeFolder(u"A"_s);
+    directory.makeFolder(u"B"_s);
+    openStore();
+    EXPECT_EQ(store->folders(), QStringList({u"B"_s, u"A"_s}));
+}
+
 TEST_F(NotesStoreFolders, TheNameThatAFolderHasOnlyEndsTheEditing) {
     openThreeFolders();
     directory.makeFolder(u"perche\u0301"_s);
