@@ -419,6 +419,8 @@ private:
     bool areWatchersCurrent() const;
     void mountsDidChange();
     bool isVolumeGone(const NoteFileStore::Listing& listing) const;
+    bool isVolumeAway() const;
+    Status<FileError> ensureVolumeIsThere();
     void awaitReturn();
     void syncFolders(const QStringList& names);
     void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);

@@ -5,6 +5,7 @@
 #include "QuillaryCore/Unicode/Collation.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <sys/stat.h>
 #include <utility>
@@ -17,6 +18,18 @@ namespace {
 std::optional<dev_t> deviceOf(const FilePath& directory) {
     struct stat status = {};
     return stat(directory.bytes().constData(), &status) == 0 ? std::optional(status.st_dev) : std::nullopt;
+}
+
+/// The file system that a directory is on, or would be made on if it isn't there; absent if that can't be told.
+std::optional<dev_t> deviceToMakeOn(FilePath directory) {
+    struct stat status = {};
+    while (stat(directory.bytes().constData(), &status) != 0) {
+        if (errno != ENOENT || directory == directory.parent()) {
+            return std::nullopt;
+        }
+        directory = directory.parent();
+    }
+    return status.st_dev;
 }
 
 } // namespace
@@ -57,6 +70,22 @@ bool NotesStore::isVolumeGone(const NoteFileStore::Listing& listing) const {
     const bool isEmpty = listing.notes.isEmpty() && listing.folders.isEmpty();
     const bool wasEmpty = m_notes.isEmpty() && m_folders.isEmpty();
     return isEmpty && !wasEmpty && deviceOf(m_fileStore.directory()) != m_device;
+}
+
+/// Whether what is made in the directory now would not come to the volume of the notes: another one, as a rule the
+/// empty place that an unmounted volume leaves, has taken its place. Its return would hide it.
+bool NotesStore::isVolumeAway() const {
+    const auto device = deviceToMakeOn(m_fileStore.directory());
+    return device && m_device && *device != *m_device;
+}
+
+/// To be asked before something new is made in the directory.
+Status<FileError> NotesStore::ensureVolumeIsThere() {
+    if (isVolumeAway()) {
+        // It may be back already, and to the system it is another one then.
+        refreshFromDisk();
+    }
+    return isVolumeAway() ? Status<FileError>(SystemError{ENODEV}) : Status<FileError>(Done());
 }
 
 /// Watches for the return of a directory that can't be listed, as when its volume went away, on the nearest directory

@@ -31,7 +31,9 @@ void NotesStore::importFiles() {
     }
     std::optional<FilePath> last;
     for (const FilePath& file : files) {
-        if (const auto imported = m_fileStore.importFile(file); imported) {
+        const auto volume = ensureVolumeIsThere();
+        const auto imported = volume ? m_fileStore.importFile(file) : Result<FilePath, FileError>(volume.error());
+        if (imported) {
             last = *imported;
         } else {
             fail(tr("Impossibile importare «%1»").arg(FilePath::displayText(file.fileName())), imported.error());

@@ -6,7 +6,9 @@
 namespace quillary {
 
 std::optional<QString> NotesStore::createFolder(const QList<NoteItemPtr>& moving) {
-    const auto name = m_fileStore.createFolder(NoteFileStore::defaultFolderName());
+    const auto volume = ensureVolumeIsThere();
+    const auto name = volume ? m_fileStore.createFolder(NoteFileStore::defaultFolderName())
+                             : Result<QString, FileError>(volume.error());
     if (!name) {
         fail(tr("Impossibile creare la cartella"), name.error());
         return std::nullopt;

@@ -26,9 +26,11 @@ QString shownTitle(const NoteItem& item) {
 NoteItemPtr NotesStore::makeNote(const std::optional<QString>& title, const QString& contents,
                                  std::optional<NoteFormat> format, bool showPreview,
                                  const std::optional<QString>& folder) {
+    const auto volume = ensureVolumeIsThere();
     const auto url =
-        m_fileStore.createNote(title ? *title : NoteNaming::defaultTitle(now(), QTimeZone::systemTimeZone()),
-                               format.value_or(m_settings->defaultFormat()), contents, folder);
+        volume ? m_fileStore.createNote(title ? *title : NoteNaming::defaultTitle(now(), QTimeZone::systemTimeZone()),
+                                        format.value_or(m_settings->defaultFormat()), contents, folder)
+               : Result<FilePath, FileError>(volume.error());
     const auto info = url ? m_fileStore.info(*url) : Result<NoteFileInfo, FileError>(url.error());
     if (!info) {
         fail(tr("Impossibile creare la nota"), info.error());

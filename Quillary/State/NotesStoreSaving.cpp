@@ -2,9 +2,11 @@
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/State/NotesStore.h"
 #include "QuillaryCore/Notes/NoteSnippet.h"
+#include "QuillaryCore/Platform/FileStatus.h"
 
 #include <QPointer>
 
+#include <cerrno>
 #include <chrono>
 
 namespace quillary {
@@ -17,7 +19,10 @@ bool NotesStore::save(NoteItem& item) {
         return true;
     }
     const QString text = item.document()->text();
-    const auto date = m_fileStore.write(text, item.url());
+    // In the place that an unmounted volume left, nobody would find the text again.
+    const bool isElsewhere = isVolumeAway() && !fileStatus(item.url());
+    const auto date =
+        isElsewhere ? Result<Moment, FileError>(SystemError{ENODEV}) : m_fileStore.write(text, item.url());
     if (!date) {
         fail(tr("Impossibile salvare «%1»").arg(FilePath::displayText(item.title())), date.error());
         return false;

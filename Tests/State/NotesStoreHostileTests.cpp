@@ -224,6 +224,68 @@ TEST_F(NotesStoreHostile, AVolumeThatGoesAwayFromItsMountPointKeepsItsNotesAndCo
     EXPECT_TRUE(waitUntil([this] { return note(u"d"_s) != nullptr; }));
 }
 
+TEST_F(NotesStoreHostile, NothingIsPutWhereAnUnmountedVolumeWas) {
+    const MountedFileSystem contents = MountedFileSystem::inMemory({});
+    if (!contents.isMounted()) {
+        GTEST_SKIP() << noMounts;
+    }
+    Volume volume(directory.path(), contents.path());
+    ASSERT_TRUE(volume.isMounted());
+    directory.makeFolder(u"Casa"_s);
+    directory.write(u"Casa/a.md"_s, "prima");
+    directory.write(u"b.md"_s, "prima");
+    openStore();
+    const QList<NoteItemPtr> notes = store->notes();
+    const NoteItemPtr b = note(u"b"_s);
+    store->ensureLoaded(*b);
+    type(b, u"dopo"_s);
+
+    volume.unmount();
+    EXPECT_FALSE(store->save(*b));
+    EXPECT_EQ(failure(), u"Impossibile salvare «b».");
+    EXPECT_EQ(store->makeNote(u"c"_s, u"testo"_s), nullptr);
+    EXPECT_EQ(failure(), u"Impossibile creare la nota.");
+    EXPECT_EQ(store->createFolder({}), std::nullopt);
+    EXPECT_EQ(failure(), u"Impossibile creare la cartella.");
+    EXPECT_TRUE(entries().isEmpty());
+    store->refreshFromDisk();
+    EXPECT_EQ(store->notes(), notes);
+    EXPECT_TRUE(b->isDirty());
+
+    const Volume again(directory.path(), contents.path());
+    EXPECT_NE(store->makeNote(u"c"_s, u"testo"_s), nullptr);
+    EXPECT_TRUE(store->save(*b));
+    EXPECT_EQ(directory.contents(u"b.md"_s), "dopo");
+    EXPECT_EQ(titles(), QStringList({u"a"_s, u"b"_s, u"c"_s}));
+}
+
+TEST_F(NotesStoreHostile, ADirectoryIsNotMadeAnewWhereItsVolumeWas) {
+    const MountedFileSystem contents = MountedFileSystem::inMemory({});
+    if (!contents.isMounted()) {
+        GTEST_SKIP() << noMounts;
+    }
+    Volume volume(directory.path(), contents.path());
+    ASSERT_TRUE(volume.isMounted());
+    directory.makeFolder(u"Note"_s);
+    directory.write(u"Note/a.md"_s);
+    openStore();
+    store->changeDirectory(directory.path(u"Note"_s));
+    ASSERT_EQ(titles(), QStringList(u"a"_s));
+
+    volume.unmount();
+    EXPECT_EQ(store->makeNote(u"b"_s, u"testo"_s), nullptr);
+    EXPECT_TRUE(entries().isEmpty());
+    EXPECT_EQ(titles(), QStringList(u"a"_s));
+}
+
+TEST_F(NotesStoreHostile, ADirectoryThatWasRemovedIsMadeAnewForANewNote) {
+    directory.write(u"a.md"_s);
+    openStore();
+    ASSERT_TRUE(QDir(directory.path().text()).removeRecursively());
+    EXPECT_NE(store->makeNote(u"b"_s, u"testo"_s), nullptr);
+    EXPECT_EQ(directory.contents(u"b.md"_s), "testo");
+}
+
 TEST_F(NotesStoreHostile, AVolumeThatIsMountedLateIsListedByItself) {
     openStore();
     ASSERT_TRUE(store->notes().isEmpty());
