@@ -131,6 +131,9 @@ public:
     /// The file's modification date as of the last time that this program read or wrote it.
     Moment knownModificationDate;
 
+    /// False if the file came or changed so shortly before it was read that somebody may still have been writing it.
+    bool isSettled = true;
+
     /// The save that waits for the end of typing; null if none was asked for.
     std::unique_ptr<DelayedTask> saveTask;
 

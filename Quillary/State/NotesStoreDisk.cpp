@@ -12,7 +12,12 @@
 
 namespace quillary {
 
+using namespace std::chrono_literals;
+
 namespace {
+
+/// How long after a file's date somebody may still be writing it: file systems round dates to two seconds at most.
+constexpr auto settlingTime = 2s;
 
 /// The file system that a directory is on, also one that a link leads to.
 std::optional<dev_t> deviceOf(const FilePath& directory) {
@@ -30,6 +35,11 @@ std::optional<dev_t> deviceToMakeOn(FilePath directory) {
         directory = directory.parent();
     }
     return status.st_dev;
+}
+
+/// Whether a file's date is so recent that the file may still grow.
+bool mayStillGrow(const NoteFileInfo& info) {
+    return info.modified > now() - settlingTime;
 }
 
 } // namespace
@@ -147,6 +157,7 @@ void NotesStore::refreshFromDisk() {
             notes.append(note);
         } else {
             notes.append(std::make_shared<NoteItem>(info));
+            notes.last()->isSettled = !mayStillGrow(info);
         }
     }
     assignNotes(sorted(notes));
@@ -182,9 +193,14 @@ void NotesStore::syncFolders(const QStringList& names) {
 
 void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info) {
     item.setCreated(info.created);
-    if (!NoteItem::isLater(info.modified, item.knownModificationDate) || item.isDirty()) {
+    const bool isNewer = NoteItem::isLater(info.modified, item.knownModificationDate);
+    // Who copies a file with its date writes it first, and sets the date back when it is complete.
+    const bool wasSetBack = NoteItem::isLater(item.knownModificationDate, info.modified);
+    const bool hasChanged = isNewer || (wasSetBack && (!item.isSettled || !item.document()));
+    if (!hasChanged || item.isDirty()) {
         return;
     }
+    item.isSettled = !mayStillGrow(info);
     item.knownModificationDate = info.modified;
     item.setModified(info.modified);
     if (!item.document()) {

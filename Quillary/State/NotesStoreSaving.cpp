@@ -27,6 +27,7 @@ bool NotesStore::save(NoteItem& item) {
         fail(tr("Impossibile salvare «%1»").arg(FilePath::displayText(item.title())), date.error());
         return false;
     }
+    item.isSettled = true;
     item.knownModificationDate = *date;
     item.setModified(*date);
     item.setDirty(false);

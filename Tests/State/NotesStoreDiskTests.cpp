@@ -283,6 +283,78 @@ TEST_F(NotesStoreDisk, AnOlderFileIsNoChangeButItsNewCreationDateIsTaken) {
     EXPECT_EQ(a->knownModificationDate, known);
 }
 
+TEST_F(NotesStoreDisk, AFileThatIsCopiedInWithItsDateIsReadAgainWhenItIsComplete) {
+    openStore();
+    directory.write(u"a.md"_s, "la prima met");
+    ASSERT_TRUE(isListed(u"a"_s));
+    ASSERT_TRUE(waitUntil([this] { return allTextsAreLoaded(); }));
+    const NoteItemPtr a = note(u"a"_s);
+    ASSERT_EQ(a->document()->text(), u"la prima met");
+
+    directory.write(u"a.md"_s, "la prima metà e il resto");
+    directory.setModified(u"a.md"_s, moment(1));
+    ASSERT_TRUE(waitUntil([&a] { return a->modified() == moment(1); }));
+
+    EXPECT_EQ(note(u"a"_s), a);
+    EXPECT_EQ(a->document()->text(), u"la prima metà e il resto");
+    EXPECT_EQ(a->knownModificationDate, moment(1));
+
+    // From then on it is a file as any other.
+    directory.write(u"a.md"_s, "dalla copia di riserva");
+    directory.setModified(u"a.md"_s, moment(0));
+    store->refreshFromDisk();
+    EXPECT_EQ(a->document()->text(), u"la prima metà e il resto");
+}
+
+TEST_F(NotesStoreDisk, AFileThatIsOverwrittenByACopyWithItsDateIsReadAgainWhenItIsComplete) {
+    directory.write(u"a.md"_s, "prima");
+    openStore();
+    const NoteItemPtr a = note(u"a"_s);
+    directory.write(u"a.md"_s, "met");
+    directory.setModified(u"a.md"_s, after(a, 0.01));
+    store->refreshFromDisk();
+    ASSERT_EQ(a->document()->text(), u"met");
+
+    directory.write(u"a.md"_s, "metà e resto");
+    directory.setModified(u"a.md"_s, moment(1));
+    store->refreshFromDisk();
+
+    EXPECT_EQ(a->document()->text(), u"metà e resto");
+    EXPECT_EQ(a->modified(), moment(1));
+}
+
+TEST_F(NotesStoreDisk, AnOlderFileIsNoChangeAfterASaveOfOurs) {
+    openStore();
+    directory.write(u"a.md"_s, "prima");
+    store->refreshFromDisk();
+    const NoteItemPtr a = note(u"a"_s);
+    store->ensureLoaded(*a);
+    type(a, u"nostro"_s);
+    ASSERT_TRUE(store->save(*a));
+    directory.write(u"a.md"_s, "dalla copia di riserva");
+    directory.setModified(u"a.md"_s, moment(1));
+
+    store->refreshFromDisk();
+
+    EXPECT_EQ(a->document()->text(), u"nostro");
+}
+
+TEST_F(NotesStoreDisk, AnUnloadedNoteTakesAnOlderDateTooSoThatItsTextFitsIt) {
+    directory.write(u"a.md"_s);
+    directory.write(u"b.md"_s);
+    openStore();
+    const NoteItemPtr b = note(u"b"_s);
+    ASSERT_EQ(b->document(), nullptr);
+    directory.setModified(u"b.md"_s, moment(1));
+
+    store->refreshFromDisk();
+
+    EXPECT_EQ(b->document(), nullptr);
+    EXPECT_EQ(b->knownModificationDate, moment(1));
+    EXPECT_EQ(b->modified(), moment(1));
+    EXPECT_TRUE(waitUntil([&b] { return b->document() != nullptr; }));
+}
+
 TEST_F(NotesStoreDisk, ADirtyNoteTakesANewCreationDateToo) {
     directory.write(u"a.md"_s);
     openStore();
