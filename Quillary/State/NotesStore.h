@@ -422,6 +422,8 @@ private:
     bool isVolumeAway() const;
     Status<FileError> ensureVolumeIsThere();
     void awaitReturn();
+    QList<NoteItemPtr> merged(const QList<NoteFileInfo>& listing);
+    std::optional<NoteFileInfo> missedFile(const NoteItem& note, const QList<NoteItemPtr>& added) const;
     void syncFolders(const QStringList& names);
     void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);
 

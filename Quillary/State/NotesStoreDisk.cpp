@@ -135,6 +135,7 @@ void NotesStore::refreshFromDisk() {
     }
     if (!m_isLoaded || (m_notes.isEmpty() && m_folders.isEmpty() && device != m_device)) {
         // A volume has come. Without its layout the first change of the arrangement would overwrite the stored one.
+        saveDirtyNotes();
         loadAll();
         return;
     }
@@ -144,27 +145,75 @@ void NotesStore::refreshFromDisk() {
         rebuildWatchers();
     }
 
-    QHash<FilePath, NoteItemPtr> known;
-    known.reserve(m_notes.size());
-    for (const NoteItemPtr& note : std::as_const(m_notes)) {
-        known.insert(note->url(), note);
-    }
-    QList<NoteItemPtr> notes;
-    notes.reserve(listing->notes.size());
-    for (const NoteFileInfo& info : listing->notes) {
-        if (const NoteItemPtr note = known.take(info.url)) {
-            reloadIfChangedOnDisk(*note, info);
-            notes.append(note);
-        } else {
-            notes.append(std::make_shared<NoteItem>(info));
-            notes.last()->isSettled = !mayStillGrow(info);
-        }
-    }
-    assignNotes(sorted(notes));
+    assignNotes(sorted(merged(listing->notes)));
     if (!selectedItem()) {
         selectFirstVisibleNote();
     }
     preloadDocuments();
+}
+
+/// The notes of a listing: those that are known, with what is new of them, and new ones.
+QList<NoteItemPtr> NotesStore::merged(const QList<NoteFileInfo>& listing) {
+    struct File {
+        NoteItemPtr note;
+        bool isListed = false;
+    };
+
+    const NoteItemPtr selected = selectedItem();
+    QHash<FilePath, File> files;
+    files.reserve(m_notes.size());
+    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+        // A note can have taken the name of another one whose file went unseen. The one in use stays.
+        NoteItemPtr& known = files[note->url()].note;
+        if (!known || note->isDirty() || (note == selected && !known->isDirty())) {
+            known = note;
+        }
+    }
+    QList<NoteItemPtr> notes;
+    notes.reserve(listing.size());
+    QList<NoteItemPtr> added;
+    for (const NoteFileInfo& info : listing) {
+        File& file = files[info.url];
+        // Of a directory that changes meanwhile a name can be told twice.
+        if (std::exchange(file.isListed, true)) {
+            continue;
+        }
+        if (file.note) {
+            reloadIfChangedOnDisk(*file.note, info);
+        } else {
+            file.note = std::make_shared<NoteItem>(info);
+            file.note->isSettled = !mayStillGrow(info);
+            added.append(file.note);
+        }
+        notes.append(file.note);
+    }
+    if (notes.size() - added.size() < m_notes.size()) {
+        // And a name can be missed, as that of a file that is replaced at that moment.
+        for (const NoteItemPtr& note : std::as_const(m_notes)) {
+            const File& file = files[note->url()];
+            const auto info = file.isListed || file.note != note ? std::nullopt : missedFile(*note, added);
+            if (info) {
+                reloadIfChangedOnDisk(*note, *info);
+                notes.append(note);
+            }
+        }
+    }
+    return notes;
+}
+
+/// The facts of the file of a note that a listing doesn't tell of; absent if it has gone, or has another name by now
+/// that a file system without letter case takes for the same.
+std::optional<NoteFileInfo> NotesStore::missedFile(const NoteItem& note, const QList<NoteItemPtr>& added) const {
+    const auto info = m_fileStore.info(note.url());
+    const auto status = fileStatus(note.url());
+    if (!info || !status) {
+        return std::nullopt;
+    }
+    const bool isAdded = std::ranges::any_of(added, [&status](const NoteItemPtr& other) {
+        const auto otherStatus = fileStatus(other->url());
+        return otherStatus && otherStatus->isSameFile(*status);
+    });
+    return isAdded ? std::nullopt : std::optional(*info);
 }
 
 void NotesStore::syncFolders(const QStringList& names) {

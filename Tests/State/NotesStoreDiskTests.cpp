@@ -467,6 +467,29 @@ TEST_F(NotesStoreDisk, AFileThatHasGoneTakesItsNoteWithItDirtyOrNot) {
     EXPECT_FALSE(directory.exists(u"b.md"_s));
 }
 
+TEST_F(NotesStoreDisk, OfTwoNotesOfOneNameTheOneInUseStays) {
+    for (const QString& title : {u"a"_s, u"c"_s}) {
+        directory.write(u"a.md"_s);
+        directory.write(u"b.md"_s);
+        directory.write(u"c.md"_s);
+        openStore();
+        const NoteItemPtr used = note(title);
+        select(title);
+        directory.remove(u"b.md"_s);
+        store->rename(*used, u"b"_s);
+        ASSERT_EQ(used->fileName(), u"b.md");
+        edit(used);
+
+        store->refreshFromDisk();
+
+        EXPECT_EQ(store->notes().size(), 2);
+        EXPECT_EQ(note(u"b"_s), used);
+        EXPECT_EQ(store->selectedItem(), used);
+        EXPECT_TRUE(used->isDirty());
+        EXPECT_TRUE(used->document()->undoManager().canUndo());
+    }
+}
+
 TEST_F(NotesStoreDisk, AFileThatComesBackIsANewNote) {
     directory.write(u"a.md"_s);
     directory.write(u"b.md"_s);

@@ -138,4 +138,35 @@ TEST_F(NotesStoreForeignWriter, CommandsHoldWhileAnotherProgramWritesInTheSameDi
     EXPECT_EQ(edited->document()->text(), u"testo");
 }
 
+TEST_F(NotesStoreForeignWriter, NoNoteIsForgottenWhileAnotherProgramReplacesItsFile) {
+    // More than one look at a directory in memory tells of.
+    constexpr int count = 2'000;
+    const auto name = [](int number) -> QString { return QString::number(number) + u".md"_s; };
+    for (int number = 0; number < count; ++number) {
+        directory.write(name(number));
+    }
+    openStore();
+    const QList<NoteItemPtr> notes = store->notes();
+    ASSERT_EQ(notes.size(), count);
+    std::atomic<bool> isStopped = false;
+    std::atomic<int> replaced = 0;
+    std::thread writer([&] {
+        while (!isStopped) {
+            directory.replace(name(replaced % count), "testo");
+            ++replaced;
+        }
+    });
+
+    // Long enough for each of them.
+    for (int refreshes = 0; refreshes < 20 || replaced < count; ++refreshes) {
+        store->refreshFromDisk();
+        if (store->notes() != notes) {
+            break;
+        }
+    }
+    isStopped = true;
+    writer.join();
+    EXPECT_TRUE(store->notes() == notes) << store->notes().size();
+}
+
 } // namespace quillary::test

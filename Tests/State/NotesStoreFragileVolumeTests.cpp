@@ -184,6 +184,34 @@ TEST_F(NotesStoreFragileVolume, ASaveThatHangsUntilTheConnectionIsCutSaysSoAndKe
     EXPECT_EQ(behind.contents(u"a.md"_s), "dopo");
 }
 
+TEST_F(NotesStoreFragileVolume, WhatIsTypedBeforeTheFirstListingIsSavedBeforeIt) {
+    volume->die();
+    openStore();
+    ASSERT_TRUE(store->notes().isEmpty());
+    mountAgain();
+    const NoteItemPtr made = store->makeNote(u"a"_s, {});
+    ASSERT_NE(made, nullptr);
+    type(made, u"scritto"_s);
+    store->refreshFromDisk();
+    EXPECT_EQ(behind.contents(u"a.md"_s), "scritto");
+    ASSERT_NE(note(u"a"_s), nullptr);
+    store->ensureLoaded(*note(u"a"_s));
+    EXPECT_EQ(note(u"a"_s)->document()->text(), u"scritto");
+}
+
+TEST_F(NotesStoreFragileVolume, ANoteWhoseNameChangesInCaseOnlyIsListedOnce) {
+    volume.reset();
+    volume.emplace(directory.path().bytes(), behind.path().bytes(), VolumeTraits{.ignoresCase = true});
+    ASSERT_TRUE(volume->isMounted());
+    behind.write(u"nota.md"_s);
+    openStore();
+    ASSERT_EQ(titles(), QStringList(u"nota"_s));
+    behind.rename(u"nota.md"_s, u"Nota.md"_s);
+    ASSERT_TRUE(directory.exists(u"nota.md"_s)) << "by either name";
+    store->refreshFromDisk();
+    EXPECT_EQ(titles(), QStringList(u"Nota"_s));
+}
+
 // The end of a volume, everywhere.
 
 class NotesStoreVolumeEnd : public NotesStoreFragileVolume, public testing::WithParamInterface<FragileVolume::End> {
