@@ -62,8 +62,9 @@ void ZoomableTextView::startDrag() {
         return;
     }
     m_isDraggingSelection = false;
-    // Its own drop has moved it already.
-    if (done == Qt::MoveAction && m_storage.revision() == revision) {
+    // Its own drop has moved it already, or left it where it was.
+    const bool wentElsewhere = done == Qt::MoveAction && drag->target() != viewport();
+    if (wentElsewhere && m_storage.revision() == revision) {
         removeRange(dragged, EditKind::other);
     }
 }

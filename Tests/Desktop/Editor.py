@@ -118,6 +118,18 @@ class Editor(DesktopTest):
         program.click(*self.place(program, 8), button=2)
         self.expect_text(program, "uno due uno tre")
 
+    def test_text_that_is_let_go_where_it_was_stays(self):
+        self.write("Nota.txt", "uno due tre")
+        program = self.start()
+        self.open(program, "Nota")
+        program.keys("ctrl+Home", "shift+ctrl+Right", "shift+ctrl+Right")
+        drag(self.place(program, 1), self.place(program, 6))
+        # What is typed shows that the drag is over, and that the text is still selected.
+        program.type("x")
+        self.expect_text(program, "xtre")
+        program.keys("ctrl+z")
+        self.expect_text(program, "uno due tre")
+
     def test_source_text_is_coloured_in_light_and_in_dark_with_the_find_bar_over_it(self):
         self.preferences["sortOrder"] = "title"
         for name, text in SOURCES.items():
