@@ -134,8 +134,8 @@ void ZoomableTextView::removeRange(TextRange range, EditKind kind) {
 /// Keeps selection and scroll position where they were in the text. A replacement of the whole text leaves no such
 /// place: there they keep their offsets as far as the new text goes.
 void ZoomableTextView::follow(const TextChange& change) {
-    const bool replacesAll =
-        change.offset == 0 && change.removedLength > 0 && change.insertedLength == m_storage.length();
+    const bool replacesAll = m_storage.steps().size() == 1 && change.offset == 0 && change.removedLength > 0 &&
+                             change.insertedLength == m_storage.length();
     const auto follows = [&](qsizetype position) {
         if (replacesAll) {
             return std::min(position, m_storage.length());

@@ -324,6 +324,22 @@ TEST_F(FindBarTest, OneUndoTakesBackTenThousandReplacementsWithSelectionAndScrol
     EXPECT_EQ(noteText(), u"la riga con quattordici dentro\n"_s.repeated(10'000));
 }
 
+TEST_F(FindBarTest, ReplacingAllKeepsWhatIsOnShowAlsoWithMatchesAtBothEnds) {
+    m_folder.store().selectedItem()->document()->replaceAll(u"uno riga\n"_s.repeated(4'999) + u"riga uno"_s);
+    const auto lineOnTop = [this] { return text().storage().lineAt(text().visibleRange().value().location); };
+    text().setSelection({22'500, 22'500});
+    text().scrollToRange({22'500, 10});
+    open(true);
+    find().setQuery(u"uno"_s);
+    find().setReplacement(u"quattordici"_s);
+    const qsizetype before = lineOnTop();
+    ASSERT_GT(before, 1'000);
+
+    click(button(u"Tutte"_s));
+    EXPECT_EQ(noteText(), u"quattordici riga\n"_s.repeated(4'999) + u"riga quattordici"_s);
+    EXPECT_EQ(lineOnTop(), before);
+}
+
 TEST_F(FindBarTest, RefusesToReplaceInACoveredEditor) {
     open(true);
     type(u"uno"_s);
