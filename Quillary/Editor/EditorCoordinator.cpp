@@ -59,6 +59,9 @@ void EditorCoordinator::setActive(bool isActive) {
 void EditorCoordinator::update() {
     const NoteItemPtr item = m_store.selectedItem();
     const std::shared_ptr<NoteDocument> document = item ? item->document() : nullptr;
+    if (document != m_document && m_document) {
+        finishComposing();
+    }
     m_item = item;
     const qint64 revision = item ? item->revision() : 0;
     if (document != m_document) {
@@ -79,6 +82,14 @@ void EditorCoordinator::update() {
     }
     if (m_isActive) {
         takeFocusIfAsked();
+    }
+}
+
+/// What an input method composes belongs to the note that it is composed in, and must be told of while that is on show.
+void EditorCoordinator::finishComposing() {
+    const NoteItemPtr item = m_item.lock();
+    if (item && m_store.contains(*item)) {
+        textView()->commitPreedit();
     }
 }
 
@@ -162,13 +173,14 @@ ZoomableTextView* EditorCoordinator::makeTextView(NoteDocument& document) {
 void EditorCoordinator::textDidChange(const ZoomableTextView* sender) {
     const bool detectsFormat = std::exchange(m_detectFormatAfterChange, false);
     const NoteItemPtr item = m_item.lock();
-    if (!item || !m_document || sender != textView()) {
+    const std::shared_ptr<NoteDocument> document = m_document;
+    if (!item || !document || sender != textView()) {
         return;
     }
     if (m_store.selectedFolder()) {
         m_store.setSelectedFolder(std::nullopt);
     }
-    m_store.textDidChange(*item, *m_document, detectsFormat);
+    m_store.textDidChange(*item, *document, detectsFormat);
     searchAnew();
     scheduleHighlight(m_highlightAfterEdit);
 }

@@ -45,6 +45,7 @@ public:
 
 private:
     void swapTo(std::shared_ptr<NoteDocument> document);
+    void finishComposing();
     void leave(ZoomableTextView& view);
     ZoomableTextView& textViewOf(NoteDocument& document);
     ZoomableTextView* makeTextView(NoteDocument& document);

@@ -103,6 +103,9 @@ public:
 
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
+    /// Lets the input method finish what it is composing where it is, before the caret or another note comes elsewhere.
+    void commitPreedit();
+
     /// Called for each zoom step that the user makes, with +1 or -1.
     std::function<void(int)> onZoomStep;
 
@@ -237,7 +240,6 @@ private:
     // Input methods
     TextRange surroundingRange() const;
     void clearPreedit();
-    void commitPreedit();
     void updateInputMethod();
 
     // Looks

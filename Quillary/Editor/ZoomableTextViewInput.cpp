@@ -33,10 +33,14 @@ void ZoomableTextView::inputMethodEvent(QInputMethodEvent* event) {
                          event->preeditString() != m_layout.preedit().text;
     const TextRange surrounding = surroundingRange();
     m_layout.setPreedit({});
-    if (isInput && !m_selection.isEmpty()) {
+    const bool isTyped = event->replacementLength() == 0 && event->replacementStart() == 0;
+    if (isTyped && !event->commitString().isEmpty()) {
+        // With a selection too it is one step of the history, as with a key.
+        edit(m_selection.range(), event->commitString(), EditKind::typing);
+    } else if (isInput && !m_selection.isEmpty()) {
         removeRange(m_selection.range(), EditKind::other);
     }
-    if (!event->commitString().isEmpty() || event->replacementLength() > 0) {
+    if (!isTyped && (!event->commitString().isEmpty() || event->replacementLength() > 0)) {
         const qsizetype start =
             std::clamp<qsizetype>(m_selection.caret + event->replacementStart(), 0, m_storage.length());
         const qsizetype end = std::clamp<qsizetype>(start + event->replacementLength(), start, m_storage.length());
@@ -70,7 +74,6 @@ void ZoomableTextView::clearPreedit() {
     }
 }
 
-/// Lets the input method finish what it is composing where it is, before the caret goes elsewhere.
 void ZoomableTextView::commitPreedit() {
     if (!m_layout.preedit().isEmpty()) {
         QGuiApplication::inputMethod()->commit();

@@ -76,12 +76,13 @@ void ZoomableTextView::mousePressEvent(QMouseEvent* event) {
         return;
     }
     const QPoint point = event->position().toPoint();
+    // Places are told by what stands in the text: what is composed comes there first.
+    commitPreedit();
     const Spot spot = spotAt(point);
     const bool isTripleClick = m_sinceDoubleClick.isValid() &&
                                m_sinceDoubleClick.elapsed() < QApplication::doubleClickInterval() &&
                                (point - m_doubleClickPosition).manhattanLength() < QApplication::startDragDistance();
     m_sinceDoubleClick.invalidate();
-    commitPreedit();
     m_goalX.reset();
     m_lastMousePosition = point;
     if (!isTripleClick && event->modifiers() == Qt::NoModifier && isOnSelection(point)) {
@@ -153,6 +154,7 @@ void ZoomableTextView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::MiddleButton && !m_isReadOnly) {
         const QClipboard* clipboard = QGuiApplication::clipboard();
         if (clipboard->supportsSelection()) {
+            commitPreedit();
             const Spot spot = spotAt(event->position().toPoint());
             const QMimeData* source = clipboard->mimeData(QClipboard::Selection);
             moveCaret(spot, false);

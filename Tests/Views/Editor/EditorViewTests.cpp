@@ -1,5 +1,6 @@
 #include "Quillary/State/AppActions.h"
 
+#include "Tests/Views/Editor/ComposingInput.h"
 #include "Tests/Views/Editor/EditorViewTest.h"
 
 #include <QApplication>
@@ -58,6 +59,26 @@ TEST_F(EditorViewTest, TheFileDiffersInWhatWasTypedOnly) {
         QTest::keyClick(&textView(), Qt::Key_Z, Qt::ControlModifier);
     }
     EXPECT_TRUE(QTest::qWaitFor([&] { return readBytes() == text.toUtf8(); }));
+}
+
+TEST_F(EditorViewTest, WhatIsComposedBelongsToTheNoteThatItIsComposedIn) {
+    textView().setFocus();
+    ComposingInput input;
+    input.compose(u"\u304b"_s);
+    select(u"Vuota"_s);
+    EXPECT_TRUE(note(u"Alfa"_s)->isDirty());
+    EXPECT_EQ(note(u"Alfa"_s)->characterCount(), 8);
+    EXPECT_FALSE(note(u"Vuota"_s)->isDirty());
+    EXPECT_EQ(textView().storage().text(), QString());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return read(u"Alfa.md"_s) == u"\u304b# Alfa\n"_s; }));
+
+    textView().setFocus();
+    input.compose(u"\u304b"_s);
+    const NoteItemPtr gone = note(u"Vuota"_s);
+    ASSERT_TRUE(QFile::remove(m_directory.filePath(u"note/Vuota.txt"_s)));
+    m_store->refreshFromDisk();
+    EXPECT_FALSE(gone->isDirty()) << "what has gone takes nothing any more";
+    EXPECT_EQ(textView().storage().text(), u"\u304b# Alfa\n"_s);
 }
 
 TEST_F(EditorViewTest, AnEditEndsTheSelectionOfAFolder) {

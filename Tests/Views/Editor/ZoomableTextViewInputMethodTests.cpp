@@ -1,3 +1,4 @@
+#include "Tests/Views/Editor/ComposingInput.h"
 #include "Tests/Views/Editor/ZoomableTextViewTest.h"
 
 #include <QApplication>
@@ -35,6 +36,30 @@ TEST_F(ZoomableTextViewTest, ACommitMayReplaceWhatStandsBeforeTheCaret) {
     event.setCommitString(u"e"_s, -1, 1);
     QApplication::sendEvent(m_view.get(), &event);
     EXPECT_EQ(text(), u"case"_s);
+}
+
+TEST_F(ZoomableTextViewTest, ACommitOverASelectionIsOneStepOfTheHistory) {
+    open(u"uno due"_s);
+    m_view->setSelection({0, 3});
+    QInputMethodEvent event;
+    event.setCommitString(u"\u00ea"_s);
+    QApplication::sendEvent(m_view.get(), &event);
+    EXPECT_EQ(text(), u"\u00ea due"_s);
+    m_view->undo();
+    EXPECT_EQ(text(), u"uno due"_s);
+    EXPECT_EQ(m_view->selection(), (TextSelection{0, 3}));
+}
+
+TEST_F(ZoomableTextViewTest, AClickWhileTextIsComposedGoesWhereItIsSeen) {
+    open(u"uno due tre quattro"_s);
+    putCaret(3);
+    ComposingInput input;
+    input.compose(u"xyz"_s);
+    const QPoint point = m_view->caretRect().center() + QPoint(40, 0);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, point);
+    EXPECT_EQ(text(), u"unoxyz due tre quattro"_s);
+    EXPECT_GT(caret(), 6);
+    EXPECT_EQ(caret(), m_view->positionAt(point));
 }
 
 TEST_F(ZoomableTextViewTest, InputMethodsSeeAThousandUnitsOfTheLineAtMost) {
