@@ -224,13 +224,12 @@ TEST_F(SoloControllerTest, RefreshesThatGetNoAnswerHoldUpNoSend) {
 
 TEST_F(SoloControllerTest, ItsEndDoesNotWaitForASilentSolo) {
     solo.play(u"agents.list"_s, {u"ignore-term"_s, u"hang"_s});
-    auto other = std::make_unique<SoloController>(settings, SoloClient(test::FakeSolo::program(), {}));
+    // To wait for this limit would be to hang.
+    auto other =
+        std::make_unique<SoloController>(settings, SoloClient(test::FakeSolo::program(), {}, std::chrono::hours(1)));
     other->refresh();
     ASSERT_TRUE(await([this] { return solo.log(u"agents.list"_s).size() == 2; }));
-    QElapsedTimer timer;
-    timer.start();
     other.reset();
-    EXPECT_LT(timer.elapsed(), 9'000);
 }
 
 TEST(SoloMode, HasItsNames) {
