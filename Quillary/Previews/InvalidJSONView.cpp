@@ -123,7 +123,7 @@ InvalidJSONView::InvalidJSONView(const JSONParseError& error, const QString& sou
     auto* const area = new QScrollArea(this);
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
-    area->setAccessibleName(tr("Righe intorno all’errore"));
+    area->setAccessibleName(tr("Righe intorno all'errore"));
     auto* const context = new ContextView(contextLines(source, error.line()), error.line(), error.column(), baseSize);
     context->setBackgroundRole(QPalette::Base);
     context->setAutoFillBackground(true);

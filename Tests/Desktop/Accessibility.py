@@ -52,7 +52,7 @@ class Accessibility(SoloTest):
         program.keys("Escape")
         wait_for("the end of the find bar", lambda: not program.find("text", "Sostituisci con"))
         for title, name in (("prova", "Anteprima Markdown"), ("dati", "Albero JSON"), ("tabella", "Tabella"),
-                            ("guasto", "Righe intorno all’errore")):
+                            ("guasto", "Righe intorno all'errore")):
             self.program.open_note(title)
             program.keys("ctrl+shift+p")
             wait_for("the preview of " + title, lambda: program.find_named(name))
