@@ -48,8 +48,8 @@ QColor formatTint(NoteFormat format, const QPalette& palette);
 QColor folderColor(FolderColor color, const QPalette& palette);
 QString folderColorName(FolderColor color);
 
-/// The application's font, and the desktop's font of fixed width. A size is in logical pixels of a screen of 96 dpi, as
-/// all sizes of the design are, and grows with the desktop's scale of texts.
+/// The application's font, and the desktop's font of fixed width. A size is in logical pixels of a screen of 96 dpi and
+/// grows with the desktop's scale of texts.
 QFont font(double size, QFont::Weight weight = QFont::Normal);
 QFont monospacedFont(double size, QFont::Weight weight = QFont::Normal);
 

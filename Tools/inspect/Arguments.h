@@ -62,7 +62,7 @@ private:
     std::optional<QString> m_error;
 };
 
-/// A moment as the protocol writes it.
+/// A moment as requests and answers have it: seconds since 1970-01-01 00:00:00 UTC.
 double secondsSince1970(Moment moment);
 Moment momentFromSeconds(double seconds);
 

@@ -4,7 +4,7 @@
 
 namespace quillary::inspect {
 
-// Each adds the operations of one section of the protocol; each stands in a source of its own.
+// Each adds the operations of one subject; each stands in a source of its own.
 void addCSVOperations(OperationTable& table);
 void addDiffOperations(OperationTable& table);
 void addFilesOperations(OperationTable& table);

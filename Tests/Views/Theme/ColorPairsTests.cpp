@@ -35,12 +35,12 @@ struct Ground {
     QColor color;
 };
 
-/// Why some pairs miss what they need: their colours belong to the design, value by value, and their meaning never
-/// hangs on the colour alone.
-constexpr const char* isOfDesign = "a colour of the design";
-constexpr const char* hasSign = "a colour of the design; the sign before the number says the same";
-constexpr const char* hasRows = "a colour of the design; the rows that it stands for are beside it";
-constexpr const char* isMatch = "the colour is of the design, and so is the opacity of what marks a match";
+/// Why some pairs miss what they need: their colours make the application's look, value by value, and their meaning
+/// never hangs on the colour alone.
+constexpr const char* isOfLook = "a colour of the look";
+constexpr const char* hasSign = "a colour of the look; the sign before the number says the same";
+constexpr const char* hasRows = "a colour of the look; the rows that it stands for are beside it";
+constexpr const char* isMatch = "the colour is of the look, and so is the opacity of what marks a match";
 
 using Exceptions = std::map<std::string, const char*>;
 
@@ -48,14 +48,14 @@ using Exceptions = std::map<std::string, const char*>;
 /// is mended.
 const Exceptions& exceptions(bool isDark) {
     static const Exceptions light = {
-        {"comment on the editor", isOfDesign},
-        {"comment on code in a preview", isOfDesign},
+        {"comment on the editor", isOfLook},
+        {"comment on code in a preview", isOfLook},
         {"comment on another match", isMatch},
         {"added lines, a number on the window", hasSign},
         {"removed lines, a number on the window", hasSign},
         {"changed lines, a number on the window", hasSign},
         {"changed row on the map", hasRows},
-        {"error of a search on the window", isOfDesign},
+        {"error of a search on the window", isOfLook},
     };
     static const Exceptions dark = {
         {"keyword on another match", isMatch},  {"string on another match", isMatch},
