@@ -38,12 +38,27 @@ void checkPlainText(QString text) {
     fuzz::require(plain == QString(text + u"\n&"_s), "a text without marks is itself");
 }
 
+/// A text that closes no bracket is the text of a link as a whole, also where it holds URLs.
+void checkLinkText(QString text) {
+    for (const QChar mark : u"\\`<[]"_s) {
+        text.remove(mark);
+    }
+    if (text.endsWith(u"://")) {
+        // md4c sees no bracket there.
+        return;
+    }
+    for (const MarkdownRun& run : MarkdownInline::attributed(QString(u'[' + text + u"](a)"_s))) {
+        fuzz::require(run.link == u"a"_s, "a link has its whole text");
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QString text = fuzz::textFrom(data, size);
     checkRuns(text);
     checkPlainText(text);
+    checkLinkText(text);
     const QString slug = MarkdownLinks::slug(text);
     fuzz::require(!slug.contains(u' ') && !slug.contains(u'#'), "a slug has no spaces");
     fuzz::require(MarkdownLinks::uniqueSlugs({text, text}).size() == 2, "each text has a slug");

@@ -118,8 +118,7 @@ private:
             m_code += change;
             break;
         case MD_SPAN_A:
-            m_link =
-                change > 0 ? std::optional(attributeText(static_cast<MD_SPAN_A_DETAIL*>(detail)->href)) : std::nullopt;
+            changeLink(static_cast<MD_SPAN_A_DETAIL*>(detail), change);
             break;
         default:
             // An image is its text.
@@ -129,6 +128,17 @@ private:
         m_look.strong = m_strong > 0;
         m_look.strike = m_strike > 0;
         m_look.code = m_code > 0;
+    }
+
+    /// The outermost link has its whole text: md4c sees URLs in there as links of their own.
+    void changeLink(const MD_SPAN_A_DETAIL* detail, int change) {
+        if (m_links == 0) {
+            m_link = attributeText(detail->href);
+        }
+        m_links += change;
+        if (m_links == 0) {
+            m_link.reset();
+        }
     }
 
     void addText(MD_TEXTTYPE type, const MD_CHAR* text, MD_SIZE size) {
@@ -180,6 +190,7 @@ private:
     int m_strong = 0;
     int m_strike = 0;
     int m_code = 0;
+    int m_links = 0;
 };
 
 } // namespace

@@ -107,6 +107,18 @@ INSTANTIATE_TEST_SUITE_P(
                     RunsCase{"other scripts", u"è *ö* \U0001F600 **中文**"_s, u"‹è ›‹ö›e‹ \U0001F600 ›‹中文›s"_s},
                     RunsCase{"marks that stay open", u"**a *b `c [d](e"_s, u"‹**a *b `c [d](e›"_s}));
 
+INSTANTIATE_TEST_SUITE_P(
+    LinksWithin, MarkdownInlineReads,
+    testing::Values(RunsCase{"a bare URL", u"[a http://b.it (c)](d)"_s, u"‹a http://b.it (c)›(d)"_s},
+                    RunsCase{"a bare URL with emphasis", u"[*http://a.it* b](c)"_s, u"‹http://a.it›e(c)‹ b›(c)"_s},
+                    RunsCase{"a bare URL that is its strong text", u"[**http://a.it/**](b) c"_s,
+                             u"‹http://a.it/›s(b)‹ c›"_s},
+                    RunsCase{"a bare URL that is its text", u"[http://a.it](b) [http://a.it/?b&c;](d)"_s,
+                             u"‹http://a.it›(b)‹ ›‹http://a.it/?b&c;›(d)"_s},
+                    RunsCase{"an autolink", u"[a <https://b.it> c](d)"_s, u"‹a https://b.it c›(d)"_s},
+                    RunsCase{"an autolink in an image", u"[![<https://a.it>](b) http://c.it d](e) f"_s,
+                             u"‹https://a.it http://c.it d›(e)‹ f›"_s}));
+
 /// Texts that would be other blocks, or would lose whitespace, if their lines were read as lines of a document.
 TEST(MarkdownInline, LetsEveryLineBeItself) {
     for (const QString& line : {u"# x"_s,
