@@ -26,6 +26,19 @@ void checkRuns(const QString& text) {
     }
 }
 
+/// Where no link is written out all links are bare URLs: they are their addresses, and no mark ends one.
+void checkBareURLs(QString text) {
+    text.remove(u'<');
+    text.replace(u"]("_s, u"] ("_s);
+    for (const MarkdownRun& run : MarkdownInline::attributed(text)) {
+        if (run.link) {
+            fuzz::require(run.text.size() == run.link->size(), "a bare URL is its address");
+            fuzz::require(!u"?!.,:;*_~'\">\u2026"_s.contains(run.link->back()), "a bare URL ends before punctuation");
+            fuzz::require(!run.link->endsWith(u']') || run.link->contains(u'['), "a bare URL ends before a bracket");
+        }
+    }
+}
+
 /// A text without marks comes out as itself, also where a mark behind it has it read.
 void checkPlainText(QString text) {
     for (const QChar mark : u"\\*_`&<[]~:"_s) {
@@ -57,6 +70,7 @@ void checkLinkText(QString text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QString text = fuzz::textFrom(data, size);
     checkRuns(text);
+    checkBareURLs(text);
     checkPlainText(text);
     checkLinkText(text);
     const QString slug = MarkdownLinks::slug(text);

@@ -3,10 +3,14 @@
 #include "QuillaryCore/Formats/MarkdownEntities.h"
 #include "QuillaryCore/Formats/MarkdownInlineSource.h"
 
+#include <QByteArrayView>
+#include <QVarLengthArray>
+
 #include <md4c.h>
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace quillary::MarkdownInline {
 
@@ -68,6 +72,30 @@ QString attributeText(const MD_ATTRIBUTE& attribute) {
     return result;
 }
 
+/// How much of a bare URL is its address: closing brackets that open before it are none of it, nor is punctuation at
+/// its end. md4c, which has found the URL, knows only parentheses and some of the punctuation.
+qsizetype addressLength(QStringView url) {
+    constexpr QStringView opening = u"([{";
+    constexpr QStringView closing = u")]}";
+    constexpr QStringView punctuation = u"?!.,:;*_~'\">\u00BB\u2019\u201D\u2026";
+    QVarLengthArray<qsizetype, 3> unopened;
+    for (qsizetype i = 0; i < closing.size(); ++i) {
+        unopened.append(url.count(closing[i]) - url.count(opening[i]));
+    }
+    qsizetype length = url.size();
+    for (; length > 0; --length) {
+        const QChar last = url[length - 1];
+        const qsizetype bracket = closing.indexOf(last);
+        if (bracket >= 0 ? unopened[bracket] <= 0 : !punctuation.contains(last)) {
+            break;
+        }
+        if (bracket >= 0) {
+            --unopened[bracket];
+        }
+    }
+    return length;
+}
+
 /// Turns md4c's calls into runs.
 class RunBuilder {
 public:
@@ -104,6 +132,12 @@ public:
 
 private:
     void changeSpan(MD_SPANTYPE type, void* detail, int change) {
+        if (type == MD_SPAN_A && change < 0) {
+            addWholeLink();
+        } else {
+            addHeld();
+        }
+        m_opensLink = false;
         switch (type) {
         case MD_SPAN_EM:
             m_emphasis += change;
@@ -134,6 +168,7 @@ private:
     void changeLink(const MD_SPAN_A_DETAIL* detail, int change) {
         if (m_links == 0) {
             m_link = attributeText(detail->href);
+            m_opensLink = true;
         }
         m_links += change;
         if (m_links == 0) {
@@ -142,6 +177,48 @@ private:
     }
 
     void addText(MD_TEXTTYPE type, const MD_CHAR* text, MD_SIZE size) {
+        addHeld();
+        if (std::exchange(m_opensLink, false) && type == MD_TEXT_NORMAL) {
+            // Whether this is a bare URL shows where the link ends.
+            m_held = QByteArrayView(text, size);
+        } else {
+            addPiece(type, text, size);
+        }
+    }
+
+    void addHeld() {
+        if (!m_held.isEmpty()) {
+            addPiece(MD_TEXT_NORMAL, m_held.data(), m_held.size());
+            m_held = {};
+        }
+    }
+
+    /// Adds what is held, the whole text of the link that ends; of a bare URL only the address is the link.
+    void addWholeLink() {
+        if (holdsBareURL()) {
+            const qsizetype length = addressLength(*m_link);
+            const QByteArrayView rest = m_held.last(m_link->sliced(length).toUtf8().size());
+            m_link->truncate(length);
+            m_held.chop(rest.size());
+            addHeld();
+            m_link.reset();
+            m_held = rest;
+        }
+        addHeld();
+    }
+
+    /// Whether what is held is its own address, and neither between angle brackets nor the text before a destination.
+    bool holdsBareURL() const {
+        if (m_held.isEmpty() || *m_link != QString::fromUtf8(m_held)) {
+            return false;
+        }
+        const QByteArrayView bytes = m_source.bytes();
+        const QByteArrayView before = bytes.first(m_held.data() - bytes.data());
+        const QByteArrayView behind = bytes.sliced(before.size() + m_held.size());
+        return !before.endsWith('<') && !behind.startsWith("](");
+    }
+
+    void addPiece(MD_TEXTTYPE type, const MD_CHAR* text, qsizetype size) {
         QString& whole = m_styled.text;
         const qsizetype start = whole.size();
         if (!m_source.holds(text)) {
@@ -186,6 +263,9 @@ private:
     /// How the next text looks, and where it leads.
     MarkdownStyledText::Run m_look;
     std::optional<QString> m_link;
+    /// Whether a link has just begun, and its first text, until more is known of it.
+    bool m_opensLink = false;
+    QByteArrayView m_held;
     int m_emphasis = 0;
     int m_strong = 0;
     int m_strike = 0;

@@ -119,6 +119,36 @@ INSTANTIATE_TEST_SUITE_P(
                     RunsCase{"an autolink in an image", u"[![<https://a.it>](b) http://c.it d](e) f"_s,
                              u"‹https://a.it http://c.it d›(e)‹ f›"_s}));
 
+INSTANTIATE_TEST_SUITE_P(
+    URLEnds, MarkdownInlineReads,
+    testing::Values(
+        RunsCase{"a bare URL in brackets", u"[a: http://b.it/c] [[http://d.it/e]] {f http://g.it/}."_s,
+                 u"‹[a: ›‹http://b.it/c›(http://b.it/c)‹] [[›‹http://d.it/e›(http://d.it/e)‹]] {f ›"
+                 "‹http://g.it/›(http://g.it/)‹}.›"_s},
+        RunsCase{"a bare URL before brackets of other kinds", u"[(http://a.it/b)] ([http://a.it/c]). <a http://b.it>"_s,
+                 u"‹[(›‹http://a.it/b›(http://a.it/b)‹)] ([›‹http://a.it/c›(http://a.it/c)‹]). <a ›"
+                 "‹http://b.it›(http://b.it)‹>›"_s},
+        RunsCase{"a bare URL with brackets of its own", u"http://a.it/b[1] [http://a.it/{c}(d)[2]]."_s,
+                 u"‹http://a.it/b[1]›(http://a.it/b[1])‹ [›‹http://a.it/{c}(d)[2]›(http://a.it/{c}(d)[2])"
+                 "‹].›"_s},
+        RunsCase{"a bare URL before punctuation", u"http://a.it; http://b.it… «c http://d.it/e»?). http://f.it/]. G"_s,
+                 u"‹http://a.it›(http://a.it)‹; ›‹http://b.it›(http://b.it)‹… «c ›"
+                 "‹http://d.it/e›(http://d.it/e)‹»?). ›‹http://f.it/›(http://f.it/)‹]. G›"_s},
+        RunsCase{"a bare URL with punctuation in it", u"http://a.it/b;c…d]e'f"_s,
+                 u"‹http://a.it/b;c…d]e'f›(http://a.it/b;c…d]e'f)"_s},
+        RunsCase{"a bare URL in emphasis in brackets", u"*[a http://b.it/c]* **http://d.it/;**"_s,
+                 u"‹[a ›e‹http://b.it/c›e(http://b.it/c)‹]›e‹ ›‹http://d.it/›s(http://d.it/)‹;›s"_s},
+        RunsCase{"a bare URL and entities", u"http://a.it/?b=1&c=2; http://a.it/&amp;d; http://a.it/?b&c;"_s,
+                 u"‹http://a.it/?b=1&c=2›(http://a.it/?b=1&c=2)‹; ›‹http://a.it/›(http://a.it/)‹&d; ›"
+                 "‹http://a.it/?b&c›(http://a.it/?b&c)‹;›"_s},
+        RunsCase{"a bare URL in an image", u"![a [http://b.it/c;] d](e)"_s,
+                 u"‹a [›‹http://b.it/c›(http://b.it/c)‹;] d›"_s},
+        RunsCase{"an autolink with punctuation", u"<http://a.it/b];>"_s, u"‹http://a.it/b];›(http://a.it/b];)"_s},
+        RunsCase{"a link that ends with punctuation",
+                 u"[http://a.it/b;](http://a.it/b;) [http://a.it/b;<b>](http://a.it/b;)"_s,
+                 u"‹http://a.it/b;›(http://a.it/b;)‹ ›‹http://a.it/b;<b>›(http://a.it/b;)"_s},
+        RunsCase{"a link that is punctuation", u"[\\;](;) [*](*) [;](;)"_s, u"‹;›(;)‹ ›‹*›(*)‹ ›‹;›(;)"_s}));
+
 /// Texts that would be other blocks, or would lose whitespace, if their lines were read as lines of a document.
 TEST(MarkdownInline, LetsEveryLineBeItself) {
     for (const QString& line : {u"# x"_s,
