@@ -3,6 +3,9 @@
 #include "QuillaryCore/Platform/FilePath.h"
 #include "QuillaryCore/Unicode/GraphemeClusters.h"
 
+#include <algorithm>
+#include <array>
+
 namespace quillary {
 
 namespace {
@@ -48,6 +51,13 @@ QString numberedFileName(const QString& base, qint64 number, QStringView ending)
         prefix.chop(1);
     }
     return prefix + tail;
+}
+
+bool isPackageName(QByteArrayView name) {
+    constexpr std::array<QByteArrayView, 4> suffixes = {".app", ".bundle", ".framework", ".rtfd"};
+    return std::any_of(suffixes.begin(), suffixes.end(), [name](QByteArrayView suffix) {
+        return name.size() > suffix.size() && name.last(suffix.size()).compare(suffix, Qt::CaseInsensitive) == 0;
+    });
 }
 
 } // namespace quillary

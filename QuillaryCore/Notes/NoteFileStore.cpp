@@ -1,6 +1,7 @@
 #include "QuillaryCore/Notes/NoteFileStore.h"
 
 #include "QuillaryCore/Notes/FileContents.h"
+#include "QuillaryCore/Notes/FileName.h"
 #include "QuillaryCore/Notes/NoteNaming.h"
 #include "QuillaryCore/Notes/TextDecoder.h"
 #include "QuillaryCore/Platform/AtomicFile.h"
@@ -13,7 +14,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <sys/stat.h>
 
@@ -25,14 +25,6 @@ namespace {
 
 bool isHidden(QByteArrayView name) {
     return name.startsWith('.');
-}
-
-/// What other systems show as one file although it is a directory.
-bool isPackage(QByteArrayView name) {
-    constexpr std::array<QByteArrayView, 4> suffixes = {".app", ".bundle", ".framework", ".rtfd"};
-    return std::any_of(suffixes.begin(), suffixes.end(), [name](QByteArrayView suffix) {
-        return name.size() > suffix.size() && name.last(suffix.size()).compare(suffix, Qt::CaseInsensitive) == 0;
-    });
 }
 
 bool hasRecognizedExtension(QByteArrayView name) {
@@ -117,7 +109,7 @@ Status<FileError> NoteFileStore::collectNotes(const std::optional<QString>& fold
             entry->kind.value_or(FileKind::regular) == FileKind::regular && hasRecognizedExtension(entry->name);
         const bool mayBeFolder = folders != nullptr &&
                                  entry->kind.value_or(FileKind::directory) == FileKind::directory &&
-                                 !isPackage(entry->name);
+                                 !isPackageName(entry->name);
         if (mayBeFolder && entry->kind) {
             folders->append(FilePath::textFromBytes(entry->name));
             continue;
@@ -178,7 +170,7 @@ Result<QStringList, FileError> NoteFileStore::listFolders() const {
     }
     QStringList folders;
     while (const auto entry = reader->next()) {
-        if (isHidden(entry->name) || isPackage(entry->name)) {
+        if (isHidden(entry->name) || isPackageName(entry->name)) {
             continue;
         }
         // Some file systems tell the kind of an entry only when it is asked for by itself.

@@ -119,8 +119,8 @@ public:
     /// Makes a folder and gives the name that it got, which may be numbered or made safe.
     Result<QString, FileError> createFolder(QStringView name) const;
 
-    /// Gives a folder another name, and gives the name that it got. One that has nothing usable is refused with
-    /// invalidName.
+    /// Gives a folder another name, and gives the name that it got. One that has nothing usable, or that is a
+    /// package's, is refused with invalidName.
     Result<QString, FileError> renameFolder(const QString& name, QStringView to) const;
 
     /// Moves a folder to the system's trash; before that its notes to the top, if they are to be kept. The first note

@@ -20,6 +20,12 @@ bool isEntryName(QStringView name) {
     return !name.isEmpty() && name != u"." && name != u".." && !name.contains(u'/');
 }
 
+/// Whether a folder that is called like this would be listed.
+bool isFolderName(QStringView title) {
+    const QString name = numberedFileName(NoteFileStore::sanitizedTitle(title), 1, QString());
+    return !name.isEmpty() && !isPackageName(FilePath::bytesFromText(name));
+}
+
 } // namespace
 
 QString NoteFileStore::uniqueFolderName(QStringView name, const std::optional<QString>& ignoring) const {
@@ -51,7 +57,7 @@ Result<QString, FileError> NoteFileStore::createFolder(QStringView name) const {
 }
 
 Result<QString, FileError> NoteFileStore::renameFolder(const QString& name, QStringView to) const {
-    if (sanitizedTitle(to).isEmpty()) {
+    if (!isFolderName(to)) {
         return FileError(NoteStoreError::invalidName());
     }
     if (!isEntryName(name)) {

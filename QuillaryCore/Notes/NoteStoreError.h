@@ -19,7 +19,7 @@ public:
     /// A file of this name could not be made.
     static NoteStoreError creationFailed(const QString& name) { return {Kind::creationFailed, name, 0}; }
 
-    /// Nothing of the name that was asked for can be part of a file name.
+    /// Nothing of the name that was asked for can be part of a file name, or a folder of that name would not be listed.
     static NoteStoreError invalidName() { return {Kind::invalidName, {}, 0}; }
 
     Kind kind() const { return m_kind; }

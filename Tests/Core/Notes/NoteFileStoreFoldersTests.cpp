@@ -102,6 +102,23 @@ TEST_F(NoteFileStoreFolders, RefusesANameWithNothingUsable) {
     EXPECT_EQ(folders(), QStringList{u"Lavoro"_s});
 }
 
+TEST_F(NoteFileStoreFolders, RefusesToRenameAFolderToANameUnderWhichItWouldNotBeListed) {
+    directory.makeDirectory("Lavoro");
+    directory.makeDirectory("y.app");
+    const QString tooLong = u"漢"_s.repeated(83) + u"aa.apple"_s;
+    for (const QString& name :
+         {u"x.app"_s, u" x.APP "_s, u"y.app"_s, u"x.bundle"_s, u"x.Framework"_s, u"x.rtfd"_s, tooLong}) {
+        EXPECT_EQ(ownError(store.renameFolder(u"Lavoro"_s, name)), NoteStoreError::invalidName()) << name.toStdString();
+    }
+    QString folder = u"Lavoro"_s;
+    for (const QString& name : {u"app"_s, u"x.apps"_s, u"x.app.d"_s, u".app"_s, u"casa.md"_s}) {
+        const auto renamed = store.renameFolder(folder, name);
+        ASSERT_TRUE(renamed);
+        folder = *renamed;
+        EXPECT_TRUE(folders().contains(folder)) << folder.toStdString();
+    }
+}
+
 TEST_F(NoteFileStoreFolders, TrashesAFolderWithItsNotes) {
     directory.makeDirectory("Lavoro");
     directory.write("Lavoro/a.md", "a");
