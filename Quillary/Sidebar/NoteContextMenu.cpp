@@ -44,39 +44,60 @@ void NoteContextMenu::addItems(const QList<NoteItemPtr>& targets) {
 }
 
 void NoteContextMenu::addItems(const NoteItemPtr& item) {
-    addAction(tr("Rinomina"), this, [this, item] {
-        m_store.setSelectedID(item->id());
+    add(*this, tr("Rinomina"), item, [this, item] {
+        select(*item);
         m_store.raiseTitleRenameToken();
     });
     if (const NoteItemPtr selected = m_store.selectedItem(); selected && selected != item) {
-        addAction(tr("Confronta con «%1»").arg(menuText(selected->title())), this,
-                  [this, selected, item] { m_store.compare(*selected, *item); });
+        add(*this, tr("Confronta con «%1»").arg(menuText(selected->title())), item, [this, selected, item] {
+            if (m_store.contains(*selected)) {
+                m_store.compare(*selected, *item);
+            }
+        });
     }
     addFormats(item);
     addMenu(new MoveToFolderMenu(m_store, {item}, this));
-    addAction(tr("Copia contenuto"), this, [this, item] {
-        m_store.setSelectedID(item->id());
+    add(*this, tr("Copia contenuto"), item, [this, item] {
+        select(*item);
         m_store.copySelectedContent();
     });
-    addAction(tr("Mostra nel Finder"), this, [item] {
+    add(*this, tr("Mostra nel Finder"), item, [item] {
         if (Desktop* const desktop = AppActions::shared().desktop) {
             desktop->reveal(item->url());
         }
     });
     addSeparator();
-    addAction(tr("Sposta nel Cestino…"), this, [this, item] { m_store.requestTrash(QList{item}); });
+    add(*this, tr("Sposta nel Cestino…"), item, [this, item] { m_store.requestTrash(QList{item}); });
 }
 
 void NoteContextMenu::addFormats(const NoteItemPtr& item) {
     QMenu* const formats = addMenu(tr("Formato"));
     auto* const group = new QActionGroup(formats);
     for (const NoteFormat format : allNoteFormats) {
-        QAction* const action = formats->addAction(displayName(format), this,
-                                                   [this, item, format] { m_store.changeFormat(*item, format); });
+        QAction* const action =
+            add(*formats, displayName(format), item, [this, item, format] { m_store.changeFormat(*item, format); });
         action->setCheckable(true);
         action->setChecked(item->format() == format);
         group->addAction(action);
     }
+}
+
+/// Adds a command that does nothing if the note has gone while the menu was open.
+QAction* NoteContextMenu::add(QMenu& menu, const QString& text, const NoteItemPtr& item,
+                              const std::function<void()>& command) {
+    return menu.addAction(text, this, [this, item, command] {
+        if (m_store.contains(*item)) {
+            command();
+        }
+    });
+}
+
+void NoteContextMenu::select(const NoteItem& item) const {
+    // A note that was selected before others together would not end their selection.
+    if (!m_store.multiSelection().isEmpty()) {
+        m_store.clearMultiSelection();
+    }
+    m_store.setSelectedID(item.id());
 }
 
 } // namespace quillary

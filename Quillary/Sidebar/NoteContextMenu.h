@@ -4,6 +4,8 @@
 
 #include <QMenu>
 
+#include <functional>
+
 namespace quillary {
 
 /// The commands on a note's row: on the whole multiple selection if the note is of it, and otherwise on the note alone.
@@ -19,6 +21,8 @@ private:
     void addItems(const QList<NoteItemPtr>& targets);
     void addItems(const NoteItemPtr& item);
     void addFormats(const NoteItemPtr& item);
+    QAction* add(QMenu& menu, const QString& text, const NoteItemPtr& item, const std::function<void()>& command);
+    void select(const NoteItem& item) const;
 
     NotesStore& m_store;
 };

@@ -179,6 +179,48 @@ TEST_F(SidebarMenuTest, ANotesCommandsAreTheStores) {
     EXPECT_EQ(store().multiSelection().size(), 2);
 }
 
+TEST_F(SidebarMenuTest, TheMenuOfTheSelectedNoteEndsAMultipleSelectionOfOthers) {
+    for (const QString& command : {u"Rinomina"_s, u"Copia contenuto"_s}) {
+        select(u"a"_s);
+        store().setMultiSelection({note(u"x"_s)->id(), note(u"y"_s)->id()});
+        choose(u"a"_s, command);
+        EXPECT_EQ(selectedTitle(), u"a"_s);
+        EXPECT_TRUE(store().multiSelection().isEmpty()) << command.toStdString();
+    }
+}
+
+TEST_F(SidebarMenuTest, TheMenuOfANoteThatHasGoneDoesNothing) {
+    select(u"a"_s);
+    const NoteContextMenu menu(store(), note(u"y"_s));
+    ASSERT_TRUE(QFile::remove(m_folder.path(u"Lavoro/y.md"_s)));
+    store().refreshFromDisk();
+    ASSERT_EQ(note(u"y"_s), nullptr);
+    const qint64 rename = store().titleRenameToken();
+    for (const QString& command : {u"Rinomina"_s, u"Confronta con «a»"_s, u"Copia contenuto"_s, u"Mostra nel Finder"_s,
+                                   u"Sposta nel Cestino…"_s}) {
+        choose(menu, command);
+    }
+    choose(*item(menu, u"Formato"_s)->menu(), displayName(NoteFormat::json));
+    EXPECT_EQ(selectedTitle(), u"a"_s);
+    EXPECT_EQ(store().titleRenameToken(), rename);
+    EXPECT_TRUE(store().multiSelection().isEmpty());
+    EXPECT_EQ(m_desktop.clipboard, std::nullopt);
+    EXPECT_EQ(m_desktop.revealed, QStringList());
+    EXPECT_TRUE(store().pendingNoteDeletion().isEmpty());
+    EXPECT_EQ(store().errorMessage(), std::nullopt);
+}
+
+TEST_F(SidebarMenuTest, ANoteIsNotComparedWithOneThatHasGone) {
+    select(u"y"_s);
+    const NoteContextMenu menu(store(), note(u"a"_s));
+    ASSERT_TRUE(QFile::remove(m_folder.path(u"Lavoro/y.md"_s)));
+    store().refreshFromDisk();
+    ASSERT_EQ(note(u"y"_s), nullptr);
+    choose(menu, u"Confronta con «y»"_s);
+    EXPECT_FALSE(store().isShowingDiff());
+    EXPECT_TRUE(store().multiSelection().isEmpty());
+}
+
 TEST_F(SidebarMenuTest, ANotesFormatIsChosen) {
     NoteContextMenu menu(store(), note(u"x"_s));
     const QMenu& formats = *item(menu, u"Formato"_s)->menu();
