@@ -9,7 +9,6 @@
 #include "Quillary/State/NotesStore.h"
 
 #include <QStackedWidget>
-#include <QTimer>
 
 #include <chrono>
 #include <utility>
@@ -25,6 +24,7 @@ EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, F
       m_find(find),
       m_host(host),
       m_placeholder(new QWidget),
+      m_takeFocus(0ms, [this] { takeFocus(); }),
       m_highlightAfterEdit(120ms, [this] { highlightNow(); }),
       m_highlightAfterScroll(60ms, [this] { highlightNow(); }) {
     m_host.addWidget(m_placeholder);
@@ -32,6 +32,8 @@ EditorCoordinator::EditorCoordinator(NotesStore& store, AppSettings& settings, F
     connect(&m_store, &NotesStore::selectedIDChanged, this, follow);
     connect(&m_store, &NotesStore::notesChanged, this, follow);
     connect(&m_store, &NotesStore::editorFocusTokenChanged, this, follow);
+    // Who asks last has the keyboard: a title that loses it is no longer edited.
+    connect(&m_store, &NotesStore::titleRenameTokenChanged, this, [this] { m_takeFocus.cancel(); });
     connect(&m_store, &NotesStore::noteChanged, this, [this](const NoteItem* item, NoteField field) {
         const bool concerns = field == NoteField::document || field == NoteField::revision || field == NoteField::url;
         if (concerns && item == m_item.lock().get()) {
@@ -199,11 +201,13 @@ void EditorCoordinator::takeFocusIfAsked() {
     }
     m_lastFocusToken = token;
     // The panes around may still be settling, and so may the selection: a note that goes leaves none for a moment.
-    QTimer::singleShot(0, this, [this] {
-        if (ZoomableTextView* const view = textView(); view && view->isVisibleTo(view->window())) {
-            view->setFocus(Qt::OtherFocusReason);
-        }
-    });
+    m_takeFocus.restart();
+}
+
+void EditorCoordinator::takeFocus() {
+    if (ZoomableTextView* const view = textView(); view && view->isVisibleTo(view->window())) {
+        view->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void EditorCoordinator::zoom(int step) {

@@ -52,6 +52,7 @@ private:
     void applyStyle(NoteDocument& document, ZoomableTextView& view);
     void searchAnew();
     void takeFocusIfAsked();
+    void takeFocus();
     void textDidChange(const ZoomableTextView* sender);
     void zoom(int step);
 
@@ -85,6 +86,7 @@ private:
     qint64 m_lastRevision = -1;
     bool m_detectFormatAfterChange = false;
     bool m_wasEmpty = false;
+    DelayedTask m_takeFocus;
     /// At most one of the two is pending: one colouring, soon after the last edit or the first scroll.
     DelayedTask m_highlightAfterEdit;
     DelayedTask m_highlightAfterScroll;

@@ -2,6 +2,8 @@
 #include "Quillary/Editor/ZoomableTextView.h"
 #include "Quillary/Shell/ErrorAlert.h"
 #include "Quillary/Shell/MainWindow.h"
+#include "Quillary/Sidebar/InlineTextField.h"
+#include "Quillary/Sidebar/NoteContextMenu.h"
 #include "Quillary/Sidebar/SidebarList.h"
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/Theme/Palettes.h"
@@ -186,6 +188,29 @@ TEST(MainWindow, AClosedSidebarGivesTheKeyboardToTheText) {
     ASSERT_TRUE(list->hasFocus());
     window.toggleSidebar();
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<ZoomableTextView*>()->hasFocus(); }));
+}
+
+TEST(MainWindow, ATitleIsEditedFromTheMenuOfANoteWhileOthersAreSelected) {
+    for (const QString& title : {u"a"_s, u"d"_s}) {
+        NotesFolder folder(
+            {{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"c.md"_s, u"gamma"_s}, {u"d.md"_s, u"delta"_s}});
+        NotesStore& store = folder.store();
+        MainWindow window(store, folder.settings(), folder.find(), folder.keyboard(), folder.solo());
+        window.show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        store.setSelectedID(folder.note(u"a"_s)->id());
+        store.setMultiSelection({folder.note(u"b"_s)->id(), folder.note(u"c"_s)->id()});
+        NoteContextMenu menu(store, folder.note(title));
+        ASSERT_EQ(menu.actions().constFirst()->text(), u"Rinomina"_s);
+        menu.actions().constFirst()->trigger();
+        // Whoever else asked for the keyboard has had a turn.
+        QTest::qWait(0);
+        const auto* const field = window.findChild<InlineTextField*>();
+        ASSERT_NE(field, nullptr);
+        EXPECT_TRUE(field->hasFocus());
+        EXPECT_EQ(field->text(), title);
+    }
 }
 
 TEST(MainWindow, TheSidebarComesBackAsWideAsItWas) {
