@@ -183,6 +183,10 @@ void QuillaryCommands::addMoveItems(QMenu& menu) {
 void QuillaryCommands::addFolderItems(QMenu& menu) {
     connect(&menu, &QMenu::aboutToShow, this, [this, &menu] {
         menu.clear();
+        // Submenus are not among what clear() deletes.
+        for (QMenu* const submenu : menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)) {
+            submenu->deleteLater();
+        }
         if (m_store.selectedFolder()) {
             FolderMenuItems{m_store, *m_store.selectedFolder()}.addTo(menu);
         }

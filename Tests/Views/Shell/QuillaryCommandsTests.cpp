@@ -304,6 +304,20 @@ TEST_F(QuillaryCommandsTest, ActOnTheSelectedFolderWhileThereIsOne) {
     EXPECT_FALSE(items->menuAction()->isEnabled());
 }
 
+TEST_F(QuillaryCommandsTest, LeaveNothingOfAMenuBehindThatOpensAnew) {
+    folder.store().setSelectedFolder(u"Lavoro"_s);
+    QMenu* const items = menu(u"Cartella"_s);
+    for (int opening = 0; opening < 3; ++opening) {
+        Q_EMIT items->aboutToShow();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(items->findChildren<QMenu*>().size(), 1);
+    }
+    folder.store().setSelectedFolder(std::nullopt);
+    Q_EMIT items->aboutToShow();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(items->findChildren<QMenu*>().size(), 0);
+}
+
 TEST_F(QuillaryCommandsTest, AskForTheSettings) {
     const QSignalSpy requests(&window, &MainWindow::settingsRequested);
     run(u"Modifica"_s, u"Impostazioni…"_s);
