@@ -62,7 +62,8 @@ MenuBarContent::MenuBarContent(NotesStore* store, AppSettings* settings, QObject
     m_showItem->setShortcutContext(Qt::WidgetShortcut);
     m_menu.addSeparator();
     add(tr("Nuova nota"), [this] { m_store.makeNoteBesideSelected(); });
-    add(tr("Nuova nota dagli appunti"), [this] { m_store.createNoteFromClipboard(); });
+    add(tr("Nuova nota dagli appunti"),
+        [store] { AppActions::shared().runWhenActive([store] { store->createNoteFromClipboard(); }); });
     m_menu.addSeparator();
     addRecentItems();
     m_menu.addSeparator();

@@ -73,6 +73,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         }
     };
     actions.isApplicationActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
+    m_activationQueue = std::make_unique<ActivationQueue>();
+    actions.keepUntilActive = [this](const std::function<void()>& command) { m_activationQueue->append(command); };
     actions.desktop = &m_desktop;
 
     m_keyMonitor = std::make_unique<KeyMonitor>(&keyboard());
@@ -108,7 +110,7 @@ void AppDelegate::performAction(const QString& name) {
     if (name == "new-note"_L1) {
         store().makeNoteBesideSelected();
     } else if (name == "new-note-from-clipboard"_L1) {
-        store().createNoteFromClipboard();
+        AppActions::shared().runWhenActive([this] { store().createNoteFromClipboard(); });
     }
 }
 

@@ -5,6 +5,7 @@
 #include "Quillary/MenuBarExtra/MenuBarExtra.h"
 #include "Quillary/Platform/TerminationSignals.h"
 #include "Quillary/Settings/SettingsView.h"
+#include "Quillary/Shell/ActivationQueue.h"
 #include "Quillary/Shell/KeyMonitor.h"
 #include "Quillary/Shell/MainWindow.h"
 #include "Quillary/Shell/SystemDesktop.h"
@@ -68,6 +69,7 @@ private:
     std::unique_ptr<KeyMonitor> m_keyMonitor;
     std::unique_ptr<MenuBarExtra> m_menuBarExtra;
     std::unique_ptr<SoloController> m_solo;
+    std::unique_ptr<ActivationQueue> m_activationQueue;
     std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<TerminationSignals> m_signals;
     std::unique_ptr<MainWindow> m_window;

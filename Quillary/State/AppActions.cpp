@@ -39,6 +39,14 @@ void AppActions::toggleMainWindow() const {
     }
 }
 
+void AppActions::runWhenActive(const std::function<void()>& command) const {
+    if (keepUntilActive && isApplicationActive && !isApplicationActive()) {
+        keepUntilActive(command);
+    } else {
+        command();
+    }
+}
+
 void AppActions::beep() const {
     if (desktop) {
         desktop->beep();

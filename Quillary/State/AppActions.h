@@ -55,11 +55,18 @@ public:
     /// Whether the application is the one in use.
     std::function<bool()> isApplicationActive;
 
+    /// Keeps a command until the application is the one in use, or for a moment if it isn't given that.
+    std::function<void(const std::function<void()>&)> keepUntilActive;
+
     /// Brings the main window to the front, out of its icon or anew if need be, with the focus in the editor.
     void showMainWindow() const;
 
     /// Hides the application if its main window is in use, and shows the main window otherwise.
     void toggleMainWindow() const;
+
+    /// Runs a command that needs the application to be in use, which a window that was just shown does not bring at
+    /// once.
+    void runWhenActive(const std::function<void()>& command) const;
 
     /// Tells the user that a command had nothing to act on.
     void beep() const;

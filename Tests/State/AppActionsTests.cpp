@@ -1,9 +1,11 @@
 #include "Quillary/State/AppActions.h"
 
+#include <QList>
 #include <QStringList>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -111,6 +113,30 @@ TEST_F(AppActionsTest, ToggleShowsInEveryOtherCase) {
     window.reset();
     actions.toggleMainWindow();
     EXPECT_EQ(log, QStringList({u"activate"_s, u"open"_s, u"focus"_s}));
+}
+
+TEST_F(AppActionsTest, KeepACommandUntilTheApplicationIsActiveIfItMustWait) {
+    QList<std::function<void()>> kept;
+    actions.keepUntilActive = [&kept](const std::function<void()>& command) { kept.append(command); };
+    const auto command = [this] { log << u"command"_s; };
+
+    actions.runWhenActive(command);
+    EXPECT_EQ(std::exchange(log, {}), QStringList(u"command"_s));
+    EXPECT_TRUE(kept.isEmpty());
+
+    isActive = false;
+    actions.runWhenActive(command);
+    EXPECT_EQ(log, QStringList());
+    ASSERT_EQ(kept.size(), 1);
+    kept.constFirst()();
+    EXPECT_EQ(log, QStringList(u"command"_s));
+}
+
+TEST_F(AppActionsTest, RunACommandAtOnceThatNobodyWouldKeep) {
+    isActive = false;
+    actions.runWhenActive([this] { log << u"one"_s; });
+    AppActions().runWhenActive([this] { log << u"two"_s; });
+    EXPECT_EQ(log, QStringList({u"one"_s, u"two"_s}));
 }
 
 TEST_F(AppActionsTest, SkipWhatIsNotSet) {

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -115,6 +116,26 @@ TEST_F(MenuBarContentTest, ShowsTheWindowBeforeEachCommand) {
     EXPECT_EQ(openings, 4);
     EXPECT_EQ(notesAtOpening, 5);
     EXPECT_EQ(store.selectedItem()->document()->storage().text(), u"dagli appunti"_s);
+}
+
+TEST_F(MenuBarContentTest, ReadsTheClipboardWhenTheWindowHasTheKeyboard) {
+    QList<std::function<void()>> kept;
+    AppActions& actions = AppActions::shared();
+    actions.isApplicationActive = [] { return false; };
+    actions.keepUntilActive = [&kept](const std::function<void()>& command) { kept.append(command); };
+    item(u"Nuova nota dagli appunti"_s)->trigger();
+    EXPECT_EQ(openings, 1);
+    EXPECT_EQ(folder.store().notes().size(), 3);
+
+    desktop.clipboard = u"dagli appunti"_s;
+    ASSERT_EQ(kept.size(), 1);
+    kept.constFirst()();
+    EXPECT_EQ(folder.store().selectedItem()->document()->storage().text(), u"dagli appunti"_s);
+
+    // What needs no clipboard is there at once.
+    item(u"Nuova nota"_s)->trigger();
+    EXPECT_EQ(folder.store().notes().size(), 5);
+    EXPECT_EQ(kept.size(), 1);
 }
 
 TEST_F(MenuBarContentTest, RevealsARecentNoteAsText) {

@@ -5,6 +5,7 @@
 #include "QuillaryCore/Text/TextStorage.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -48,6 +49,8 @@ protected:
 
     /// Says what the window system says when the user comes and goes.
     static void applicationBecomes(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
+
+    AppDelegate& delegate() { return *m_delegate; }
 
     NotesStore& store() { return m_delegate->store(); }
 
@@ -115,6 +118,33 @@ TEST_F(AppDelegateTest, ShowsWhatOthersDidWhenTheUserComesBack) {
     applicationBecomes(Qt::ApplicationActive);
 
     EXPECT_NE(note(u"b"_s), nullptr);
+}
+
+TEST_F(AppDelegateTest, ReadsTheClipboardForANewNoteWhenItHasTheKeyboard) {
+    start();
+    bool isActive = false;
+    AppActions::shared().isApplicationActive = [&isActive] { return isActive; };
+    QGuiApplication::clipboard()->clear();
+
+    delegate().activate({});
+    delegate().performAction(u"new-note-from-clipboard"_s);
+    EXPECT_TRUE(store().notes().isEmpty());
+
+    QGuiApplication::clipboard()->setText(u"dagli appunti"_s);
+    isActive = true;
+    applicationBecomes(Qt::ApplicationActive);
+    ASSERT_EQ(store().notes().size(), 1);
+    EXPECT_EQ(store().selectedItem()->document()->storage().text(), u"dagli appunti"_s);
+
+    delegate().performAction(u"new-note-from-clipboard"_s);
+    EXPECT_EQ(store().notes().size(), 2);
+}
+
+TEST_F(AppDelegateTest, ANewNoteNeedsNoKeyboard) {
+    start();
+    AppActions::shared().isApplicationActive = [] { return false; };
+    delegate().performAction(u"new-note"_s);
+    EXPECT_EQ(store().notes().size(), 1);
 }
 
 TEST_F(AppDelegateTest, HidesAllItsWindowsAndComesBackWithTheFocusInTheText) {
