@@ -78,6 +78,11 @@ void SystemDesktop::openURL(const QString& url) {
 }
 
 void SystemDesktop::reveal(const FilePath& path) {
+    // A call without a bus would never finish.
+    if (!m_bus.isConnected()) {
+        openInDesktop(fileURL(path.parent()));
+        return;
+    }
     QDBusMessage call =
         QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
                                        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);

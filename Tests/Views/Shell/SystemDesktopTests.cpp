@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDBusConnection>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -145,5 +146,13 @@ TEST_F(SystemDesktopTest, WithoutAFileManagerOnTheBusTheDirectoryIsOpened) {
     desktop.reveal(FilePath::fromBytes("/tmp/Note/a.md"));
 
     ASSERT_TRUE(QTest::qWaitFor([&] { return !opener.opened.isEmpty(); }));
+    EXPECT_EQ(opener.opened, QList<QByteArray>({"file:///tmp/Note"}));
+}
+
+TEST_F(SystemDesktopTest, WithoutABusTheDirectoryIsOpened) {
+    Opener opener;
+
+    SystemDesktop(QDBusConnection(u"no such connection"_s)).reveal(FilePath::fromBytes("/tmp/Note/a.md"));
+
     EXPECT_EQ(opener.opened, QList<QByteArray>({"file:///tmp/Note"}));
 }
