@@ -14,8 +14,9 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[]) {
     quillary::TerminationSignals::block();
-    // A file that may not grow is a failed save that is told, not the end of the program.
-    std::signal(SIGXFSZ, SIG_IGN);
+    // A file that may not grow is a failed save that is told, not the end of the program. Programs that are started
+    // from here would inherit an ignored signal, but not a handler.
+    std::signal(SIGXFSZ, [](int) {});
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Quillary"_s);
     QApplication::setApplicationDisplayName(u"Quillary"_s);

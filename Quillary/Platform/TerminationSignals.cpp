@@ -1,6 +1,7 @@
 #include "Quillary/Platform/TerminationSignals.h"
 
 #include <csignal>
+#include <pthread.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -17,11 +18,18 @@ sigset_t terminationSet() {
     return signals;
 }
 
+void unblock() {
+    const sigset_t signals = terminationSet();
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
 } // namespace
 
 void TerminationSignals::block() {
     const sigset_t signals = terminationSet();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    // The programs with which Qt opens files inherit what is blocked, and would not end when they are asked to.
+    pthread_atfork(nullptr, nullptr, unblock);
 }
 
 TerminationSignals::TerminationSignals(QObject* parent)
@@ -44,8 +52,7 @@ void TerminationSignals::readOne() {
     if (read(m_descriptor, &info, sizeof info) != sizeof info) {
         return;
     }
-    const sigset_t signals = terminationSet();
-    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    unblock();
     Q_EMIT received(static_cast<int>(info.ssi_signo));
 }
 

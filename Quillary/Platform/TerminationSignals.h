@@ -11,7 +11,8 @@ class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
-    /// Holds the three signals back for the whole process. Call it before any other thread exists: threads inherit it.
+    /// Holds the three signals back for the whole process, but not for programs that it starts. Call it before any
+    /// other thread exists: threads inherit it.
     static void block();
 
     explicit TerminationSignals(QObject* parent = nullptr);

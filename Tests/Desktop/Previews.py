@@ -1,8 +1,9 @@
 """Previews in the whole program: links that are clicked, and JSON that is formatted and unformatted."""
 
+import subprocess
 import unittest
 
-from desktop import DesktopTest
+from desktop import SIGNALS, DesktopTest
 from program import EDITOR, Atspi, extents, has_state
 from screen import wait_for
 
@@ -75,6 +76,15 @@ class Previews(DesktopTest):
         wait_for("its page", lambda: self.page(program).startswith("Indice"))
         self.click_text(program, "giù")
         wait_for("the place", lambda: abs(self.top_of(program, "La meta")) < 12)
+
+    def test_the_program_that_opens_a_link_has_its_signals_like_any_other(self):
+        self.write("Indice.md", "[rete](https://esempio.it)\n")
+        program = self.open_note("Indice")
+        self.show_preview(program)
+        wait_for("the page", lambda: self.page(program).startswith("rete"))
+        self.click_text(program, "rete")
+        usual = subprocess.run(SIGNALS, capture_output=True, text=True, check=True).stdout
+        self.assertEqual(wait_for("the opened address", self.opener_signals), usual)
 
     def test_key_and_button_lead_to_the_preview_and_back(self):
         self.write("Nota.md", "# Titolo\n\ntesto\n")

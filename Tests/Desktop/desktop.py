@@ -2,6 +2,7 @@
 
 import json
 import os
+import shlex
 import subprocess
 import tempfile
 import unittest
@@ -11,9 +12,13 @@ from screen import Display, wait_for
 
 INSPECT = os.environ["QUILLARY_INSPECT"]
 
+# What a program does with its signals.
+SIGNALS = ["grep", "^Sig[BI]", "/proc/self/status"]
+
 # Stands for the program with which the desktop opens files and addresses.
-OPENER = """#!/bin/sh
+OPENER = f"""#!/bin/sh
 printf '%s\\n' "$@" >> "$QUILLARY_OPENED"
+exec {shlex.join(SIGNALS)} > "$QUILLARY_OPENED.signals"
 """
 
 
@@ -96,3 +101,11 @@ class DesktopTest(unittest.TestCase):
                 return file.read().splitlines()
         except FileNotFoundError:
             return []
+
+    def opener_signals(self):
+        """What the program that opens does with its signals; nothing until it has opened."""
+        try:
+            with open(self.home + "/opened.signals", encoding="utf-8") as file:
+                return file.read()
+        except FileNotFoundError:
+            return ""
