@@ -1,6 +1,7 @@
 """The program as a whole: notes on disk, the list, typing, saving, other programs, signals, a second start."""
 
 import os
+import resource
 import signal
 import unittest
 
@@ -85,6 +86,20 @@ class Spine(DesktopTest):
         wait_for("the focus", program.is_active)
         program.keys("ctrl+q")
         self.assertEqual(program.process.wait(timeout=20), 0)
+
+    def test_a_file_that_may_not_grow_is_a_failed_save(self):
+        self.write("Nota.md", "")
+        program = self.start_with_one_note("Nota")
+        limits = resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE)
+        resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, (0, limits[1]))
+        program.type("a")
+        wait_for("the alert", lambda: program.find("alert"))
+        resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, limits)
+        program.keys("Return")
+        wait_for("the alert to go", lambda: not program.find("alert"))
+        wait_for("the focus", program.is_active)
+        program.type("b")
+        wait_for("the typed text", lambda: self.read("Nota.md") == "ab")
 
     def test_every_end_saves_unsaved_text(self):
         ends = {number.name: lambda program, number=number: program.process.send_signal(number)
