@@ -1,9 +1,9 @@
 #include "Quillary/Keyboard/X11HotKey.h"
 
 #include "Quillary/Keyboard/NativeKeys.h"
+#include "Quillary/Platform/UserTime.h"
 
 #include <cstdlib>
-#include <private/qtx11extras_p.h>
 
 namespace quillary {
 
@@ -18,14 +18,6 @@ struct FreeEvent {
 template <typename Event>
 const Event& as(const xcb_generic_event_t& event) {
     return reinterpret_cast<const Event&>(event);
-}
-
-/// Lets Qt ask for the focus with the time of this key, or a window manager may take the request for an old one.
-void tellQtOfTime(xcb_timestamp_t time) {
-    if (QX11Info::isPlatformX11()) {
-        QX11Info::setAppTime(time);
-        QX11Info::setAppUserTime(time);
-    }
 }
 
 } // namespace
@@ -141,7 +133,7 @@ void X11HotKey::handlePress(const xcb_key_press_event_t& event) {
         return;
     }
     m_isDown = true;
-    tellQtOfTime(event.time);
+    tellQtOfUserTime(event.time);
     Q_EMIT pressed();
 }
 
