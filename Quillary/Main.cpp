@@ -7,6 +7,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
+#include <QVariantMap>
 
 #include <csignal>
 
@@ -17,6 +18,7 @@ int main(int argc, char* argv[]) {
     // A file that may not grow is a failed save that is told, not the end of the program. Programs that are started
     // from here would inherit an ignored signal, but not a handler.
     std::signal(SIGXFSZ, [](int) {});
+    const QVariantMap platformData = quillary::ApplicationService::ownPlatformData();
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Quillary"_s);
     QApplication::setApplicationDisplayName(u"Quillary"_s);
@@ -25,7 +27,7 @@ int main(int argc, char* argv[]) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     quillary::ApplicationService service;
-    const quillary::Claim claim = service.claim();
+    const quillary::Claim claim = service.claim(platformData);
     if (claim == quillary::Claim::handedOver) {
         return 0;
     }

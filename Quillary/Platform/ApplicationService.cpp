@@ -16,17 +16,6 @@ QString servicePath() {
     return u"/app/quillary/Quillary"_s;
 }
 
-QVariantMap ownPlatformData() {
-    QVariantMap data;
-    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty()) {
-        data.insert(u"activation-token"_s, token);
-    }
-    if (const QString startup = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !startup.isEmpty()) {
-        data.insert(u"desktop-startup-id"_s, startup);
-    }
-    return data;
-}
-
 } // namespace
 
 ApplicationService::ApplicationService(QDBusConnection bus, QObject* parent)
@@ -41,7 +30,18 @@ ApplicationService::~ApplicationService() {
     }
 }
 
-Claim ApplicationService::claim() {
+QVariantMap ApplicationService::ownPlatformData() {
+    QVariantMap data;
+    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty()) {
+        data.insert(u"activation-token"_s, token);
+    }
+    if (const QString startup = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !startup.isEmpty()) {
+        data.insert(u"desktop-startup-id"_s, startup);
+    }
+    return data;
+}
+
+Claim ApplicationService::claim(const QVariantMap& platformData) {
     if (!m_bus.isConnected()) {
         return Claim::noBus;
     }
@@ -54,24 +54,25 @@ Claim ApplicationService::claim() {
             return Claim::first;
         }
         // The owner may have gone between the two calls; then the name is free at the next attempt.
-        if (activateOwner()) {
+        if (activateOwner(platformData)) {
             return Claim::handedOver;
         }
     }
     return Claim::noBus;
 }
 
-bool ApplicationService::activateOwner() {
+bool ApplicationService::activateOwner(const QVariantMap& platformData) {
     constexpr int timeoutMilliseconds = 5000;
     QDBusMessage call =
         QDBusMessage::createMethodCall(serviceName(), servicePath(), u"org.freedesktop.Application"_s, u"Activate"_s);
     call.setAutoStartService(false);
-    call << ownPlatformData();
+    call << platformData;
     return m_bus.call(call, QDBus::Block, timeoutMilliseconds).type() == QDBusMessage::ReplyMessage;
 }
 
 void ApplicationService::Activate(const QVariantMap& platformData) {
-    Q_EMIT activated(platformData.value(u"activation-token"_s).toString());
+    Q_EMIT activated(platformData.value(u"activation-token"_s).toString(),
+                     platformData.value(u"desktop-startup-id"_s).toString());
 }
 
 void ApplicationService::Open(const QStringList&, const QVariantMap& platformData) {

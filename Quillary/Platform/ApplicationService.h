@@ -28,8 +28,12 @@ public:
     explicit ApplicationService(QDBusConnection bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
     ~ApplicationService() override;
 
-    /// Takes the name, or activates whoever has it.
-    Claim claim();
+    /// What the launcher of this process said of its start. Qt takes the startup id out of the environment: ask before
+    /// there is an application.
+    static QVariantMap ownPlatformData();
+
+    /// Takes the name, or activates whoever has it on behalf of a start of which a launcher said this.
+    Claim claim(const QVariantMap& platformData = {});
 
 public Q_SLOTS:
     // NOLINTBEGIN(readability-identifier-naming): the interface's own names
@@ -39,8 +43,9 @@ public Q_SLOTS:
     // NOLINTEND(readability-identifier-naming)
 
 Q_SIGNALS:
-    /// The window is wanted. The token, which may be empty, lets a Wayland compositor hand over the focus.
-    void activated(const QString& activationToken);
+    /// The window is wanted. The token lets a Wayland compositor hand over the focus, the startup id an X11 window
+    /// manager; either may be empty.
+    void activated(const QString& activationToken, const QString& startupId);
 
     /// One of the application's own actions is wanted, after `activated`; the name is that of the desktop file.
     void actionActivated(const QString& name);
@@ -49,7 +54,7 @@ Q_SIGNALS:
     void lost();
 
 private:
-    bool activateOwner();
+    bool activateOwner(const QVariantMap& platformData);
 
     QDBusConnection m_bus;
     BusEnd m_end;

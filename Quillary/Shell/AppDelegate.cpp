@@ -1,5 +1,6 @@
 #include "Quillary/Shell/AppDelegate.h"
 
+#include "Quillary/Platform/StartupNotification.h"
 #include "Quillary/State/AppActions.h"
 
 #include <QApplication>
@@ -98,11 +99,12 @@ void AppDelegate::applicationDidFinishLaunching() {
     openMainWindow();
 }
 
-void AppDelegate::activate(const QString& activationToken) {
+void AppDelegate::activate(const QString& activationToken, const QString& startupId) {
     if (!activationToken.isEmpty()) {
         // Qt's Wayland plugin takes the token from here when it next asks for the focus.
         qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     }
+    StartupNotification::takeOver(startupId);
     AppActions::shared().showMainWindow();
 }
 

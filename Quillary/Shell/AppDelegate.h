@@ -40,7 +40,7 @@ public:
     void applicationDidFinishLaunching();
 
     /// Brings the window up on behalf of another start of the program.
-    void activate(const QString& activationToken);
+    void activate(const QString& activationToken, const QString& startupId);
 
     /// Carries out an action that the desktop offers beside the program's icon; an unknown name does nothing.
     void performAction(const QString& name);

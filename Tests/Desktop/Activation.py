@@ -1,7 +1,9 @@
 """The installed program as desktops start it: by its name on the session bus, with and without an action."""
 
+import ctypes
 import os
 import subprocess
+import time
 import unittest
 
 from desktop import DesktopTest
@@ -33,6 +35,72 @@ class StartedByTheBus(Quillary):
             wait_for("the end", lambda: owner() is None)
 
 
+class Launcher:
+    """A panel that starts programs and waits for the end of each start. Its library allows for one in a process."""
+
+    PROPERTY_CHANGE_MASK = 1 << 22
+    COMPLETED = 1
+
+    def __init__(self):
+        self.xlib = ctypes.CDLL("libX11.so.6")
+        self.library = ctypes.CDLL("libstartup-notification-1.so.0")
+        pointer, text, number = ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int
+        listener = ctypes.CFUNCTYPE(None, pointer, pointer)
+        for library, name, result, *arguments in (
+                (self.xlib, "XOpenDisplay", pointer, text),
+                (self.xlib, "XDefaultRootWindow", ctypes.c_ulong, pointer),
+                (self.xlib, "XSelectInput", number, pointer, ctypes.c_ulong, ctypes.c_long),
+                (self.xlib, "XPending", number, pointer),
+                (self.xlib, "XNextEvent", number, pointer, pointer),
+                (self.xlib, "XCloseDisplay", number, pointer),
+                (self.library, "sn_display_new", pointer, pointer, pointer, pointer),
+                (self.library, "sn_display_process_event", number, pointer, pointer),
+                (self.library, "sn_monitor_context_new", pointer, pointer, number, listener, pointer, pointer),
+                (self.library, "sn_monitor_event_get_type", number, pointer),
+                (self.library, "sn_monitor_event_get_startup_sequence", pointer, pointer),
+                (self.library, "sn_startup_sequence_get_id", text, pointer),
+                (self.library, "sn_launcher_context_new", pointer, pointer, number),
+                (self.library, "sn_launcher_context_initiate", None, pointer, text, text, ctypes.c_ulong),
+                (self.library, "sn_launcher_context_get_startup_id", text, pointer)):
+            getattr(library, name).restype = result
+            getattr(library, name).argtypes = arguments
+        self.ended = set()
+        self.listener = listener(self.hear)
+        self.connection = self.xlib.XOpenDisplay(None)
+        self.xlib.XSelectInput(self.connection, self.xlib.XDefaultRootWindow(self.connection), self.PROPERTY_CHANGE_MASK)
+        self.display = self.library.sn_display_new(self.connection, None, None)
+        self.library.sn_monitor_context_new(self.display, 0, self.listener, None, None)
+
+    def launch(self):
+        """The user asks for the program now."""
+        context = self.library.sn_launcher_context_new(self.display, 0)
+        # The clock of the X server.
+        self.time = int(time.monotonic() * 1000) & 0xFFFFFFFF
+        self.library.sn_launcher_context_initiate(context, b"pannello", b"quillary", self.time)
+        self.id = self.library.sn_launcher_context_get_startup_id(context).decode()
+
+    def hear(self, event, _data):
+        if self.library.sn_monitor_event_get_type(event) == self.COMPLETED:
+            sequence = self.library.sn_monitor_event_get_startup_sequence(event)
+            self.ended.add(self.library.sn_startup_sequence_get_id(sequence).decode())
+
+    def has_heard_of_the_end(self):
+        event = ctypes.create_string_buffer(192)
+        while self.xlib.XPending(self.connection):
+            self.xlib.XNextEvent(self.connection, event)
+            self.library.sn_display_process_event(self.display, event)
+        return self.id in self.ended
+
+    def close(self):
+        self.xlib.XCloseDisplay(self.connection)
+
+
+def user_time(window):
+    """When the user was last busy with a window, by the clock of the X server; 0 if nobody knows."""
+    shown = subprocess.run(["xprop", "-id", window, "_NET_WM_USER_TIME"], capture_output=True, text=True, check=True).stdout
+    return int(shown.partition("=")[2] or 0)
+
+
 def bus(method, *arguments):
     return subprocess.run(["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
                            "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus." + method, *arguments],
@@ -51,6 +119,12 @@ def call(method, *arguments):
 
 
 class Activation(DesktopTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.launcher = Launcher()
+        cls.addClassCleanup(cls.launcher.close)
+
     def environment(self):
         wanted = ("DISPLAY", "QT_QPA_PLATFORM", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "DBUS_SESSION_BUS_ADDRESS")
         return {**{name: os.environ[name] for name in wanted if name in os.environ}, "HOME": self.home,
@@ -92,6 +166,13 @@ class Activation(DesktopTest):
     def run_program(self, *arguments):
         return subprocess.run([PROGRAM, *arguments], env=dict(os.environ, **self.environment()), timeout=30).returncode
 
+    def expect_launched(self, program):
+        """The window has come up with the time of the launcher, which waits no longer."""
+        wait_for("the end of the start", self.launcher.has_heard_of_the_end)
+        program.window = wait_for("the window", program.find_window)
+        wait_for("the time of the start", lambda: user_time(program.window) >= self.launcher.time)
+        wait_for("the window in use", program.is_active)
+
     def test_the_bus_starts_the_installed_program_and_a_second_start_ends_at_once(self):
         self.write("a.md", "testo")
         program = self.start_by_bus("Activate", "{}")
@@ -101,6 +182,34 @@ class Activation(DesktopTest):
         self.assertEqual(owner(), program.process.pid)
         call("Open", "[]", "{}")
         wait_for("the window in use", program.is_active)
+
+    def test_launchers_say_when_the_user_asked_and_hear_that_the_window_is_up(self):
+        self.launcher.launch()
+        program = self.start_by_bus("Activate", "{'desktop-startup-id': <'%s'>}" % self.launcher.id)
+        self.expect_launched(program)
+
+        self.launcher.launch()
+        call("Activate", "{'desktop-startup-id': <'%s'>}" % self.launcher.id)
+        self.expect_launched(program)
+
+    def test_a_start_that_seems_to_come_from_the_future_tells_no_time(self):
+        program = self.start_by_bus("Activate", "{}")
+        self.launcher.launch()
+        future = self.launcher.time + 1_000_000
+        call("Activate", "{'desktop-startup-id': <'altrove_TIME%s'>}" % future)
+        call("Activate", "{'desktop-startup-id': <'%s'>}" % self.launcher.id)
+        self.expect_launched(program)
+        self.assertLess(user_time(program.window), future)
+
+    def test_a_second_start_hands_over_what_its_launcher_said(self):
+        program = self.start_by_bus("Activate", "{}")
+        wait_for("the window in use", program.is_active)
+        program.keys("ctrl+w")
+        wait_for("the window to close", lambda: program.find_window() is None)
+        self.launcher.launch()
+        self.set_environment("DESKTOP_STARTUP_ID", self.launcher.id)
+        self.assertEqual(self.run_program(), 0)
+        self.expect_launched(program)
 
     def test_the_first_call_may_be_an_action(self):
         program = self.start_by_bus("ActivateAction", "new-note", "[]", "{}")

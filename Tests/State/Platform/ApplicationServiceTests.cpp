@@ -5,7 +5,10 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
+#include <QList>
 #include <QSignalSpy>
+#include <QVariantList>
+#include <QVariantMap>
 
 #include <gtest/gtest.h>
 
@@ -17,12 +20,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What `claim` of another process gives; the first one's event loop runs on meanwhile.
-Claim claimElsewhere(PrivateBus& bus) {
+Claim claimElsewhere(PrivateBus& bus, const QVariantMap& platformData = {}) {
     Claim claim = Claim::noBus;
     std::atomic_bool done = false;
     std::thread other([&, connection = bus.connection()] {
         ApplicationService service(connection);
-        claim = service.claim();
+        claim = service.claim(platformData);
         done = true;
     });
     while (!done) {
@@ -47,11 +50,14 @@ TEST(ApplicationService, ASecondStartActivatesTheFirstAndSaysSo) {
     QSignalSpy activated(&first, &ApplicationService::activated);
 
     qputenv("XDG_ACTIVATION_TOKEN", "a-token");
-    EXPECT_EQ(claimElsewhere(bus), Claim::handedOver);
+    qputenv("DESKTOP_STARTUP_ID", "a-launcher_TIME1");
+    const QVariantMap platformData = ApplicationService::ownPlatformData();
     qunsetenv("XDG_ACTIVATION_TOKEN");
+    qunsetenv("DESKTOP_STARTUP_ID");
+    EXPECT_EQ(claimElsewhere(bus, platformData), Claim::handedOver);
 
     ASSERT_EQ(activated.size(), 1);
-    EXPECT_EQ(activated.constFirst().constFirst().toString(), u"a-token"_s);
+    EXPECT_EQ(activated.constFirst(), QVariantList({u"a-token"_s, u"a-launcher_TIME1"_s}));
 }
 
 TEST(ApplicationService, TheNameIsFreeAgainOnceTheFirstHasEnded) {
@@ -93,9 +99,11 @@ TEST(ApplicationService, OpenAndActionsBringTheWindowUpTooAndActionsSayTheirName
         finished.wait();
         return !watcher.isError();
     };
-    EXPECT_TRUE(call(u"Open"_s, {QStringList(), QVariantMap()}));
-    EXPECT_TRUE(call(u"ActivateAction"_s, {u"new-note"_s, QVariantList(), QVariantMap()}));
-    EXPECT_EQ(activated.size(), 2);
+    const QVariantMap platformData{{u"activation-token"_s, u"a-token"_s}, {u"desktop-startup-id"_s, u"an-id"_s}};
+    EXPECT_TRUE(call(u"Open"_s, {QStringList(), platformData}));
+    EXPECT_TRUE(call(u"ActivateAction"_s, {u"new-note"_s, QVariantList(), platformData}));
+    const QVariantList said{u"a-token"_s, u"an-id"_s};
+    EXPECT_EQ(activated, QList<QVariantList>({said, said}));
     ASSERT_EQ(actions.size(), 1);
     EXPECT_EQ(actions.constFirst().constFirst().toString(), u"new-note"_s);
 }

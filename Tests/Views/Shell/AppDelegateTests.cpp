@@ -126,7 +126,7 @@ TEST_F(AppDelegateTest, ReadsTheClipboardForANewNoteWhenItHasTheKeyboard) {
     AppActions::shared().isApplicationActive = [&isActive] { return isActive; };
     QGuiApplication::clipboard()->clear();
 
-    delegate().activate({});
+    delegate().activate({}, {});
     delegate().performAction(u"new-note-from-clipboard"_s);
     EXPECT_TRUE(store().notes().isEmpty());
 
