@@ -140,16 +140,16 @@ private:
         m_opensLink = false;
         switch (type) {
         case MD_SPAN_EM:
-            m_emphasis += change;
+            count(m_emphasis, change);
             break;
         case MD_SPAN_STRONG:
-            m_strong += change;
+            count(m_strong, change);
             break;
         case MD_SPAN_DEL:
-            m_strike += change;
+            count(m_strike, change);
             break;
         case MD_SPAN_CODE:
-            m_code += change;
+            count(m_code, change);
             break;
         case MD_SPAN_A:
             changeLink(static_cast<MD_SPAN_A_DETAIL*>(detail), change);
@@ -164,13 +164,16 @@ private:
         m_look.code = m_code > 0;
     }
 
+    /// md4c also tells of the end of a span whose beginning is part of a URL, and was not told of.
+    static void count(int& spans, int change) { spans = std::max(0, spans + change); }
+
     /// The outermost link has its whole text: md4c sees URLs in there as links of their own.
     void changeLink(const MD_SPAN_A_DETAIL* detail, int change) {
-        if (m_links == 0) {
+        if (m_links == 0 && change > 0) {
             m_link = attributeText(detail->href);
             m_opensLink = true;
         }
-        m_links += change;
+        count(m_links, change);
         if (m_links == 0) {
             m_link.reset();
         }

@@ -107,6 +107,13 @@ INSTANTIATE_TEST_SUITE_P(
                     RunsCase{"other scripts", u"è *ö* \U0001F600 **中文**"_s, u"‹è ›‹ö›e‹ \U0001F600 ›‹中文›s"_s},
                     RunsCase{"marks that stay open", u"**a *b `c [d](e"_s, u"‹**a *b `c [d](e›"_s}));
 
+TEST(MarkdownInline, MarksThatEndABareURLLeaveThoseBehindItAlone) {
+    for (const QString& url : {u"http://a.it/b**c**"_s, u"http://a.it/_b_"_s, u"http://a.it/~~b~~"_s}) {
+        EXPECT_TRUE(runsTold(url + u" d *e* **f** ~~g~~ h"_s).endsWith(u"‹ d ›‹e›e‹ ›‹f›s‹ ›‹g›d‹ h›"_s))
+            << runsTold(url + u" d *e* **f** ~~g~~ h"_s).toStdString();
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     LinksWithin, MarkdownInlineReads,
     testing::Values(RunsCase{"a bare URL", u"[a http://b.it (c)](d)"_s, u"‹a http://b.it (c)›(d)"_s},
@@ -141,6 +148,8 @@ INSTANTIATE_TEST_SUITE_P(
         RunsCase{"a bare URL and entities", u"http://a.it/?b=1&c=2; http://a.it/&amp;d; http://a.it/?b&c;"_s,
                  u"‹http://a.it/?b=1&c=2›(http://a.it/?b=1&c=2)‹; ›‹http://a.it/›(http://a.it/)‹&d; ›"
                  "‹http://a.it/?b&c›(http://a.it/?b&c)‹;›"_s},
+        RunsCase{"marks within a bare URL", u"http://a.it/b**c**d *e* **f** g"_s,
+                 u"‹http://a.it/b**c**d›(http://a.it/b**c**d)‹ ›‹e›e‹ ›‹f›s‹ g›"_s},
         RunsCase{"a bare URL in an image", u"![a [http://b.it/c;] d](e)"_s,
                  u"‹a [›‹http://b.it/c›(http://b.it/c)‹;] d›"_s},
         RunsCase{"an autolink with punctuation", u"<http://a.it/b];>"_s, u"‹http://a.it/b];›(http://a.it/b];)"_s},
