@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <thread>
 #include <vector>
 
 namespace quillary {
@@ -58,6 +59,29 @@ TEST(HostileSearch, EndsWithinItsTimeWithWhatItFound) {
         int found = 0;
         expression->forEach(each.text, 50ms, [&](const RegularExpression::Match&) { return ++found < 1'000; });
         EXPECT_GE(found, each.least) << each.pattern.toStdString();
+    }
+}
+
+TEST(HostileSearch, LeavesWhatMayStallToAThreadOfItsOwn) {
+    const struct {
+        QString pattern;
+        bool mayStall;
+    } cases[] = {
+        {u"a"_s, false},        {u"(?:a+)+"_s, false}, {u"(?i)a"_s, false},        {u"\\\\1?|a"_s, false},
+        {u"\\(?=?|a"_s, false}, {u"(a)\\1"_s, true},   {u"(?<n>a)\\k<n>"_s, true}, {u"a(?=a)"_s, true},
+        {u"a(?!b)"_s, true},    {u"(?>a)"_s, true},    {u"(?<=a)a"_s, true},       {u"(?<!b)a"_s, true},
+    };
+
+    for (const auto& [pattern, mayStall] : cases) {
+        const auto expression = RegularExpression::make(pattern, false);
+        ASSERT_TRUE(expression) << pattern.toStdString();
+        std::thread::id thread;
+        expression->forEach(u"aaa"_s, 30s, [&](const RegularExpression::Match&) {
+            thread = std::this_thread::get_id();
+            return false;
+        });
+        ASSERT_NE(thread, std::thread::id()) << pattern.toStdString();
+        EXPECT_EQ(thread != std::this_thread::get_id(), mayStall) << pattern.toStdString();
     }
 }
 
