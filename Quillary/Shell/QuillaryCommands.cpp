@@ -64,7 +64,8 @@ void QuillaryCommands::addFileMenu() {
     m_newNote->setIcon(symbolIcon(Symbol::newNote));
     m_newNote->setIconVisibleInMenu(false);
     add(menu, tr("Nuova nota dagli appunti"), Qt::SHIFT | Qt::CTRL | Qt::Key_N,
-        [this] { m_store.createNoteFromClipboard(); });
+        // The menu may be shown by a panel, which has the keyboard then.
+        [this] { AppActions::shared().runWhenActive([this] { m_store.createNoteFromClipboard(); }); });
     add(menu, tr("Nuova cartella"), Qt::ALT | Qt::CTRL | Qt::Key_N, [this] { m_store.createFolder({}); });
     add(menu, tr("Importa file…"), Qt::CTRL | Qt::Key_O, [this] { m_store.importFiles(); });
     menu.addSeparator();

@@ -18,6 +18,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace quillary;
 using namespace Qt::StringLiterals;
 
@@ -302,6 +304,20 @@ TEST_F(QuillaryCommandsTest, ActOnTheSelectedFolderWhileThereIsOne) {
     EXPECT_EQ(store.renamingFolder(), u"Lavoro"_s);
     store.setSelectedFolder(std::nullopt);
     EXPECT_FALSE(items->menuAction()->isEnabled());
+}
+
+TEST_F(QuillaryCommandsTest, ReadTheClipboardWhenTheWindowHasTheKeyboard) {
+    std::function<void()> kept;
+    AppActions::shared().isApplicationActive = [] { return false; };
+    AppActions::shared().keepUntilActive = [&kept](const std::function<void()>& command) { kept = command; };
+    const qsizetype before = folder.store().notes().size();
+    run(u"File"_s, u"Nuova nota dagli appunti"_s);
+    EXPECT_EQ(folder.store().notes().size(), before);
+    ASSERT_TRUE(kept);
+    desktop.clipboard = u"dagli appunti"_s;
+    kept();
+    EXPECT_EQ(folder.store().notes().size(), before + 1);
+    EXPECT_EQ(folder.store().selectedItem()->document()->storage().text(), u"dagli appunti"_s);
 }
 
 TEST_F(QuillaryCommandsTest, LeaveNothingOfAMenuBehindThatOpensAnew) {
