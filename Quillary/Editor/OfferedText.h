@@ -18,9 +18,6 @@ public:
     /// The range must lie within the storage.
     OfferedText(const TextStorage& storage, TextRange range);
 
-    /// Makes the offer independent of the storage, as it must be before that ends.
-    void keep();
-
     /// Whether it still has nothing of its own.
     bool isLazy() const { return !m_storage.isNull(); }
 
@@ -30,6 +27,9 @@ protected:
     QVariant retrieveData(const QString& format, QMetaType type) const override;
 
 private:
+    /// Makes the offer independent of the storage.
+    void keep();
+
     QPointer<const TextStorage> m_storage;
     TextRange m_range;
     QString m_text;

@@ -43,12 +43,7 @@ ZoomableTextView::ZoomableTextView(NoteDocument& document, QWidget* parent)
             &ZoomableTextView::restartBlinking);
 }
 
-ZoomableTextView::~ZoomableTextView() {
-    // The text may end next.
-    if (m_offeredText) {
-        m_offeredText->keep();
-    }
-}
+ZoomableTextView::~ZoomableTextView() = default;
 
 void ZoomableTextView::setWraps(bool wraps) {
     setHorizontalScrollBarPolicy(wraps ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
@@ -148,12 +143,19 @@ void ZoomableTextView::follow(const TextChange& change) {
     announceChange(change);
     // Whoever looks for matches finds them anew.
     m_currentFind.reset();
+    // All places before the selection: an input method that is told of it asks at once where it is on the screen.
+    m_topPosition = follows(m_topPosition);
+    const qsizetype dragStart = follows(m_dragOrigin.location);
+    m_dragOrigin = {dragStart, follows(m_dragOrigin.end()) - dragStart};
+    if (m_dropSpot) {
+        m_dropSpot->position = follows(m_dropSpot->position);
+    }
     TextSelection selection{follows(m_selection.anchor), follows(m_selection.caret)};
     selection.anchor = m_storage.clusterBoundaryAtOrBefore(selection.anchor);
     selection.caret = m_storage.clusterBoundaryAtOrBefore(selection.caret);
     assignSelection(selection, Side::after);
-    m_topPosition = follows(m_topPosition);
     settleTop();
+    updateInputMethod();
     updateScrollBars();
     startMeasuring();
     viewport()->update();

@@ -283,6 +283,7 @@ private:
     /// Where the button went down on selected text, which may be the start of a drag of the text.
     std::optional<QPoint> m_pressOnSelection;
     bool m_isDraggingSelection = false;
+    bool m_isCommittingPreedit = false;
     /// Where text that is being dragged over the view would go.
     std::optional<Spot> m_dropSpot;
     /// What was offered to a middle click last. It is the clipboard's.

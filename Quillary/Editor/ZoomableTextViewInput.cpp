@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -76,6 +77,7 @@ void ZoomableTextView::clearPreedit() {
 
 void ZoomableTextView::commitPreedit() {
     if (!m_layout.preedit().isEmpty()) {
+        const QScopedValueRollback guard(m_isCommittingPreedit, true);
         QGuiApplication::inputMethod()->commit();
         clearPreedit();
     }

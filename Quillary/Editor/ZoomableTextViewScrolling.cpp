@@ -212,6 +212,10 @@ int ZoomableTextView::topOf(const Row& row) {
 }
 
 void ZoomableTextView::ensureCaretVisible() {
+    if (m_isCommittingPreedit) {
+        // The caret goes elsewhere, to a place that the user has scrolled to.
+        return;
+    }
     ensureVisible({m_selection.caret, m_caretSide});
 }
 
@@ -223,8 +227,10 @@ void ZoomableTextView::ensureVisible(Spot spot) {
     const bool isFirst = row.contents.location == 0;
     if (top < (isFirst ? verticalInset : 0)) {
         placeRowAt(row, isFirst ? verticalInset : 0);
+        updateInputMethod();
     } else if (top + pitch > height) {
         placeRowAt(row, std::max(0, height - pitch - (row.isLast ? verticalInset : 0)));
+        updateInputMethod();
     }
     updateScrollBars();
 

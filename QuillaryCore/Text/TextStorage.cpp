@@ -41,7 +41,9 @@ TextStorage::TextStorage(QString text, QObject* parent)
 TextStorage::TextStorage(QString text, qsizetype pageUnits, QObject* parent)
     : QObject(parent), m_contents(std::make_unique<Contents>(std::move(text), pageUnits)) {}
 
-TextStorage::~TextStorage() = default;
+TextStorage::~TextStorage() {
+    Q_EMIT aboutToChange();
+}
 
 qsizetype TextStorage::length() const {
     return m_contents->pages.length();

@@ -100,7 +100,7 @@ public:
     std::span<const TextChange> steps() const;
 
 Q_SIGNALS:
-    /// Before each single change, brackets or not, while the text is as it was.
+    /// Before each single change, brackets or not, and before the text ends, while it is as it was.
     void aboutToChange();
 
     /// After each change, or each bracket with changes. Listeners must not change the text from here.

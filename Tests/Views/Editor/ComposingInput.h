@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
+#include <QRectF>
+#include <QString>
 #include <qpa/qplatforminputcontext.h>
 
 #include <private/qinputmethod_p.h>
@@ -36,10 +38,16 @@ public:
         }
     }
 
+    /// Asks where the caret is as soon as it is told of a change, as input methods do that show their candidates there.
+    void update(Qt::InputMethodQueries) override { m_caret = QGuiApplication::inputMethod()->cursorRectangle(); }
+
+    QRectF caret() const { return m_caret; }
+
     void reset() override { m_composed.clear(); }
 
 private:
     QString m_composed;
+    QRectF m_caret;
 };
 
 } // namespace quillary

@@ -37,10 +37,9 @@ TEST(OfferedText, IsCopiedWhenTheTextIsAboutToChangeAndNotBefore) {
     EXPECT_EQ(offer.text(), u"due"_s);
 }
 
-TEST(OfferedText, OutlivesTheTextOnceItIsKept) {
+TEST(OfferedText, OutlivesTheText) {
     auto storage = std::make_unique<TextStorage>(u"uno due tre"_s);
-    OfferedText offer(*storage, {0, 3});
-    offer.keep();
+    const OfferedText offer(*storage, {0, 3});
     storage.reset();
     EXPECT_EQ(offer.text(), u"uno"_s);
 }

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QInputMethodEvent>
+#include <QScrollBar>
 
 #include <gtest/gtest.h>
 
@@ -60,6 +61,49 @@ TEST_F(ZoomableTextViewTest, AClickWhileTextIsComposedGoesWhereItIsSeen) {
     EXPECT_EQ(text(), u"unoxyz due tre quattro"_s);
     EXPECT_GT(caret(), 6);
     EXPECT_EQ(caret(), m_view->positionAt(point));
+}
+
+TEST_F(ZoomableTextViewTest, AClickFarFromWhatIsComposedGoesWhereTheViewWasScrolledTo) {
+    open(u"riga\n"_s.repeated(500));
+    putCaret(0);
+    ComposingInput input;
+    input.compose(u"xyz"_s);
+    m_view->verticalScrollBar()->setValue(2'000);
+    const int scrolled = m_view->verticalScrollBar()->value();
+    ASSERT_GT(scrolled, 1'000);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, {50, 50});
+    EXPECT_EQ(text().left(7), u"xyzriga"_s);
+    EXPECT_EQ(m_view->verticalScrollBar()->value(), scrolled);
+    EXPECT_GT(caret(), 100);
+}
+
+TEST_F(ZoomableTextViewTest, InputMethodsMayAskForTheCaretInTheMidstOfAChange) {
+    for (const bool wraps : {false, true}) {
+        open(u"riga\n"_s.repeated(50'000));
+        m_view->setWraps(wraps);
+        const ComposingInput input;
+        putCaret(m_view->storage().length());
+        m_view->scrollToRange({m_view->storage().length(), 0});
+        m_view->selectAll();
+        key(Qt::Key_Delete);
+        EXPECT_EQ(text(), QString());
+        const QRect caretRect = m_view->caretRect().translated(m_view->viewport()->pos());
+        EXPECT_EQ(input.caret().toRect().topLeft(), caretRect.topLeft());
+        m_view->undo();
+        m_document->replaceAll(u"breve"_s);
+        EXPECT_TRUE(QRectF(m_view->rect()).contains(input.caret()));
+    }
+}
+
+TEST_F(ZoomableTextViewTest, InputMethodsAreToldOfTheCaretWhereTheViewHasScrolledTo) {
+    open(u"riga\n"_s.repeated(100));
+    const ComposingInput input;
+    putCaret(0);
+    for (int line = 0; line < 40; ++line) {
+        key(Qt::Key_Return);
+        EXPECT_EQ(input.caret().toRect().top(), m_view->caretRect().translated(m_view->viewport()->pos()).top());
+    }
+    EXPECT_GT(m_view->verticalScrollBar()->value(), 0);
 }
 
 TEST_F(ZoomableTextViewTest, InputMethodsSeeAThousandUnitsOfTheLineAtMost) {

@@ -50,6 +50,38 @@ TEST_F(ZoomableTextViewTest, ATripleClickTakesTheLineWithItsTerminator) {
     EXPECT_EQ(m_view->selectedText(), u"due parole\r\n"_s);
 }
 
+TEST_F(ZoomableTextViewTest, ADragGoesOnAfterTheTextItBeganInHasGone) {
+    for (const bool isReplaced : {false, true}) {
+        open(u"prima riga\nuno due parola"_s);
+        QWidget* const viewport = m_view->viewport();
+        const QPoint word = m_view->characterRect(20).center();
+        const auto send = [viewport](QEvent::Type type, QPoint point, Qt::MouseButton button,
+                                     Qt::MouseButtons buttons) {
+            QMouseEvent event(type, point, viewport->mapToGlobal(point), button, buttons, {});
+            QApplication::sendEvent(viewport, &event);
+        };
+        send(QEvent::MouseButtonDblClick, word, Qt::LeftButton, Qt::LeftButton);
+        ASSERT_EQ(m_view->selectedText(), u"parola"_s);
+        if (isReplaced) {
+            m_document->storage().setText(u"prima riga\nuno due "_s);
+        } else {
+            key(Qt::Key_Backspace);
+        }
+        send(QEvent::MouseMove, word + QPoint(4, 0), Qt::NoButton, Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, word + QPoint(4, 0), Qt::LeftButton, Qt::NoButton);
+        EXPECT_LE(m_view->selection().range().end(), text().size());
+        EXPECT_EQ(text(), u"prima riga\nuno due "_s);
+        key(Qt::Key_End);
+        type(u"x"_s);
+        EXPECT_EQ(text(), u"prima riga\nuno due x"_s);
+        if (!isReplaced) {
+            m_view->undo();
+            m_view->undo();
+            EXPECT_EQ(text(), u"prima riga\nuno due parola"_s);
+        }
+    }
+}
+
 TEST_F(ZoomableTextViewTest, ADragAfterADoubleClickGoesByWords) {
     open(u"uno due tre quattro"_s);
     const auto at = [&](qsizetype position) {
