@@ -26,8 +26,14 @@ bool NoteItem::isLater(Moment date, Moment other) {
            quint64(date.time_since_epoch().count()) - quint64(other.time_since_epoch().count()) > tolerance;
 }
 
+bool NoteItem::isSettledSince(Moment modified) {
+    constexpr auto coarsest = std::chrono::seconds(2);
+    return modified <= now() - coarsest;
+}
+
 NoteItem::NoteItem(const NoteFileInfo& info)
     : knownModificationDate(info.modified),
+      isSettled(isSettledSince(info.modified)),
       m_id(nextNoteID()),
       m_url(info.url),
       m_created(info.created),

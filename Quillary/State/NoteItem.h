@@ -53,6 +53,9 @@ public:
     /// Whether one date of a file is later than another by more than file systems round, which is a millisecond.
     static bool isLater(Moment date, Moment other);
 
+    /// Whether a file of this date has been left alone for longer than any file system rounds dates.
+    static bool isSettledSince(Moment modified);
+
     explicit NoteItem(const NoteFileInfo& info);
     ~NoteItem();
     NoteItem(const NoteItem&) = delete;
@@ -131,8 +134,8 @@ public:
     /// The file's modification date as of the last time that this program read or wrote it.
     Moment knownModificationDate;
 
-    /// False if the file came or changed so shortly before it was read that somebody may still have been writing it.
-    bool isSettled = true;
+    /// False while somebody may have gone on writing the file after it was listed: what was read of it may be a part.
+    bool isSettled;
 
     /// The save that waits for the end of typing; null if none was asked for.
     std::unique_ptr<DelayedTask> saveTask;

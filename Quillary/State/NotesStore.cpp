@@ -45,6 +45,13 @@ bool NotesStore::contains(const NoteItem& item) const {
     return std::ranges::find(m_notes, &item, [](const NoteItemPtr& note) { return note.get(); }) != m_notes.end();
 }
 
+/// Those of some notes that are still among the notes: a menu may be older than a refresh.
+QList<NoteItemPtr> NotesStore::present(QList<NoteItemPtr> items) const {
+    const QSet<NoteItemPtr> present(m_notes.cbegin(), m_notes.cend());
+    items.removeIf([&present](const NoteItemPtr& item) { return !present.contains(item); });
+    return items;
+}
+
 NoteItemPtr NotesStore::selectedItem() const {
     return m_selectedID ? item(*m_selectedID) : nullptr;
 }

@@ -397,6 +397,7 @@ private:
     void assignNotes(const QList<NoteItemPtr>& notes);
     void assignMultiSelection(const QList<NoteID>& ids, bool isShowingDiff);
     void fail(const QString& firstLine, const FileError& error);
+    QList<NoteItemPtr> present(QList<NoteItemPtr> items) const;
 
     // NotesStoreLoading.cpp
     Status<FileError> readDirectory();
@@ -423,7 +424,7 @@ private:
     Status<FileError> ensureVolumeIsThere();
     void awaitReturn();
     QList<NoteItemPtr> merged(const QList<NoteFileInfo>& listing);
-    std::optional<NoteFileInfo> missedFile(const NoteItem& note, const QList<NoteItemPtr>& added) const;
+    bool hasGone(const NoteItem& note) const;
     void syncFolders(const QStringList& names);
     void reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info);
 

@@ -4,6 +4,9 @@
 #include "QuillaryCore/Platform/FileStatus.h"
 #include "QuillaryCore/Unicode/Collation.h"
 
+#include <QHash>
+#include <QSet>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -12,12 +15,17 @@
 
 namespace quillary {
 
-using namespace std::chrono_literals;
-
 namespace {
 
-/// How long after a file's date somebody may still be writing it: file systems round dates to two seconds at most.
-constexpr auto settlingTime = 2s;
+/// Whether a file system that keeps no more of a date than its seconds may have given this one to several changes.
+bool isCoarse(Moment date) {
+    return date == std::chrono::floor<std::chrono::seconds>(date);
+}
+
+/// A path as those see it for whom letter case and the composition of characters make no difference.
+QString withoutCase(const FilePath& path) {
+    return path.text().normalized(QString::NormalizationForm_C).toCaseFolded();
+}
 
 /// The file system that a directory is on, also one that a link leads to.
 std::optional<dev_t> deviceOf(const FilePath& directory) {
@@ -35,11 +43,6 @@ std::optional<dev_t> deviceToMakeOn(FilePath directory) {
         directory = directory.parent();
     }
     return status.st_dev;
-}
-
-/// Whether a file's date is so recent that the file may still grow.
-bool mayStillGrow(const NoteFileInfo& info) {
-    return info.modified > now() - settlingTime;
 }
 
 } // namespace
@@ -182,38 +185,40 @@ QList<NoteItemPtr> NotesStore::merged(const QList<NoteFileInfo>& listing) {
             reloadIfChangedOnDisk(*file.note, info);
         } else {
             file.note = std::make_shared<NoteItem>(info);
-            file.note->isSettled = !mayStillGrow(info);
             added.append(file.note);
         }
         notes.append(file.note);
     }
-    if (notes.size() - added.size() < m_notes.size()) {
-        // And a name can be missed, as that of a file that is replaced at that moment.
-        for (const NoteItemPtr& note : std::as_const(m_notes)) {
-            const File& file = files[note->url()];
-            const auto info = file.isListed || file.note != note ? std::nullopt : missedFile(*note, added);
-            if (info) {
+    if (notes.size() - added.size() == m_notes.size()) {
+        return notes;
+    }
+    // And a name can be missed, as that of a file that is replaced at that moment.
+    QSet<QString> addedNames;
+    for (const NoteItemPtr& note : std::as_const(added)) {
+        addedNames.insert(withoutCase(note->url()));
+    }
+    for (const NoteItemPtr& note : std::as_const(m_notes)) {
+        const File& file = files[note->url()];
+        // One that has another name by now can answer to the old one as well.
+        if (!file.isListed && file.note == note && !hasGone(*note) && !addedNames.contains(withoutCase(note->url()))) {
+            if (const auto info = m_fileStore.info(note->url())) {
                 reloadIfChangedOnDisk(*note, *info);
-                notes.append(note);
             }
+            notes.append(note);
         }
     }
     return notes;
 }
 
-/// The facts of the file of a note that a listing doesn't tell of; absent if it has gone, or has another name by now
-/// that a file system without letter case takes for the same.
-std::optional<NoteFileInfo> NotesStore::missedFile(const NoteItem& note, const QList<NoteItemPtr>& added) const {
-    const auto info = m_fileStore.info(note.url());
-    const auto status = fileStatus(note.url());
-    if (!info || !status) {
-        return std::nullopt;
+/// Whether a note that a listing doesn't tell of has no file any more. While that can't be asked, as in a folder that
+/// may not be opened for a moment, it stays.
+bool NotesStore::hasGone(const NoteItem& note) const {
+    if (note.folder() && !m_folders.contains(*note.folder())) {
+        // A link to a folder is none.
+        return true;
     }
-    const bool isAdded = std::ranges::any_of(added, [&status](const NoteItemPtr& other) {
-        const auto otherStatus = fileStatus(other->url());
-        return otherStatus && otherStatus->isSameFile(*status);
-    });
-    return isAdded ? std::nullopt : std::optional(*info);
+    const auto status = fileStatus(note.url());
+    return status ? status->kind != FileKind::regular : status.error().code == ENOENT || status.error().code == ENOTDIR;
 }
 
 void NotesStore::syncFolders(const QStringList& names) {
@@ -245,11 +250,11 @@ void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info)
     const bool isNewer = NoteItem::isLater(info.modified, item.knownModificationDate);
     // Who copies a file with its date writes it first, and sets the date back when it is complete.
     const bool wasSetBack = NoteItem::isLater(item.knownModificationDate, info.modified);
-    const bool hasChanged = isNewer || (wasSetBack && (!item.isSettled || !item.document()));
-    if (!hasChanged || item.isDirty()) {
+    const bool mayHaveChanged = !item.isSettled && (wasSetBack || isCoarse(info.modified));
+    if ((!isNewer && !mayHaveChanged) || item.isDirty()) {
         return;
     }
-    item.isSettled = !mayStillGrow(info);
+    item.isSettled = NoteItem::isSettledSince(info.modified);
     item.knownModificationDate = info.modified;
     item.setModified(info.modified);
     if (!item.document()) {

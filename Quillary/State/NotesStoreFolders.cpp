@@ -6,6 +6,9 @@
 namespace quillary {
 
 std::optional<QString> NotesStore::createFolder(const QList<NoteItemPtr>& moving) {
+    if (!moving.isEmpty() && present(moving).isEmpty()) {
+        return std::nullopt;
+    }
     const auto volume = ensureVolumeIsThere();
     const auto name = volume ? m_fileStore.createFolder(NoteFileStore::defaultFolderName())
                              : Result<QString, FileError>(volume.error());

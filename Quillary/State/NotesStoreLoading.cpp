@@ -157,13 +157,19 @@ void NotesStore::preloadMoreDocuments() {
 }
 
 /// Takes a text from the background, unless its note has gone, was opened already or has another name by now, or the
-/// file was found changed since it was read; then it is on its way once more.
+/// file was found changed since it was read; then it is on its way once more. A file can also have become older.
 void NotesStore::attachPreloaded(const TextPreloader::Text& text) {
     const NoteItemPtr note = m_preloading.value(text.url).lock();
-    if (note && note->url() == text.url && !note->document() &&
-        !NoteItem::isLater(note->knownModificationDate, text.modified)) {
-        attach(text.text, text.snippet, *note);
+    if (!note || note->url() != text.url || note->document()) {
+        return;
     }
+    if (NoteItem::isLater(note->knownModificationDate, text.modified)) {
+        const auto info = m_fileStore.info(text.url);
+        if (!info || info->modified != text.modified) {
+            return;
+        }
+    }
+    attach(text.text, text.snippet, *note);
 }
 
 void NotesStore::selectionDidChange(std::optional<NoteID> previous) {

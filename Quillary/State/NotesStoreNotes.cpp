@@ -38,6 +38,7 @@ NoteItemPtr NotesStore::makeNote(const std::optional<QString>& title, const QStr
     }
     const auto note = std::make_shared<NoteItem>(*info);
     attach(contents, NoteSnippet::make(contents, NoteItem::snippetLength), *note);
+    note->isSettled = true;
     note->setShowsPreview(showPreview);
 
     if (folder && m_collapsedFolders.contains(*folder)) {
@@ -140,9 +141,7 @@ void NotesStore::requestTrash(const std::optional<QList<NoteItemPtr>>& items) {
 }
 
 void NotesStore::moveToTrash(const QList<NoteItemPtr>& items) {
-    const QSet<NoteItemPtr> present(m_notes.cbegin(), m_notes.cend());
-    QList<NoteItemPtr> targets = items;
-    targets.removeIf([&present](const NoteItemPtr& item) { return !present.contains(item); });
+    const QList<NoteItemPtr> targets = present(items);
     if (targets.isEmpty()) {
         return;
     }
@@ -154,7 +153,7 @@ void NotesStore::moveToTrash(const QList<NoteItemPtr>& items) {
     const bool wasVisible = firstTarget != visible.end();
 
     QList<NoteItemPtr> trashed;
-    for (const NoteItemPtr& target : std::as_const(targets)) {
+    for (const NoteItemPtr& target : targets) {
         save(*target);
         if (const auto moved = m_fileStore.moveToTrash(target->url()); moved) {
             target->saveTask.reset();

@@ -7,7 +7,8 @@
 namespace quillary {
 
 void NotesStore::move(const QList<NoteItemPtr>& items, const std::optional<QString>& toFolder) {
-    moveNotes(items, toFolder, items.size() > 1 ? items.first() : nullptr);
+    const QList<NoteItemPtr> moved = present(items);
+    moveNotes(moved, toFolder, moved.size() > 1 ? moved.first() : nullptr);
 }
 
 /// Moves notes to a folder or to the top level, and selects one of them if it is given.

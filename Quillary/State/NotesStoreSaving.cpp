@@ -61,7 +61,9 @@ void NotesStore::scheduleSave(NoteItem& item) {
 }
 
 void NotesStore::saveLayout() {
-    if (const auto saved = m_fileStore.saveLayout(currentLayout()); !saved) {
+    const auto saved =
+        isVolumeAway() ? Status<FileError>(SystemError{ENODEV}) : m_fileStore.saveLayout(currentLayout());
+    if (!saved) {
         fail(tr("Impossibile salvare l'ordine delle cartelle"), saved.error());
     }
 }

@@ -4,6 +4,10 @@
 #include "Tests/State/NotesStoreTest.h"
 #include "Tests/State/Waiting.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -20,6 +24,9 @@ protected:
     static Moment after(const NoteItemPtr& item, double seconds) {
         return item->knownModificationDate + std::chrono::nanoseconds(qRound64(seconds * 1e9));
     }
+
+    /// The date of a file that somebody may still be writing, however slow this machine is.
+    static Moment justNow() { return std::chrono::floor<std::chrono::seconds>(now()) + 60s; }
 
     /// An edit as the editor makes it, with an undo step.
     void edit(const NoteItemPtr& item) const {
@@ -268,6 +275,7 @@ TEST_F(NotesStoreDisk, ADateWithinAMillisecondOfTheKnownOneIsNoChange) {
 TEST_F(NotesStoreDisk, AnOlderFileIsNoChangeButItsNewCreationDateIsTaken) {
     directory.write(u"a.md"_s, "prima");
     directory.setCreated(u"a.md"_s, moment(50));
+    directory.setModified(u"a.md"_s, moment(100));
     openStore();
     const NoteItemPtr a = note(u"a"_s);
     const Moment known = a->knownModificationDate;
@@ -286,6 +294,7 @@ TEST_F(NotesStoreDisk, AnOlderFileIsNoChangeButItsNewCreationDateIsTaken) {
 TEST_F(NotesStoreDisk, AFileThatIsCopiedInWithItsDateIsReadAgainWhenItIsComplete) {
     openStore();
     directory.write(u"a.md"_s, "la prima met");
+    directory.setModified(u"a.md"_s, justNow());
     ASSERT_TRUE(isListed(u"a"_s));
     ASSERT_TRUE(waitUntil([this] { return allTextsAreLoaded(); }));
     const NoteItemPtr a = note(u"a"_s);
@@ -306,21 +315,48 @@ TEST_F(NotesStoreDisk, AFileThatIsCopiedInWithItsDateIsReadAgainWhenItIsComplete
     EXPECT_EQ(a->document()->text(), u"la prima metà e il resto");
 }
 
-TEST_F(NotesStoreDisk, AFileThatIsOverwrittenByACopyWithItsDateIsReadAgainWhenItIsComplete) {
-    directory.write(u"a.md"_s, "prima");
+TEST_F(NotesStoreDisk, SoIsOneThatIsListedAtTheStartAndOneThatIsOverwritten) {
+    directory.write(u"a.md"_s, "met");
+    directory.setModified(u"a.md"_s, justNow());
     openStore();
     const NoteItemPtr a = note(u"a"_s);
-    directory.write(u"a.md"_s, "met");
-    directory.setModified(u"a.md"_s, after(a, 0.01));
-    store->refreshFromDisk();
-    ASSERT_EQ(a->document()->text(), u"met");
+    for (const char* const text : {"metà", "un'altra"}) {
+        ASSERT_NE(a->document()->text(), QString::fromUtf8(text));
+        directory.write(u"a.md"_s, text);
+        directory.setModified(u"a.md"_s, moment(1));
+        store->refreshFromDisk();
+        EXPECT_EQ(a->document()->text(), QString::fromUtf8(text));
+        EXPECT_EQ(a->modified(), moment(1));
 
-    directory.write(u"a.md"_s, "metà e resto");
-    directory.setModified(u"a.md"_s, moment(1));
-    store->refreshFromDisk();
+        directory.write(u"a.md"_s, "un'al");
+        directory.setModified(u"a.md"_s, justNow());
+        store->refreshFromDisk();
+        ASSERT_EQ(a->document()->text(), u"un'al");
+    }
+}
 
-    EXPECT_EQ(a->document()->text(), u"metà e resto");
-    EXPECT_EQ(a->modified(), moment(1));
+TEST_F(NotesStoreDisk, WhereDatesAreWholeSecondsAFileMayHaveChangedWithoutAnother) {
+    struct Case {
+        Moment date;
+        bool isReadAgain;
+    };
+
+    const Case cases[] = {{justNow(), true}, {justNow() + 500ms, false}, {moment(1), false}};
+    for (const auto& [date, isReadAgain] : cases) {
+        directory.write(u"a.md"_s, "prima");
+        directory.setModified(u"a.md"_s, date);
+        openStore();
+        const NoteItemPtr a = note(u"a"_s);
+        directory.write(u"a.md"_s, "prima e dopo");
+        directory.setModified(u"a.md"_s, date);
+
+        store->refreshFromDisk();
+
+        EXPECT_EQ(a->document()->text(), isReadAgain ? u"prima e dopo"_s : u"prima"_s);
+        EXPECT_EQ(a->revision(), isReadAgain ? 1 : 0);
+        store->refreshFromDisk();
+        EXPECT_EQ(a->revision(), isReadAgain ? 1 : 0);
+    }
 }
 
 TEST_F(NotesStoreDisk, AnOlderFileIsNoChangeAfterASaveOfOurs) {
@@ -339,20 +375,24 @@ TEST_F(NotesStoreDisk, AnOlderFileIsNoChangeAfterASaveOfOurs) {
     EXPECT_EQ(a->document()->text(), u"nostro");
 }
 
-TEST_F(NotesStoreDisk, AnUnloadedNoteTakesAnOlderDateTooSoThatItsTextFitsIt) {
+TEST_F(NotesStoreDisk, AFileThatHasBecomeOlderIsReadInTheBackgroundToo) {
     directory.write(u"a.md"_s);
+    // Too large to be read.
     directory.write(u"b.md"_s);
+    ASSERT_TRUE(QFile::resize(directory.path(u"b.md"_s).text(), NoteFileStore::maxReadableBytes + 1));
+    directory.setModified(u"b.md"_s, moment(100));
     openStore();
     const NoteItemPtr b = note(u"b"_s);
-    ASSERT_EQ(b->document(), nullptr);
+    ASSERT_TRUE(waitUntil([this] { return note(u"a"_s)->document() != nullptr; }));
+    directory.write(u"b.md"_s, "dalla copia di riserva");
     directory.setModified(u"b.md"_s, moment(1));
 
     store->refreshFromDisk();
 
     EXPECT_EQ(b->document(), nullptr);
-    EXPECT_EQ(b->knownModificationDate, moment(1));
-    EXPECT_EQ(b->modified(), moment(1));
-    EXPECT_TRUE(waitUntil([&b] { return b->document() != nullptr; }));
+    EXPECT_EQ(b->modified(), moment(100));
+    ASSERT_TRUE(waitUntil([&b] { return b->document() != nullptr; }));
+    EXPECT_EQ(b->document()->text(), u"dalla copia di riserva");
 }
 
 TEST_F(NotesStoreDisk, ADirtyNoteTakesANewCreationDateToo) {
@@ -465,6 +505,24 @@ TEST_F(NotesStoreDisk, AFileThatHasGoneTakesItsNoteWithItDirtyOrNot) {
     EXPECT_EQ(titles(), QStringList(u"a"_s));
     runEventLoop(600ms);
     EXPECT_FALSE(directory.exists(u"b.md"_s));
+}
+
+TEST_F(NotesStoreDisk, ALinkInThePlaceOfAFolderTakesItsNotesOutOfTheList) {
+    directory.makeFolder(u"Casa"_s);
+    directory.write(u"Casa/a.md"_s);
+    directory.write(u"b.md"_s);
+    openStore();
+    const QTemporaryDir elsewhere;
+    const FilePath moved = FilePath::fromText(elsewhere.filePath(u"Casa"_s));
+    ASSERT_TRUE(QDir().mkpath(moved.text()));
+    ASSERT_TRUE(QFile::copy(directory.path(u"Casa/a.md"_s).text(), moved.appending(u"a.md"_s).text()));
+    directory.remove(u"Casa"_s);
+    ASSERT_EQ(symlink(moved.bytes().constData(), directory.path(u"Casa"_s).bytes().constData()), 0);
+
+    store->refreshFromDisk();
+
+    EXPECT_EQ(titles(), QStringList(u"b"_s));
+    EXPECT_TRUE(store->folders().isEmpty());
 }
 
 TEST_F(NotesStoreDisk, OfTwoNotesOfOneNameTheOneInUseStays) {

@@ -212,6 +212,33 @@ TEST_F(NotesStoreFragileVolume, ANoteWhoseNameChangesInCaseOnlyIsListedOnce) {
     EXPECT_EQ(titles(), QStringList(u"Nota"_s));
 }
 
+TEST_F(NotesStoreFragileVolume, NotesOfAFolderThatCanNotBeReachedForAMomentStay) {
+    volume.reset();
+    directory.makeFolder(u"Casa"_s);
+    behind.write(u"a.md"_s, "prima");
+    volume.emplace(directory.path(u"Casa"_s).bytes(), behind.path().bytes());
+    ASSERT_TRUE(volume->isMounted());
+    openStore();
+    const NoteItemPtr a = note(u"a"_s);
+    ASSERT_NE(a, nullptr);
+    store->ensureLoaded(*a);
+    type(a, u"dopo"_s);
+    volume->die();
+
+    store->refreshFromDisk();
+    EXPECT_EQ(note(u"a"_s), a);
+    EXPECT_FALSE(store->save(*a));
+    store->refreshFromDisk();
+    EXPECT_EQ(note(u"a"_s), a);
+    EXPECT_TRUE(a->isDirty());
+
+    volume.reset();
+    volume.emplace(directory.path(u"Casa"_s).bytes(), behind.path().bytes());
+    ASSERT_TRUE(volume->isMounted());
+    EXPECT_TRUE(store->save(*a));
+    EXPECT_EQ(behind.contents(u"a.md"_s), "dopo");
+}
+
 // The end of a volume, everywhere.
 
 class NotesStoreVolumeEnd : public NotesStoreFragileVolume, public testing::WithParamInterface<FragileVolume::End> {

@@ -247,6 +247,8 @@ TEST_F(NotesStoreHostile, NothingIsPutWhereAnUnmountedVolumeWas) {
     EXPECT_EQ(failure(), u"Impossibile creare la nota.");
     EXPECT_EQ(store->createFolder({}), std::nullopt);
     EXPECT_EQ(failure(), u"Impossibile creare la cartella.");
+    store->toggleCollapsed(u"Casa"_s);
+    EXPECT_EQ(failure(), u"Impossibile salvare l'ordine delle cartelle.");
     EXPECT_TRUE(entries().isEmpty());
     store->refreshFromDisk();
     EXPECT_EQ(store->notes(), notes);
@@ -257,6 +259,23 @@ TEST_F(NotesStoreHostile, NothingIsPutWhereAnUnmountedVolumeWas) {
     EXPECT_TRUE(store->save(*b));
     EXPECT_EQ(directory.contents(u"b.md"_s), "dopo");
     EXPECT_EQ(titles(), QStringList({u"a"_s, u"b"_s, u"c"_s}));
+}
+
+TEST_F(NotesStoreHostile, AVolumeThatIsBackAsAnotherOneTakesANewNoteAtOnce) {
+    Volume volume(directory.path(), Volume::inMemory);
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << noMounts;
+    }
+    directory.write(u"a.md"_s);
+    openStore();
+    const NoteItemPtr a = note(u"a"_s);
+    volume.unmount();
+    const Volume again(directory.path(), Volume::inMemory);
+    directory.write(u"a.md"_s);
+    EXPECT_NE(store->makeNote(u"b"_s, u"testo"_s), nullptr);
+    EXPECT_EQ(store->errorMessage(), std::nullopt);
+    EXPECT_EQ(note(u"a"_s), a);
+    EXPECT_EQ(directory.contents(u"b.md"_s), "testo");
 }
 
 TEST_F(NotesStoreHostile, ADirectoryIsNotMadeAnewWhereItsVolumeWas) {

@@ -120,6 +120,25 @@ TEST_F(NotesStoreOrder, MovingNothingDoesNothing) {
     EXPECT_EQ(layoutFile(), FileStatus());
 }
 
+TEST_F(NotesStoreOrder, NotesThatHaveGoneAreNotMoved) {
+    openNotes();
+    const NoteItemPtr a = note(u"a"_s);
+    const NoteItemPtr b = note(u"b"_s);
+    directory.remove(u"a.md"_s);
+    store->refreshFromDisk();
+    const std::optional<NoteID> selected = store->selectedID();
+
+    store->move({a}, u"Casa"_s);
+    EXPECT_EQ(store->createFolder({a}), std::nullopt);
+    EXPECT_EQ(store->folders(), QStringList(u"Casa"_s));
+    EXPECT_EQ(store->selectedID(), selected);
+
+    store->move({a, b}, u"Casa"_s);
+    EXPECT_EQ(b->folder(), u"Casa"_s);
+    EXPECT_EQ(store->selectedID(), selected);
+    EXPECT_EQ(store->errorMessage(), std::nullopt);
+}
+
 TEST_F(NotesStoreOrder, ANoteThatIsThereAlreadyStaysAndTheFolderIsOpened) {
     openNotes();
     store->toggleCollapsed(u"Casa"_s);
