@@ -123,6 +123,10 @@ qreal TextLayout::contentWidth() const {
     return m_wraps ? m_width : m_index.widestLine();
 }
 
+void TextLayout::look(const Row& row) {
+    layoutOf(m_index.placeOf(row.contents.location));
+}
+
 /// Whether the first strong character of a line, if it comes soon, is one from right to left.
 bool TextLayout::isRightToLeft(TextRange line) const {
     constexpr char16_t firstOfRightToLeft = 0x590;

@@ -101,6 +101,9 @@ public:
     /// The width of the widest line looked at so far; never less than the width of the place when lines wrap.
     qreal contentWidth() const;
 
+    /// Looks at a row, so that its width is known as well as it is from its beginning.
+    void look(const Row& row);
+
     /// Where the caret stands for a position in the row, both ends included.
     qreal xOf(const Row& row, qsizetype position);
 

@@ -183,6 +183,7 @@ private:
     qint64 pixels(qint64 rows) const;
     Row topRow();
     std::vector<VisibleRow> visibleRows();
+    void zoomColumns(int left, qreal factor);
     void reflow();
     void scrollBy(qint64 distance);
     void scrollTo(qint64 value);
@@ -284,6 +285,8 @@ private:
     std::optional<QPoint> m_pressOnSelection;
     bool m_isDraggingSelection = false;
     bool m_isCommittingPreedit = false;
+    /// Of the font that the horizontal scroll bar stands for.
+    qreal m_blankWidthOnShow = 1;
     /// Where text that is being dragged over the view would go.
     std::optional<Spot> m_dropSpot;
     /// What was offered to a middle click last. It is the clipboard's.

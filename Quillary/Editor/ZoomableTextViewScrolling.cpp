@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <utility>
 
 namespace quillary {
 
@@ -168,7 +169,12 @@ void ZoomableTextView::scrollContentsBy(int, int dy) {
 
 /// Tells the scroll bars where the view is, now that the rows on the screen are known.
 void ZoomableTextView::updateScrollBars() {
-    visibleRows();
+    const std::vector<VisibleRow> rows = visibleRows();
+    if (!m_layout.wraps()) {
+        for (const VisibleRow& visible : rows) {
+            m_layout.look(visible.row);
+        }
+    }
     m_isSettingScrollBars = true;
     QScrollBar& vertical = *verticalScrollBar();
     const int height = viewport()->height();
@@ -250,6 +256,19 @@ void ZoomableTextView::scrollToRange(TextRange range) {
     ensureVisible({range.location, Side::after});
 }
 
+/// Keeps the columns on show that were there before the font grew by a factor, and the caret if it was among them.
+void ZoomableTextView::zoomColumns(int left, qreal factor) {
+    if (m_layout.wraps()) {
+        return;
+    }
+    const int width = std::max(1, viewport()->width() - 2 * horizontalInset);
+    const int x = qRound(m_layout.xOf(caretRow(), m_selection.caret));
+    const qreal before = x / factor;
+    const int zoomed = qRound(left * factor);
+    const bool showedCaret = before >= left && before <= left + width;
+    horizontalScrollBar()->setValue(showedCaret ? std::clamp(zoomed, x - width, x) : zoomed);
+}
+
 /// The rows have new places: what was at the top stays there.
 void ZoomableTextView::reflow() {
     const bool wasAtStart = m_topPosition == 0 && m_topOverhang <= 0;
@@ -257,7 +276,9 @@ void ZoomableTextView::reflow() {
     m_topPosition = topRow().contents.location;
     m_topOverhang = wasAtStart ? m_topOverhang : 0;
     settleTop();
+    const int left = horizontalScrollBar()->value();
     updateScrollBars();
+    zoomColumns(left, m_layout.blankWidth() / std::exchange(m_blankWidthOnShow, m_layout.blankWidth()));
     startMeasuring();
     viewport()->update();
 }

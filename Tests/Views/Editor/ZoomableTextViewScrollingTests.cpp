@@ -88,6 +88,28 @@ TEST_F(ZoomableTextViewTest, TypingOutOfSightComesBackIntoSight) {
     EXPECT_TRUE(m_view->viewport()->rect().contains(m_view->caretRect()));
 }
 
+TEST_F(ZoomableTextViewTest, LongLinesCanBeScrolledToBeforeTheyAreDrawn) {
+    open(u"breve\n"_s.repeated(50) + QString(5'000, u'x') + u"\nfine"_s);
+    m_view->setWraps(false);
+    EXPECT_GT(m_view->horizontalScrollBar()->maximum(), 4'000);
+    m_view->setScrollOrigin({3'000, m_view->scrollOrigin().y()});
+    EXPECT_EQ(m_view->horizontalScrollBar()->value(), 3'000);
+}
+
+TEST_F(ZoomableTextViewTest, ZoomingKeepsTheColumnsOfALongLineOnShow) {
+    open(QString(5'000, u'x') + u"\nfine"_s);
+    m_view->setWraps(false);
+    key(Qt::Key_End);
+    ASSERT_TRUE(m_view->viewport()->rect().contains(m_view->caretRect()));
+    for (const double size : {14, 7, 10}) {
+        QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        font.setPointSizeF(size);
+        m_view->setEditorFont(font);
+        const QRect caretRect = m_view->caretRect();
+        EXPECT_TRUE(m_view->viewport()->rect().contains(caretRect)) << size << ' ' << caretRect.left();
+    }
+}
+
 TEST_F(ZoomableTextViewTest, CtrlAndTheWheelZoom) {
     open(u"uno"_s);
     int steps = 0;
