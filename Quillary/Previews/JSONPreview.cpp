@@ -65,6 +65,9 @@ JSONPreview::JSONPreview(const QString& text, double baseSize, std::function<voi
     for (QPushButton* const button : std::initializer_list<QPushButton*>{m_format, expand, collapse}) {
         m_header->addControl(button);
     }
+    setTabOrder(m_format, expand);
+    setTabOrder(expand, collapse);
+    setTabOrder(collapse, m_rows);
     connect(m_format, &QPushButton::clicked, this, [this] {
         if (m_parsed) {
             // The callback may rebuild this preview.

@@ -41,6 +41,8 @@ void PreviewHeader::setSummary(const QString& summary) {
 
 void PreviewHeader::addControl(QWidget* control) {
     control->setFont(Theme::sidebarDetail());
+    // A click leaves the keys to what is previewed.
+    control->setFocusPolicy(Qt::TabFocus);
     m_controls->addWidget(control);
     arrange();
 }

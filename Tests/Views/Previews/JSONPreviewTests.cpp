@@ -150,6 +150,24 @@ TEST(JSONPreview, OpensAndClosesEverything) {
     EXPECT_EQ(preview.rows(), (QStringList{u"{ 1 }"_s, u"a: { 1 }"_s})) << "the root stays open";
 }
 
+TEST(JSONPreview, AClickOnAButtonLeavesTheKeysToTheRows) {
+    JSONPreviewOf preview(u"{\"a\": [1], \"b\": 2}"_s);
+    preview.view.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&preview.view));
+    preview.list().setFocus();
+    for (const QString& text : {u"Espandi tutto"_s, u"Comprimi"_s, u"Formatta testo"_s}) {
+        preview.click(text);
+        EXPECT_TRUE(preview.list().hasFocus()) << text.toStdString();
+    }
+    preview.button(u"Formatta testo"_s).setFocus();
+    for (const QString& text : {u"Espandi tutto"_s, u"Comprimi"_s}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(preview.button(text).hasFocus()) << text.toStdString();
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(preview.list().hasFocus());
+}
+
 TEST(JSONPreview, KeysWalkThroughTheTree) {
     JSONPreviewOf preview(uR"({"a":{"b":{"c":1}},"d":2})"_s);
     JSONRowsView& list = preview.list();
