@@ -56,13 +56,12 @@ QWidget* FindBar::makeFindRow() {
     m_toggleReplace = new IconButton(Symbol::replace, tr("Sostituisci (⌥⌘F)"), row);
     auto* const closeButton = new IconButton(Symbol::close, tr("Chiudi (⎋)"), row);
 
-    constexpr int shareOfField = 3;
     QHBoxLayout* const layout = rowLayout(row);
-    layout->addWidget(m_query, shareOfField);
+    layout->addWidget(m_query, 1);
     layout->addWidget(m_caseSensitive);
     layout->addWidget(m_wholeWord);
     layout->addWidget(m_regex);
-    layout->addWidget(m_status, 1);
+    layout->addWidget(m_status);
     for (IconButton* const button : {m_previous, m_next, m_toggleReplace, closeButton}) {
         layout->addWidget(button);
     }

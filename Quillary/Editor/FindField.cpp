@@ -8,7 +8,7 @@
 namespace quillary {
 
 FindField::FindField(const QString& placeholder, Symbol symbol, QWidget* parent) : QLineEdit(parent) {
-    constexpr int smallestWidth = 80;
+    constexpr int smallestWidth = 50;
     constexpr int space = 10;
     setFrame(false);
     setPlaceholderText(placeholder);

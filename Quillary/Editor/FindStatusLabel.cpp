@@ -30,6 +30,12 @@ void FindStatusLabel::follow(const FindController& find) {
     update();
 }
 
+/// Room for what it says, and always for what it says most, so that the field beside it keeps still.
+QSize FindStatusLabel::sizeHint() const {
+    const QSize size = QLabel::sizeHint();
+    return size.expandedTo({fontMetrics().horizontalAdvance(tr("Nessun risultato")), size.height()});
+}
+
 QSize FindStatusLabel::minimumSizeHint() const {
     return {fontMetrics().horizontalAdvance(u'…') * 2, QLabel::minimumSizeHint().height()};
 }

@@ -16,6 +16,7 @@ public:
     /// Shows the state of a search.
     void follow(const FindController& find);
 
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:

@@ -465,6 +465,30 @@ TEST_F(FindBarTest, FitsIntoANarrowPane) {
     click(button(u".*"_s));
     type(u"("_s);
     EXPECT_LE(m_view.minimumSizeHint().width(), 460);
+    // As wide as the main window leaves it at least.
+    m_view.resize(300, 400);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(findField().geometry().intersects(button(u"Aa"_s).geometry()));
+    EXPECT_TRUE(bar().rect().contains(findField().geometry()));
+}
+
+TEST_F(FindBarTest, SaysItsAnswerInFullWhereThereIsRoom) {
+    open();
+    click(button(u".*"_s));
+    const auto* const label = bar().findChild<FindStatusLabel*>();
+    const auto room = [label] { return label->width() - label->fontMetrics().horizontalAdvance(label->text()); };
+    type(u"riga"_s);
+    QCoreApplication::processEvents();
+    const int fieldWidth = findField().width();
+    EXPECT_GE(room(), 0);
+    find().setQuery(u"uno"_s);
+    QCoreApplication::processEvents();
+    EXPECT_GE(room(), 0);
+    EXPECT_EQ(findField().width(), fieldWidth) << "answers don't move the field";
+    find().setQuery(u"(foo"_s);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(status(), u"Espressione regolare non valida"_s);
+    EXPECT_GE(room(), 0);
 }
 
 } // namespace quillary
