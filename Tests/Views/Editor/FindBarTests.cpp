@@ -466,6 +466,7 @@ TEST_F(FindBarTest, FitsIntoANarrowPane) {
     type(u"("_s);
     EXPECT_LE(m_view.minimumSizeHint().width(), 460);
     // As wide as the main window leaves it at least.
+    m_view.setMinimumSize(1, 1);
     m_view.resize(300, 400);
     QCoreApplication::processEvents();
     EXPECT_FALSE(findField().geometry().intersects(button(u"Aa"_s).geometry()));
