@@ -13,7 +13,8 @@ namespace quillary {
 
 namespace {
 
-/// Reads until `size` bytes are there or the file ends; negative after a failure.
+/// Reads until `size` bytes are there or the file ends; negative after a failure. Only a call that gives nothing tells
+/// the end: where something further on can't be read, a call gives what is before it, and the next one fails.
 qsizetype readAt(int file, char* bytes, qsizetype size, qsizetype offset) {
     qsizetype total = 0;
     while (total < size) {
@@ -39,12 +40,8 @@ Result<QByteArrayView, FileError> readFileContents(const FilePath& path, qint64 
     if (!file) {
         return FileError(SystemError::last());
     }
-    // An ordinary file that gives less than it was asked for has given all, and what is read by position is no pipe: a
-    // small note takes one call here. A file system may give less for other reasons only in large pieces.
-    ssize_t length = 0;
-    do {
-        length = ::pread(file.number(), small.data(), small.size(), 0);
-    } while (length < 0 && errno == EINTR);
+    // What is read by position is no pipe: a small note takes no look at its facts.
+    const qsizetype length = readAt(file.number(), small.data(), small.size(), 0);
     if (length < 0) {
         return FileError(SystemError::last());
     }

@@ -140,6 +140,11 @@ bool FragileVolume::hasEnded() const {
     return m_hasEnded;
 }
 
+void FragileVolume::failReadsFrom(qint64 offset) {
+    const std::lock_guard lock(m_mutex);
+    m_unreadableFrom = offset;
+}
+
 int FragileVolume::requests() const {
     const std::lock_guard lock(m_mutex);
     return m_requests;
@@ -197,6 +202,12 @@ bool FragileVolume::isAnswerDue() {
     }
     ++m_requests;
     return !m_isStopped;
+}
+
+/// Whether a stretch up to this end has a part that can't be read. The kernel asks for less after a failure.
+bool FragileVolume::isUnreadable(qint64 end) const {
+    const std::lock_guard lock(m_mutex);
+    return end > m_unreadableFrom;
 }
 
 void FragileVolume::answer(const fuse_in_header& request, const char* arguments) {
@@ -369,6 +380,10 @@ FragileVolume::Bytes FragileVolume::answerToFiles(const fuse_in_header& request,
     }
     case FUSE_READ: {
         const auto& in = as<fuse_read_in>(arguments);
+        if (isUnreadable(static_cast<qint64>(in.offset + in.size))) {
+            error = EIO;
+            return {};
+        }
         QByteArray read(static_cast<qsizetype>(in.size), Qt::Uninitialized);
         const ssize_t size = ::pread(static_cast<int>(in.fh), read.data(), in.size, static_cast<off_t>(in.offset));
         error = size < 0 ? errno : 0;

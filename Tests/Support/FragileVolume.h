@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -66,6 +67,9 @@ public:
     /// Whether that end has come.
     bool hasEnded() const;
 
+    /// From now on what a file holds from an offset on can't be read ("Input/output error").
+    void failReadsFrom(qint64 offset);
+
     /// How many requests were answered so far.
     int requests() const;
 
@@ -83,6 +87,7 @@ private:
 
     void serve();
     bool isAnswerDue();
+    bool isUnreadable(qint64 end) const;
     void answer(const fuse_in_header& request, const char* arguments);
     void reply(quint64 request, int error, const Bytes& bytes = {}) const;
     int descriptorOf(quint64 node) const;
@@ -112,6 +117,7 @@ private:
     std::chrono::milliseconds m_delay{0};
     int m_requests = 0;
     int m_endingRequest = -1;
+    qint64 m_unreadableFrom = std::numeric_limits<qint64>::max();
     End m_end = End::death;
     bool m_hangs = false;
     bool m_holdsRequest = false;

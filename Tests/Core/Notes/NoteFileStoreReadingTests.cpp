@@ -1,4 +1,5 @@
 #include "Tests/Core/Notes/NoteFileStoreTest.h"
+#include "Tests/Support/FragileVolume.h"
 
 #include <cerrno>
 
@@ -79,6 +80,24 @@ TEST_F(NoteFileStoreReading, FailsWithTheSystemsErrorWhereThereIsNothingToRead) 
     ::chmod(directory.path("a.md").bytes().constData(), 0000);
     const test::WithoutPrivileges user;
     EXPECT_EQ(systemCode(store.read(directory.path("a.md"))), EACCES);
+}
+
+TEST_F(NoteFileStoreReading, TakesNoPartOfANoteForTheWhole) {
+    const TestDirectory shown;
+    // Below the size of the first call, and above it.
+    for (const qsizetype size : {40'000, 100'000}) {
+        shown.write(QByteArray::number(size) + ".md", QByteArray(size, 'x'));
+    }
+    test::FragileVolume volume(directory.bytes(), shown.bytes());
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << test::noVolume;
+    }
+    volume.failReadsFrom(16'384);
+    for (const char* const name : {"40000.md", "100000.md"}) {
+        EXPECT_EQ(systemCode(store.read(directory.path(name))), EIO) << name;
+    }
+    volume.failReadsFrom(100'000);
+    EXPECT_EQ(store.read(directory.path("40000.md"))->size(), 40'000);
 }
 
 TEST_F(NoteFileStoreReading, SeesWhatBecameOfANoteSinceItWasListed) {
