@@ -24,6 +24,20 @@ Status<SystemError> statusOfCall(int result) {
     return Done();
 }
 
+/// The end of a move by a copy: one of both stays.
+Status<SystemError> removeCopied(const FilePath& source, const FilePath& copy) {
+    if (::unlink(source.bytes().constData()) == 0) {
+        return Done();
+    }
+    const SystemError error = SystemError::last();
+    if (const auto status = fileStatus(source); !status) {
+        // Where even that can't be told, the copy may be all there is.
+        return status.error().code == ENOENT ? Status<SystemError>(Done()) : error;
+    }
+    ::unlink(copy.bytes().constData());
+    return error;
+}
+
 bool differInCaseOnly(const FilePath& source, const FilePath& destination) {
     return source.parent() == destination.parent() &&
            source.fileName().compare(destination.fileName(), Qt::CaseInsensitive) == 0;
@@ -123,7 +137,7 @@ Status<SystemError> moveFile(const FilePath& source, const FilePath& destination
         if (const auto copied = copyFile(source, destination); !copied) {
             return copied.error();
         }
-        return statusOfCall(::unlink(source.bytes().constData()));
+        return removeCopied(source, destination);
     }
     return renamed;
 }

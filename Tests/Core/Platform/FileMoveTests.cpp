@@ -188,6 +188,25 @@ TEST(FileMove, TakesAFileWithItsDatesToAnotherFileSystem) {
     EXPECT_FALSE(other.has("large.md"));
 }
 
+TEST(FileMove, LeavesNoCopyOfAFileThatMayNotBeRemoved) {
+    const auto disk = test::MountedFileSystem::inMemory("size=1m");
+    if (!disk.isMounted()) {
+        GTEST_SKIP() << test::noMounts;
+    }
+    const TestDirectory directory;
+    const TestDirectory other(disk.path());
+    const FilePath file = directory.write("a.md", "text");
+    ::chmod(directory.bytes().constData(), 0555);
+    ::chmod(other.bytes().constData(), 0777);
+    {
+        const test::WithoutPrivileges user;
+        EXPECT_EQ(moveFile(file, other.path("a.md")).error().code, EACCES);
+    }
+    ::chmod(directory.bytes().constData(), 0755);
+    EXPECT_EQ(directory.read("a.md"), "text");
+    EXPECT_EQ(other.names(), QList<QByteArray>{});
+}
+
 TEST(FileCopy, CarriesContentsModeDatesAndAttributesAlong) {
     const TestDirectory directory;
     const FilePath source = directory.path("source.md");
