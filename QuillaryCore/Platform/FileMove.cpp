@@ -88,13 +88,16 @@ Status<SystemError> renameWithoutReplacing(int sourceDirectory, const char* sour
                                            const char* destination) {
     const auto renamed =
         statusOfCall(::renameat2(sourceDirectory, source, destinationDirectory, destination, RENAME_NOREPLACE));
-    if (renamed || (renamed.error().code != EINVAL && renamed.error().code != ENOSYS)) {
+    const bool cannotRename = !renamed && (renamed.error().code == EINVAL || renamed.error().code == ENOSYS ||
+                                           renamed.error().code == EOPNOTSUPP);
+    if (!cannotRename) {
         return renamed;
     }
     const auto linked = renameByLinking(sourceDirectory, source, destinationDirectory, destination);
-    const bool cannotLink = !linked && (linked.error().code == EPERM || linked.error().code == EOPNOTSUPP ||
-                                        linked.error().code == ENOSYS || linked.error().code == EMLINK);
-    return cannotLink ? renameOntoClaim(sourceDirectory, source, destinationDirectory, destination) : linked;
+    // A file system without second names, or the server behind it, may say so with any other error.
+    const bool mayClaim =
+        !linked && linked.error().code != EEXIST && linked.error().code != ENOENT && linked.error().code != EXDEV;
+    return mayClaim ? renameOntoClaim(sourceDirectory, source, destinationDirectory, destination) : linked;
 }
 
 Status<SystemError> renameByWayOfThirdName(const FilePath& source, const FilePath& destination) {

@@ -321,6 +321,7 @@ FragileVolume::Bytes FragileVolume::answerTo(const fuse_in_header& request, cons
     case FUSE_RMDIR:
     case FUSE_RENAME:
     case FUSE_RENAME2:
+    case FUSE_LINK:
     case FUSE_CREATE:
         return answerToNames(request, arguments, error);
     default:
@@ -356,8 +357,15 @@ FragileVolume::Bytes FragileVolume::answerToNames(const fuse_in_header& request,
         return rename(as<fuse_rename_in>(arguments).newdir, 0, arguments + sizeof(fuse_rename_in));
     case FUSE_RENAME2: {
         const auto& in = as<fuse_rename2_in>(arguments);
+        if ((in.flags & RENAME_NOREPLACE) != 0 && m_traits.renameWithoutReplacingError != 0) {
+            error = m_traits.renameWithoutReplacingError;
+            return {};
+        }
         return rename(in.newdir, in.flags, arguments + sizeof(fuse_rename2_in));
     }
+    case FUSE_LINK:
+        error = m_traits.linkError;
+        return {};
     default: {
         const auto& in = as<fuse_create_in>(arguments);
         const char* const name = arguments + sizeof(fuse_create_in);

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <limits>
@@ -22,6 +23,9 @@ struct VolumeTraits {
     bool ignoresCase = false;
     /// Gives the kind of an entry with its name.
     bool tellsKinds = true;
+    /// How it refuses renames that must not replace anything, if it does, and second names.
+    int renameWithoutReplacingError = 0;
+    int linkError = ENOSYS;
 };
 
 /// A volume as a share on a bad network is one: it shows a directory in another place, answers each request late if it

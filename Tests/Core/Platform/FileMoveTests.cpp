@@ -5,6 +5,7 @@
 #include "QuillaryCore/Platform/FileCopy.h"
 #include "QuillaryCore/Platform/FileStatus.h"
 
+#include "Tests/Support/FragileVolume.h"
 #include "Tests/Support/SystemConditions.h"
 #include "Tests/Support/TestDirectory.h"
 
@@ -111,6 +112,33 @@ TEST_P(FileMoveWay, LetsOneOfManyHaveAName) {
     const auto winner = std::find(won.begin(), won.end(), true) - won.begin();
     EXPECT_EQ(directory.read("name"), QByteArray::number(qint64(winner)));
     EXPECT_EQ(directory.names().size(), count);
+}
+
+TEST(FileMove, ClaimsANameWhereverThereAreNoSecondNames) {
+    // Servers say that in many ways.
+    const std::pair<int, int> refusals[] = {
+        {EINVAL, EPERM}, {EINVAL, EACCES}, {EINVAL, EIO}, {ENOSYS, ENOSYS}, {EOPNOTSUPP, EOPNOTSUPP},
+    };
+    for (const auto& [renameError, linkError] : refusals) {
+        const TestDirectory shown;
+        const TestDirectory directory;
+        const test::FragileVolume volume(directory.bytes(), shown.bytes(),
+                                         {.renameWithoutReplacingError = renameError, .linkError = linkError});
+        if (!volume.isMounted()) {
+            GTEST_SKIP() << test::noVolume;
+        }
+        auto made = AtomicFile::openNew(directory.path("a.md"));
+        ASSERT_TRUE(made && made->write("text"));
+        EXPECT_TRUE(made->create()) << renameError << ' ' << linkError;
+        directory.write("taken.md", "taken");
+        directory.makeDirectory("d");
+        EXPECT_TRUE(moveFile(directory.path("a.md"), directory.path("b.md"))) << renameError << ' ' << linkError;
+        EXPECT_TRUE(moveFile(directory.path("d"), directory.path("e"))) << renameError << ' ' << linkError;
+        EXPECT_EQ(moveFile(directory.path("b.md"), directory.path("taken.md")).error().code, EEXIST);
+        EXPECT_EQ(shown.names(), (QList<QByteArray>{"b.md", "e", "taken.md"}));
+        EXPECT_EQ(shown.read("b.md"), "text");
+        EXPECT_EQ(shown.read("taken.md"), "taken");
+    }
 }
 
 TEST(FileMove, ChangesTheCaseOfANameThatIsFree) {
