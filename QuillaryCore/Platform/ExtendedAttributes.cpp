@@ -12,6 +12,8 @@ namespace quillary {
 
 namespace {
 
+constexpr char accessControlList[] = "system.posix_acl_access";
+
 /// What a call gives that first tells how much room it needs; the amount may grow between two calls.
 template <typename Read>
 QByteArray readGrowing(Read read) {
@@ -36,6 +38,8 @@ QByteArray readGrowing(Read read) {
 } // namespace
 
 void copyExtendedAttributes(int source, int destination) {
+    // A new file may have one from its directory, which names people who have no rights to the source.
+    ::fremovexattr(destination, accessControlList);
     const QByteArray names =
         readGrowing([source](char* bytes, std::size_t size) { return ::flistxattr(source, bytes, size); });
     for (const char* name = names.constBegin(); name < names.constEnd(); name += std::strlen(name) + 1) {

@@ -16,6 +16,28 @@ using test::TestDirectory;
 
 namespace {
 
+/// The system's form of an access control list that names a user beside the owner.
+QByteArray accessControlList(quint16 named) {
+    struct Entry {
+        quint16 tag, rights;
+        quint32 user;
+    };
+
+    constexpr quint32 version = 2;
+    constexpr quint32 nobody = 0xFFFFFFFF;
+    // In the order of linux/posix_acl.h: owner, one user, owning group, mask, all others.
+    const Entry entries[] = {
+        {0x01, 7, nobody}, {0x02, named, ::geteuid()}, {0x04, 0, nobody}, {0x10, 6, nobody}, {0x20, 0, nobody}};
+    QByteArray bytes(reinterpret_cast<const char*>(&version), sizeof version);
+    return bytes.append(reinterpret_cast<const char*>(entries), sizeof entries);
+}
+
+/// What a test that is skipped says.
+constexpr const char* noAccessLists =
+    "the temporary directory keeps no access control lists: set TMPDIR to one on ext4, XFS or Btrfs (without noacl)";
+constexpr char accessList[] = "system.posix_acl_access";
+constexpr char listOfNewFiles[] = "system.posix_acl_default";
+
 class AtomicFileTest : public testing::TestWithParam<AtomicFile::Waiting> {
 protected:
     static Result<AtomicFile, SystemError> open(const FilePath& path) { return AtomicFile::open(path, GetParam()); }
@@ -116,6 +138,26 @@ TEST_P(AtomicFileTest, KeepsModeAndExtendedAttributes) {
     EXPECT_EQ(TestDirectory::attribute(path, "user.long"), QByteArray(1000, 'x'));
     EXPECT_EQ(TestDirectory::attribute(path, "user.empty"), "");
     EXPECT_FALSE(TestDirectory::attribute(path, "user.empty").isNull());
+}
+
+TEST_P(AtomicFileTest, GivesNobodyRightsToAPrivateFileThatNewFilesOfItsDirectoryGive) {
+    const TestDirectory directory;
+    const FilePath privateFile = directory.write("private.md", "old");
+    ::chmod(privateFile.bytes().constData(), 0640);
+    const FilePath sharedFile = directory.write("shared.md", "old");
+    const QByteArray own = accessControlList(4);
+    if (!TestDirectory::setAttribute(sharedFile, accessList, own) ||
+        !TestDirectory::setAttribute(directory.path(), listOfNewFiles, accessControlList(6))) {
+        GTEST_SKIP() << noAccessLists;
+    }
+    ASSERT_TRUE(replaceContents(privateFile, "new"));
+    EXPECT_TRUE(TestDirectory::attribute(privateFile, accessList).isNull());
+    EXPECT_EQ(fileStatus(privateFile)->mode, 0640U);
+    ASSERT_TRUE(replaceContents(sharedFile, "new"));
+    EXPECT_EQ(TestDirectory::attribute(sharedFile, accessList), own);
+
+    ASSERT_TRUE(replaceContents(directory.path("fresh.md"), "new"));
+    EXPECT_FALSE(TestDirectory::attribute(directory.path("fresh.md"), accessList).isNull());
 }
 
 TEST_P(AtomicFileTest, KeepsTheOwner) {
