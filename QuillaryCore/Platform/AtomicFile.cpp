@@ -218,7 +218,12 @@ void AtomicFile::removeIfAbandoned(int directory, const char* name, Moment now) 
     if (!status || status->kind != FileKind::regular || now - status->changed < ageOfAbandoned) {
         return;
     }
-    const FileDescriptor file(::openat(directory, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    constexpr int flags = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    // On NFS only a file that is open for writing can be locked for one alone.
+    FileDescriptor file(::openat(directory, name, O_RDWR | flags));
+    if (!file && (errno == EACCES || errno == EROFS)) {
+        file = FileDescriptor(::openat(directory, name, O_RDONLY | flags));
+    }
     if (file && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0) {
         ::unlinkat(directory, name, 0);
     }

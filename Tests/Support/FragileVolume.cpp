@@ -300,7 +300,7 @@ FragileVolume::Bytes FragileVolume::answerTo(const fuse_in_header& request, cons
         answer.major = FUSE_KERNEL_VERSION;
         answer.minor = FUSE_KERNEL_MINOR_VERSION;
         answer.max_readahead = as<fuse_init_in>(arguments).max_readahead;
-        answer.flags = FUSE_BIG_WRITES;
+        answer.flags = FUSE_BIG_WRITES | (m_traits.locksBytes ? FUSE_FLOCK_LOCKS : 0U);
         answer.max_background = 12;
         answer.congestion_threshold = 9;
         answer.max_write = largestWrite;
@@ -409,6 +409,15 @@ FragileVolume::Bytes FragileVolume::answerToFiles(const fuse_in_header& request,
     case FUSE_READDIR: {
         const auto& in = as<fuse_read_in>(arguments);
         return entries(static_cast<int>(in.fh), in.offset, in.size, error);
+    }
+    case FUSE_SETLK: {
+        const auto& in = as<fuse_lk_in>(arguments);
+
+        struct flock lock {};
+
+        lock.l_type = static_cast<short>(in.lk.type);
+        lock.l_whence = SEEK_SET;
+        return checked(::fcntl(static_cast<int>(in.fh), F_OFD_SETLK, &lock), error);
     }
     case FUSE_FSYNC:
     case FUSE_FSYNCDIR:

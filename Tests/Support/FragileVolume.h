@@ -26,6 +26,8 @@ struct VolumeTraits {
     /// How it refuses renames that must not replace anything, if it does, and second names.
     int renameWithoutReplacingError = 0;
     int linkError = ENOSYS;
+    /// Makes locks of whole files locks of their bytes, as NFS does: only who may write a file can have it alone.
+    bool locksBytes = false;
 };
 
 /// A volume as a share on a bad network is one: it shows a directory in another place, answers each request late if it

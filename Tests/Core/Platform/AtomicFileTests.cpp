@@ -1,8 +1,10 @@
 #include "QuillaryCore/Platform/AtomicFile.h"
 
 #include "QuillaryCore/Platform/CreationDate.h"
+#include "QuillaryCore/Platform/FileDescriptor.h"
 #include "QuillaryCore/Platform/UTF8Writer.h"
 
+#include "Tests/Support/FragileVolume.h"
 #include "Tests/Support/SystemConditions.h"
 #include "Tests/Support/TestDirectory.h"
 
@@ -380,6 +382,36 @@ TEST_P(AtomicFileTest, RemovesOnlyOldHiddenFilesThatNobodyWrites) {
     EXPECT_EQ(directory.names(), expected);
     ::close(held);
     ::close(descriptor);
+}
+
+TEST(AbandonedFile, IsFoundOutWhereOnlyAWriterCanLockIt) {
+    const TestDirectory shown;
+    const TestDirectory directory;
+    const test::FragileVolume volume(directory.bytes(), shown.bytes(), {.locksBytes = true});
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << test::noVolume;
+    }
+    shown.write(".quillary-abc.tmp", "left by a killed process");
+    auto held = AtomicFile::openNew(directory.path("a.md"));
+    ASSERT_TRUE(held && held->write("of a running process"));
+    const QList<QByteArray> all = directory.names();
+    ASSERT_EQ(all.size(), 2);
+    const FileDescriptor opened(::open(directory.bytes().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (const QByteArray& name : all) {
+        AtomicFile::removeIfAbandoned(opened.number(), name.constData(), now() + std::chrono::minutes(2));
+    }
+    EXPECT_FALSE(directory.has(".quillary-abc.tmp"));
+    EXPECT_EQ(directory.names().size(), 1);
+}
+
+TEST(AbandonedFile, GoesAlsoIfItMayNotBeWritten) {
+    const TestDirectory directory;
+    ::chmod(directory.bytes().constData(), 0777);
+    ::chmod(directory.write(".quillary-abc.tmp").bytes().constData(), 0444);
+    const FileDescriptor opened(::open(directory.bytes().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const test::WithoutPrivileges user;
+    AtomicFile::removeIfAbandoned(opened.number(), ".quillary-abc.tmp", now() + std::chrono::minutes(2));
+    EXPECT_EQ(directory.names(), QList<QByteArray>{});
 }
 
 TEST(UTF8Writer, WritesTextInPiecesOfAnySize) {
