@@ -205,14 +205,18 @@ Result<FilePath, SystemError> moveToTrash(const FilePath& given) {
     const FilePath parent = FilePath::fromBytes(QByteArray(realParent.get()));
     const QByteArray name = path.bytes().mid(path.bytes().lastIndexOf('/') + 1);
     const FilePath real = FilePath::fromBytes((parent.bytes() == "/" ? parent.bytes() : parent.bytes() + '/') + name);
-    const auto status = fileStatus(real);
-    if (!status) {
+    if (const auto status = fileStatus(real); !status) {
         return status.error();
+    }
+    // Of overlays every file may show another device than its directory, and moves don't depend on it.
+    const auto parentStatus = fileStatus(parent);
+    if (!parentStatus) {
+        return parentStatus.error();
     }
 
     if (const std::optional<TrashDirectory> home = homeTrash()) {
         const auto homeStatus = fileStatus(FilePath::fromBytes(home->path + '/'));
-        if (homeStatus && homeStatus->device == status->device) {
+        if (homeStatus && homeStatus->device == parentStatus->device) {
             auto moved = moveInto(*home, real);
             // Two mounts may show one device.
             if (moved || moved.error().code != EXDEV) {

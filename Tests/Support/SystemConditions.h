@@ -10,6 +10,7 @@
 #include <sys/fsuid.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace quillary::test {
@@ -71,6 +72,8 @@ inline constexpr const char* noAttributes =
     "neither the temporary directory nor the working directory nor /var/tmp keeps birth times and extended attributes "
     "(user.*): set TMPDIR to a directory on a file system that does, as ext4, XFS and Btrfs do";
 
+inline constexpr const char* noOverlay = "overlays are refused here: they need the kernel's module overlay, and mounts";
+
 /// Another file system in a fresh directory, seen by this program alone. Where it can't be had, the tests that need it
 /// are skipped; see `enterOwnMounts`.
 class MountedFileSystem {
@@ -79,6 +82,17 @@ public:
 
     /// A second view of a directory: the same device, but another mount.
     static MountedFileSystem viewOf(const QByteArray& directory) { return {directory, QByteArray(), MS_BIND, {}}; }
+
+    /// What is in `lower`, with changes kept in `upper/changes`; both are tops of file systems of their own, so that
+    /// each file shows another device than its directory.
+    static MountedFileSystem overlayOf(const QByteArray& lower, const QByteArray& upper) {
+        const QByteArray changes = upper + "/changes";
+        const QByteArray work = upper + "/work";
+        ::mkdir(changes.constData(), 0777);
+        ::mkdir(work.constData(), 0777);
+        return {"overlay", "overlay", 0,
+                "lowerdir=" + lower + ",upperdir=" + changes + ",workdir=" + work + ",xino=off"};
+    }
 
     MountedFileSystem(const MountedFileSystem&) = delete;
     MountedFileSystem& operator=(const MountedFileSystem&) = delete;

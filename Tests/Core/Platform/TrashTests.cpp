@@ -163,6 +163,24 @@ TEST_F(Trash, UsesTheHomeDirectoryWhereNothingElseIsSaid) {
     }
 }
 
+TEST_F(Trash, GoesByTheDeviceOfTheDirectory) {
+    const auto lower = test::MountedFileSystem::inMemory("size=1m");
+    const auto upper = test::MountedFileSystem::inMemory("size=1m");
+    const TestDirectory below(lower.path());
+    below.write("a.md", "text");
+    const auto overlay = test::MountedFileSystem::overlayOf(lower.path(), upper.path());
+    if (!overlay.isMounted()) {
+        GTEST_SKIP() << test::noOverlay;
+    }
+    const TestDirectory all(overlay.path());
+    ASSERT_NE(fileStatus(all.path("a.md"))->device, fileStatus(all.path())->device);
+    qputenv("XDG_DATA_HOME", all.makeDirectory("data").bytes());
+    const auto trashed = trash::moveToTrash(all.path("a.md"));
+    ASSERT_TRUE(trashed) << trashed.error().localizedDescription().toStdString();
+    EXPECT_EQ(trashed->bytes(), all.bytes() + "/data/Trash/files/a.md");
+    EXPECT_EQ(all.names(), QList<QByteArray>{"data"});
+}
+
 TEST_F(Trash, ReportsWhatIsNotThere) {
     EXPECT_EQ(trash::moveToTrash(notes.path("absent.md")).error().code, ENOENT);
     EXPECT_EQ(trash::moveToTrash(notes.path("no/a.md")).error().code, ENOENT);
