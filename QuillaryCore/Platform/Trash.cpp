@@ -29,9 +29,11 @@ struct TrashDirectory {
     std::optional<QByteArray> top;
 };
 
-/// Makes a directory that is the user's own; one that is there already is good if it is no link.
+/// Makes a directory that is the user's own; one that is there already is good if it is no link. One that comes out as
+/// another user's, as where all files of a mount are, goes again.
 Status<SystemError> ensureOwnDirectory(const QByteArray& path) {
-    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) {
+    const bool isNew = ::mkdir(path.constData(), 0700) == 0;
+    if (!isNew && errno != EEXIST) {
         return SystemError::last();
     }
     const auto status = fileStatus(FilePath::fromBytes(path));
@@ -39,6 +41,9 @@ Status<SystemError> ensureOwnDirectory(const QByteArray& path) {
         return status.error();
     }
     if (status->kind != FileKind::directory || status->owner != ::geteuid()) {
+        if (isNew) {
+            ::rmdir(path.constData());
+        }
         return SystemError{status->kind == FileKind::directory ? EACCES : ENOTDIR};
     }
     return Done();
@@ -155,8 +160,15 @@ Status<SystemError> writeWhole(int descriptor, QByteArrayView bytes) {
     return Done();
 }
 
+/// How an entry comes to its free place in a trash.
+using Move = Status<SystemError> (*)(const FilePath& source, const FilePath& destination);
+
+Status<SystemError> moveOnDevice(const FilePath& source, const FilePath& destination) {
+    return renameWithoutReplacing(AT_FDCWD, source.bytes().constData(), AT_FDCWD, destination.bytes().constData());
+}
+
 /// `path` is free of links but for its last component.
-Result<FilePath, SystemError> moveInto(const TrashDirectory& trash, const FilePath& path) {
+Result<FilePath, SystemError> moveInto(const TrashDirectory& trash, const FilePath& path, Move move) {
     const QByteArray files = trash.path + "/files/";
     const QByteArray info = trash.path + "/info/";
     for (const QByteArray& directory : {files, info}) {
@@ -178,13 +190,13 @@ Result<FilePath, SystemError> moveInto(const TrashDirectory& trash, const FilePa
             }
             return SystemError::last();
         }
-        const QByteArray filePath = files + entry;
+        const FilePath place = FilePath::fromBytes(files + entry);
         auto result = writeWhole(infoFile.number(), information(original));
         if (result) {
-            result = renameWithoutReplacing(AT_FDCWD, path.bytes().constData(), AT_FDCWD, filePath.constData());
+            result = move(path, place);
         }
         if (result) {
-            return FilePath::fromBytes(filePath);
+            return place;
         }
         ::unlink(infoPath.constData());
         if (result.error().code != EEXIST) {
@@ -205,7 +217,8 @@ Result<FilePath, SystemError> moveToTrash(const FilePath& given) {
     const FilePath parent = FilePath::fromBytes(QByteArray(realParent.get()));
     const QByteArray name = path.bytes().mid(path.bytes().lastIndexOf('/') + 1);
     const FilePath real = FilePath::fromBytes((parent.bytes() == "/" ? parent.bytes() : parent.bytes() + '/') + name);
-    if (const auto status = fileStatus(real); !status) {
+    const auto status = fileStatus(real);
+    if (!status) {
         return status.error();
     }
     // Of overlays every file may show another device than its directory, and moves don't depend on it.
@@ -214,10 +227,11 @@ Result<FilePath, SystemError> moveToTrash(const FilePath& given) {
         return parentStatus.error();
     }
 
-    if (const std::optional<TrashDirectory> home = homeTrash()) {
+    const std::optional<TrashDirectory> home = homeTrash();
+    if (home) {
         const auto homeStatus = fileStatus(FilePath::fromBytes(home->path + '/'));
         if (homeStatus && homeStatus->device == parentStatus->device) {
-            auto moved = moveInto(*home, real);
+            auto moved = moveInto(*home, real, &moveOnDevice);
             // Two mounts may show one device.
             if (moved || moved.error().code != EXDEV) {
                 return moved;
@@ -225,7 +239,13 @@ Result<FilePath, SystemError> moveToTrash(const FilePath& given) {
         }
     }
     const auto ofMount = mountTrash(topOfMount(parent));
-    return ofMount ? moveInto(*ofMount, real) : Result<FilePath, SystemError>(ofMount.error());
+    auto moved = ofMount ? moveInto(*ofMount, real, &moveOnDevice) : Result<FilePath, SystemError>(ofMount.error());
+    // The top of a mount needn't be the user's, and a mount may be of parts that nothing moves between.
+    const bool isWithoutTrash = !ofMount || (!moved && moved.error().code == EXDEV);
+    if (isWithoutTrash && home && status->kind == FileKind::regular) {
+        return moveInto(*home, real, &moveFile);
+    }
+    return moved;
 }
 
 } // namespace quillary::trash

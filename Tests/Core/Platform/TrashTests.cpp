@@ -259,9 +259,12 @@ TEST_F(MountTrash, IsNotASharedOneThatAnybodyCouldEmptyOrThatIsALink) {
 TEST_F(MountTrash, IsNoLink) {
     top.makeDirectory("elsewhere");
     top.makeLink(".Trash-" + user, "elsewhere");
-    const FilePath note = top.write("a.md", "text");
-    EXPECT_EQ(trash::moveToTrash(note).error().code, ENOTDIR);
-    EXPECT_EQ(top.read("a.md"), "text");
+    const FilePath folder = top.makeDirectory("notes");
+    EXPECT_EQ(trash::moveToTrash(folder).error().code, ENOTDIR);
+    const auto trashed = trash::moveToTrash(top.write("notes/a.md", "text"));
+    ASSERT_TRUE(trashed);
+    EXPECT_EQ(trashed->bytes(), data() + "/Trash/files/a.md");
+    EXPECT_TRUE(top.has("notes"));
     EXPECT_EQ(TestDirectory::namesIn(top.path("elsewhere")), QList<QByteArray>{});
 }
 
@@ -269,23 +272,119 @@ TEST_F(MountTrash, IsNoDirectoryOfAnotherUser) {
     if (!test::canMakeFilesOfOthers()) {
         GTEST_SKIP() << test::noOtherOwner;
     }
-    const FilePath note = top.write("a.md", "text");
-    ASSERT_EQ(::chown(top.makeDirectory(".Trash-" + user).bytes().constData(), 12345, 12345), 0);
-    EXPECT_EQ(trash::moveToTrash(note).error().code, EACCES);
-    EXPECT_EQ(top.read("a.md"), "text");
+    const FilePath others = top.makeDirectory(".Trash-" + user);
+    ASSERT_EQ(::chown(others.bytes().constData(), 12345, 12345), 0);
+    const FilePath folder = top.makeDirectory("notes");
+    EXPECT_EQ(trash::moveToTrash(folder).error().code, EACCES);
+    const auto trashed = trash::moveToTrash(top.write("notes/a.md", "text"));
+    ASSERT_TRUE(trashed);
+    EXPECT_EQ(trashed->bytes(), data() + "/Trash/files/a.md");
+    EXPECT_TRUE(top.has("notes"));
+    EXPECT_EQ(TestDirectory::namesIn(others), QList<QByteArray>{});
 }
 
-TEST_F(MountTrash, LeavesTheFileWhereItIsIfThereCanBeNone) {
+/// A mount whose top belongs to somebody else, and what becomes of a note in a directory on it that is the user's.
+class NoMountTrash : public MountTrash {
+protected:
+    void SetUp() override {
+        MountTrash::SetUp();
+        if (IsSkipped()) {
+            return;
+        }
+        ::chmod(home.bytes().constData(), 0777);
+        ::chmod(folder.bytes().constData(), 0777);
+        TestDirectory::setTimes(note, 1'000'000'000, 5);
+        ::chmod(top.bytes().constData(), 0555);
+    }
+
+    /// That the trash failed without a trace.
+    void expectNothingChanged() const {
+        EXPECT_EQ(TestDirectory::contentsOf(note), text);
+        EXPECT_EQ(top.names(), QList<QByteArray>{"notes"});
+        EXPECT_EQ(TestDirectory::namesIn(home.path(".local/share/Trash/info")), QList<QByteArray>{});
+        EXPECT_EQ(TestDirectory::namesIn(home.path(".local/share/Trash/files")), QList<QByteArray>{});
+    }
+
+    const QByteArray text = QByteArray(10'000, 'x');
     const FilePath folder = top.makeDirectory("notes");
-    ::chmod(folder.bytes().constData(), 0777);
-    const FilePath note = top.write("notes/a.md", "text");
-    ::chmod(top.bytes().constData(), 0555);
+    const FilePath note = top.write("notes/a b.md", text);
+};
+
+TEST_F(NoMountTrash, GivesTheHomeTrashACopyOfANote) {
+    const test::WithoutPrivileges nobody;
+    const auto trashed = trash::moveToTrash(note);
+    ASSERT_TRUE(trashed) << trashed.error().localizedDescription().toStdString();
+    EXPECT_EQ(trashed->bytes(), data() + "/Trash/files/a b.md");
+    EXPECT_EQ(TestDirectory::contentsOf(*trashed), text);
+    EXPECT_EQ(fileStatus(*trashed)->modified.time_since_epoch().count(), 1'000'000'000'000'000'005);
+    EXPECT_EQ(infoIn(home.read(".local/share/Trash/info/a b.md.trashinfo")).path, top.bytes() + "/notes/a%20b.md");
+    EXPECT_EQ(TestDirectory::namesIn(folder), QList<QByteArray>{});
+    EXPECT_EQ(top.names(), QList<QByteArray>{"notes"});
+}
+
+TEST_F(NoMountTrash, NumbersTheCopyOfANote) {
+    const test::WithoutPrivileges nobody;
+    ASSERT_TRUE(trash::moveToTrash(note));
+    const auto trashed = trash::moveToTrash(top.write("notes/a b.md", "another"));
+    ASSERT_TRUE(trashed);
+    EXPECT_EQ(trashed->bytes(), data() + "/Trash/files/a b 2.md");
+    EXPECT_EQ(TestDirectory::contentsOf(*trashed), "another");
+}
+
+TEST_F(NoMountTrash, LeavesAFolderWhereItIs) {
+    const test::WithoutPrivileges nobody;
+    EXPECT_EQ(trash::moveToTrash(folder).error().code, EACCES);
+    expectNothingChanged();
+}
+
+TEST_F(NoMountTrash, LeavesANoteWhereItIsThatCannotBeCopied) {
+    const test::WithoutPrivileges nobody;
+    {
+        const test::FileSizeLimit limit(5000);
+        EXPECT_EQ(trash::moveToTrash(note).error().code, EFBIG);
+    }
+    expectNothingChanged();
+}
+
+TEST_F(NoMountTrash, LeavesANoteWhereItIsThatMayNotBeRemoved) {
+    ::chmod(folder.bytes().constData(), 0555);
     {
         const test::WithoutPrivileges nobody;
         EXPECT_EQ(trash::moveToTrash(note).error().code, EACCES);
     }
-    EXPECT_EQ(top.read("notes/a.md"), "text");
-    EXPECT_EQ(top.names(), QList<QByteArray>{"notes"});
+    ::chmod(folder.bytes().constData(), 0777);
+    expectNothingChanged();
+}
+
+TEST_F(NoMountTrash, LeavesANoteWhereItIsIfThereIsNoHomeTrashEither) {
+    qputenv("XDG_DATA_HOME", "/dev/null/data");
+    const test::WithoutPrivileges nobody;
+    EXPECT_EQ(trash::moveToTrash(note).error().code, EACCES);
+    expectNothingChanged();
+}
+
+TEST_F(NoMountTrash, IsWhatANewDirectoryOfAnotherUserIsToo) {
+    if (!test::canMakeFilesOfOthers()) {
+        GTEST_SKIP() << test::noOtherOwner;
+    }
+    // As where all files of a mount are the superuser's: what this thread makes isn't the user's own.
+    ::chmod(top.bytes().constData(), 0777);
+    const test::WithoutPrivileges nobody;
+    const auto trashed = trash::moveToTrash(note);
+    ASSERT_TRUE(trashed) << trashed.error().localizedDescription().toStdString();
+    EXPECT_EQ(trashed->bytes(), data() + "/Trash/files/a b.md");
+    EXPECT_EQ(top.names(), QList<QByteArray>{"notes"}) << "and none of it stays";
+}
+
+TEST_F(NoMountTrash, IsWhatADirectoryOnAnotherDeviceIsToo) {
+    ::chmod(top.bytes().constData(), 0755);
+    top.makeDirectory(".Trash-" + user);
+    top.makeLink(".Trash-" + user + "/files", notes.bytes());
+    const auto trashed = trash::moveToTrash(note);
+    ASSERT_TRUE(trashed) << trashed.error().localizedDescription().toStdString();
+    EXPECT_EQ(trashed->bytes(), data() + "/Trash/files/a b.md");
+    EXPECT_EQ(TestDirectory::namesIn(top.path(".Trash-" + user + "/info")), QList<QByteArray>{});
+    EXPECT_EQ(notes.names(), QList<QByteArray>{});
 }
 
 TEST_F(MountTrash, IsThatOfTheRealPlaceOfANoteReachedByALink) {
