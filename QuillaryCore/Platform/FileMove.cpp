@@ -24,17 +24,21 @@ Status<SystemError> statusOfCall(int result) {
     return Done();
 }
 
-/// The end of a move by a copy: one of both stays.
-Status<SystemError> removeCopied(const FilePath& source, const FilePath& copy) {
-    if (::unlink(source.bytes().constData()) == 0) {
+/// The end of a move by a second name or by a copy: only one of both stays.
+Status<SystemError> removeMoved(int sourceDirectory, const char* source, int destinationDirectory,
+                                const char* destination) {
+    if (::unlinkat(sourceDirectory, source, 0) == 0) {
         return Done();
     }
     const SystemError error = SystemError::last();
-    if (const auto status = fileStatus(source); !status) {
-        // Where even that can't be told, the copy may be all there is.
-        return status.error().code == ENOENT ? Status<SystemError>(Done()) : error;
+    // Over a network that may be the answer to the second asking, after the first one's was lost.
+    if (error.code == ENOENT) {
+        return Done();
     }
-    ::unlink(copy.bytes().constData());
+    // Where the source can't be seen any more, the destination may be all there is.
+    if (fileStatus(sourceDirectory, source)) {
+        ::unlinkat(destinationDirectory, destination, 0);
+    }
     return error;
 }
 
@@ -50,12 +54,7 @@ Status<SystemError> renameByLinking(int sourceDirectory, const char* source, int
     if (::linkat(sourceDirectory, source, destinationDirectory, destination, 0) != 0) {
         return SystemError::last();
     }
-    if (::unlinkat(sourceDirectory, source, 0) != 0) {
-        const SystemError error = SystemError::last();
-        ::unlinkat(destinationDirectory, destination, 0);
-        return error;
-    }
-    return Done();
+    return removeMoved(sourceDirectory, source, destinationDirectory, destination);
 }
 
 Status<SystemError> renameOntoClaim(int sourceDirectory, const char* source, int destinationDirectory,
@@ -140,7 +139,7 @@ Status<SystemError> moveFile(const FilePath& source, const FilePath& destination
         if (const auto copied = copyFile(source, destination); !copied) {
             return copied.error();
         }
-        return removeCopied(source, destination);
+        return removeMoved(AT_FDCWD, source.bytes().constData(), AT_FDCWD, destination.bytes().constData());
     }
     return renamed;
 }

@@ -350,7 +350,9 @@ FragileVolume::Bytes FragileVolume::answerToNames(const fuse_in_header& request,
         return error == 0 ? entry(name) : Bytes();
     }
     case FUSE_UNLINK:
-        return checked(::unlinkat(parent, spelled(parent, arguments).constData(), 0), error);
+        checked(::unlinkat(parent, spelled(parent, arguments).constData(), 0), error);
+        error = m_traits.repeatsRemovals ? ENOENT : error;
+        return {};
     case FUSE_RMDIR:
         return checked(::unlinkat(parent, spelled(parent, arguments).constData(), AT_REMOVEDIR), error);
     case FUSE_RENAME:
@@ -363,9 +365,15 @@ FragileVolume::Bytes FragileVolume::answerToNames(const fuse_in_header& request,
         }
         return rename(in.newdir, in.flags, arguments + sizeof(fuse_rename2_in));
     }
-    case FUSE_LINK:
+    case FUSE_LINK: {
+        const char* const name = arguments + sizeof(fuse_link_in);
         error = m_traits.linkError;
-        return {};
+        if (error == 0) {
+            const QByteArray file = pathOf(as<fuse_link_in>(arguments).oldnodeid);
+            checked(::linkat(AT_FDCWD, file.constData(), parent, name, AT_SYMLINK_FOLLOW), error);
+        }
+        return error == 0 ? entry(name) : Bytes();
+    }
     default: {
         const auto& in = as<fuse_create_in>(arguments);
         const char* const name = arguments + sizeof(fuse_create_in);

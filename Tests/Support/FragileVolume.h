@@ -23,11 +23,13 @@ struct VolumeTraits {
     bool ignoresCase = false;
     /// Gives the kind of an entry with its name.
     bool tellsKinds = true;
-    /// How it refuses renames that must not replace anything, if it does, and second names.
+    /// How it refuses renames that must not replace anything, and second names; 0 if it doesn't.
     int renameWithoutReplacingError = 0;
     int linkError = ENOSYS;
     /// Makes locks of whole files locks of their bytes, as NFS does: only who may write a file can have it alone.
     bool locksBytes = false;
+    /// Answers to a removal as if it had been asked a second time, as NFS may after a lost answer.
+    bool repeatsRemovals = false;
 };
 
 /// A volume as a share on a bad network is one: it shows a directory in another place, answers each request late if it

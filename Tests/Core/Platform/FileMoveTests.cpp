@@ -141,6 +141,24 @@ TEST(FileMove, ClaimsANameWhereverThereAreNoSecondNames) {
     }
 }
 
+TEST(FileMove, KeepsTheSecondNameOfAFileWhoseFirstIsGone) {
+    const TestDirectory shown;
+    const TestDirectory directory;
+    const test::FragileVolume volume(directory.bytes(), shown.bytes(),
+                                     {.renameWithoutReplacingError = EINVAL, .linkError = 0, .repeatsRemovals = true});
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << test::noVolume;
+    }
+    EXPECT_TRUE(moveFile(directory.write("a.md", "text"), directory.path("b.md")));
+    EXPECT_EQ(shown.names(), QList<QByteArray>{"b.md"});
+    EXPECT_EQ(shown.read("b.md"), "text");
+
+    const TestDirectory other;
+    EXPECT_TRUE(moveFile(directory.path("b.md"), other.path("c.md")));
+    EXPECT_EQ(shown.names(), QList<QByteArray>{});
+    EXPECT_EQ(other.read("c.md"), "text");
+}
+
 TEST(FileMove, ChangesTheCaseOfANameThatIsFree) {
     const TestDirectory directory;
     directory.write("Nota.md", "text");
