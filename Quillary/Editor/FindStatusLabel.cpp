@@ -26,7 +26,8 @@ void FindStatusLabel::follow(const FindController& find) {
                    : tr("Nessun risultato");
     }
     setText(text);
-    setToolTip(m_isError ? text : QString());
+    // A narrow bar has no room for its end.
+    setToolTip(text.trimmed());
     update();
 }
 

@@ -124,7 +124,10 @@ qreal TextLayout::contentWidth() const {
 }
 
 void TextLayout::look(const Row& row) {
-    layoutOf(m_index.placeOf(row.contents.location));
+    const Place place = m_index.placeOf(row.contents.location);
+    if (!m_index.at(place).measured) {
+        layoutOf(place);
+    }
 }
 
 /// Whether the first strong character of a line, if it comes soon, is one from right to left.

@@ -225,8 +225,7 @@ void ZoomableTextView::selectAll() {
 void ZoomableTextView::publishPrimarySelection() {
     QClipboard* clipboard = QGuiApplication::clipboard();
     if (clipboard->supportsSelection() && !m_selection.isEmpty()) {
-        m_offeredText = new OfferedText(m_storage, m_selection.range());
-        clipboard->setMimeData(m_offeredText, QClipboard::Selection);
+        clipboard->setMimeData(new OfferedText(m_storage, m_selection.range()), QClipboard::Selection);
     }
 }
 

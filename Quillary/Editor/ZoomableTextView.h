@@ -23,8 +23,6 @@ class QVariantAnimation;
 
 namespace quillary {
 
-class OfferedText;
-
 /// The text view of one note: a plain text editor over the note's own TextStorage, which does what a user expects of
 /// Qt's text widgets and leaves every unit that was not typed in as it is.
 ///
@@ -290,7 +288,6 @@ private:
     /// Where text that is being dragged over the view would go.
     std::optional<Spot> m_dropSpot;
     /// What was offered to a middle click last. It is the clipboard's.
-    QPointer<OfferedText> m_offeredText;
     /// What an edit is about to remove, kept only while somebody listens.
     QString m_removedText;
     QPoint m_doubleClickPosition;

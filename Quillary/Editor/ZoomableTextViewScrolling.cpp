@@ -262,10 +262,14 @@ void ZoomableTextView::zoomColumns(int left, qreal factor) {
         return;
     }
     const int width = std::max(1, viewport()->width() - 2 * horizontalInset);
-    const int x = qRound(m_layout.xOf(caretRow(), m_selection.caret));
+    const Row row = caretRow();
+    const int top = topOf(row);
+    const int x = qRound(m_layout.xOf(row, m_selection.caret));
     const qreal before = x / factor;
     const int zoomed = qRound(left * factor);
-    const bool showedCaret = before >= left && before <= left + width;
+    // Typing leaves the caret at the very edge, and places are whole pixels.
+    const bool showedCaret =
+        top > -m_layout.pitch() && top < viewport()->height() && before > left - 1 && before < left + width + 1;
     horizontalScrollBar()->setValue(showedCaret ? std::clamp(zoomed, x - width, x) : zoomed);
 }
 

@@ -470,7 +470,9 @@ TEST_F(FindBarTest, FitsIntoANarrowPane) {
     m_view.resize(300, 400);
     QCoreApplication::processEvents();
     EXPECT_FALSE(findField().geometry().intersects(button(u"Aa"_s).geometry()));
-    EXPECT_TRUE(bar().rect().contains(findField().geometry()));
+    const QWidget& last = button(u"Chiudi (⎋)"_s);
+    EXPECT_TRUE(bar().rect().contains(QRect(last.mapTo(&bar(), QPoint()), last.size())));
+    EXPECT_EQ(bar().findChild<FindStatusLabel*>()->toolTip(), status());
 }
 
 TEST_F(FindBarTest, SaysItsAnswerInFullWhereThereIsRoom) {

@@ -101,13 +101,26 @@ TEST_F(ZoomableTextViewTest, ZoomingKeepsTheColumnsOfALongLineOnShow) {
     m_view->setWraps(false);
     key(Qt::Key_End);
     ASSERT_TRUE(m_view->viewport()->rect().contains(m_view->caretRect()));
-    for (const double size : {14, 7, 10}) {
+    for (const double size : {10.5, 11.0, 11.25, 12.0, 13.0, 14.0, 15.0, 16.5, 18.0, 22.0, 7.0, 10.0}) {
         QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
         font.setPointSizeF(size);
         m_view->setEditorFont(font);
         const QRect caretRect = m_view->caretRect();
         EXPECT_TRUE(m_view->viewport()->rect().contains(caretRect)) << size << ' ' << caretRect.left();
     }
+}
+
+TEST_F(ZoomableTextViewTest, ZoomingFollowsNoCaretThatIsOutOfSight) {
+    open(QString(QString(40, u'x') + u'\n').repeated(200));
+    m_view->setWraps(false);
+    key(Qt::Key_End);
+    ASSERT_EQ(m_view->horizontalScrollBar()->value(), 0);
+    m_view->verticalScrollBar()->setValue(m_view->verticalScrollBar()->maximum());
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(20);
+    m_view->setEditorFont(font);
+    EXPECT_GT(m_view->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(m_view->horizontalScrollBar()->value(), 0);
 }
 
 TEST_F(ZoomableTextViewTest, CtrlAndTheWheelZoom) {
