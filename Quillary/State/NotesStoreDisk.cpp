@@ -254,13 +254,15 @@ void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info)
     if ((!isNewer && !mayHaveChanged) || item.isDirty()) {
         return;
     }
-    item.isSettled = NoteItem::isSettledSince(info.modified);
+    // A date of the future never settles: there one more look must do.
+    const bool isFuture = !isNewer && !wasSetBack && info.modified > now();
+    item.isSettled = isFuture || NoteItem::isSettledSince(info.modified);
     item.knownModificationDate = info.modified;
     item.setModified(info.modified);
     if (!item.document()) {
         return;
     }
-    const auto text = m_fileStore.read(item.url());
+    const auto text = m_fileStore.read(item.url(), info.size);
     if (!text || item.document()->equals(*text)) {
         return;
     }

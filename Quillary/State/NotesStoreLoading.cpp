@@ -101,11 +101,24 @@ void NotesStore::ensureLoaded(NoteItem& item) {
     if (item.document()) {
         return;
     }
+    const auto info = m_fileStore.info(item.url());
     auto text = m_fileStore.read(item.url());
     if (text) {
+        if (info) {
+            takeNewerDate(info->modified, item);
+        }
         attach(*text, NoteSnippet::make(*text, NoteItem::snippetLength), item);
     } else {
         item.setLoadError(localizedDescription(text.error()));
+    }
+}
+
+/// Lets a note know that its text is of a newer file than the one that was listed, which may still be written.
+void NotesStore::takeNewerDate(Moment modified, NoteItem& item) {
+    if (NoteItem::isLater(modified, item.knownModificationDate)) {
+        item.isSettled = NoteItem::isSettledSince(modified);
+        item.knownModificationDate = modified;
+        item.setModified(modified);
     }
 }
 
@@ -123,7 +136,7 @@ void NotesStore::preloadDocuments() {
     constexpr qsizetype rowsOfAWindow = 32;
     const auto read = [store = m_fileStore](const FilePath& url) -> std::optional<TextPreloader::Text> {
         const auto info = store.info(url);
-        const auto text = store.read(url);
+        const auto text = store.read(url, info ? std::optional(info->size) : std::nullopt);
         if (!info || !text) {
             return std::nullopt;
         }
@@ -169,6 +182,7 @@ void NotesStore::attachPreloaded(const TextPreloader::Text& text) {
             return;
         }
     }
+    takeNewerDate(text.modified, *note);
     attach(text.text, text.snippet, *note);
 }
 

@@ -13,11 +13,12 @@ namespace quillary {
 
 namespace {
 
-/// Reads until `size` bytes are there or the file ends; negative after a failure. Only a call that gives nothing tells
-/// the end: where something further on can't be read, a call gives what is before it, and the next one fails.
-qsizetype readAt(int file, char* bytes, qsizetype size, qsizetype offset) {
+/// Reads until `size` bytes are there, or the expected number, or the file ends; negative after a failure. Only a call
+/// that gives nothing tells the end: where something further on can't be read, a call gives what is before it, and the
+/// next one fails.
+qsizetype readAt(int file, char* bytes, qsizetype size, qsizetype offset, std::optional<qint64> expected = {}) {
     qsizetype total = 0;
-    while (total < size) {
+    while (total < size && total != expected) {
         const ssize_t length = ::pread(file, bytes + total, static_cast<std::size_t>(size - total), offset + total);
         if (length == 0) {
             break;
@@ -34,14 +35,14 @@ qsizetype readAt(int file, char* bytes, qsizetype size, qsizetype offset) {
 } // namespace
 
 Result<QByteArrayView, FileError> readFileContents(const FilePath& path, qint64 limit, SmallFileBuffer& small,
-                                                   QByteArray& large) {
+                                                   QByteArray& large, std::optional<qint64> expected) {
     // Without O_NONBLOCK the opening of a pipe would wait for its other end.
     const FileDescriptor file(::open(path.bytes().constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!file) {
         return FileError(SystemError::last());
     }
     // What is read by position is no pipe: a small note takes no look at its facts.
-    const qsizetype length = readAt(file.number(), small.data(), small.size(), 0);
+    const qsizetype length = readAt(file.number(), small.data(), small.size(), 0, expected);
     if (length < 0) {
         return FileError(SystemError::last());
     }

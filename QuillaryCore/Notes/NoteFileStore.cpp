@@ -207,8 +207,8 @@ std::optional<QString> NoteFileStore::folder(const FilePath& url) const {
     return parent == m_directory ? std::nullopt : std::optional(parent.fileName());
 }
 
-Result<QString, FileError> NoteFileStore::read(const FilePath& url) const {
-    return withFileContents(url, maxReadableBytes, &TextDecoder::decode);
+Result<QString, FileError> NoteFileStore::read(const FilePath& url, std::optional<qint64> expectedSize) const {
+    return withFileContents(url, maxReadableBytes, &TextDecoder::decode, expectedSize);
 }
 
 Result<Moment, FileError> NoteFileStore::write(QStringView text, const FilePath& url) const {

@@ -26,7 +26,7 @@ protected:
     }
 
     /// The date of a file that somebody may still be writing, however slow this machine is.
-    static Moment justNow() { return std::chrono::floor<std::chrono::seconds>(now()) + 60s; }
+    static Moment justNow() { return std::chrono::floor<std::chrono::seconds>(now()) + 60s + 500ms; }
 
     /// An edit as the editor makes it, with an undo step.
     void edit(const NoteItemPtr& item) const {
@@ -341,7 +341,8 @@ TEST_F(NotesStoreDisk, WhereDatesAreWholeSecondsAFileMayHaveChangedWithoutAnothe
         bool isReadAgain;
     };
 
-    const Case cases[] = {{justNow(), true}, {justNow() + 500ms, false}, {moment(1), false}};
+    const Moment wholeSecond = justNow() + 500ms;
+    const Case cases[] = {{wholeSecond, true}, {justNow(), false}, {moment(1), false}};
     for (const auto& [date, isReadAgain] : cases) {
         directory.write(u"a.md"_s, "prima");
         directory.setModified(u"a.md"_s, date);
@@ -354,8 +355,31 @@ TEST_F(NotesStoreDisk, WhereDatesAreWholeSecondsAFileMayHaveChangedWithoutAnothe
 
         EXPECT_EQ(a->document()->text(), isReadAgain ? u"prima e dopo"_s : u"prima"_s);
         EXPECT_EQ(a->revision(), isReadAgain ? 1 : 0);
+        // But not for ever, also if the date never comes to lie behind.
+        EXPECT_EQ(a->isSettled, date != justNow());
+    }
+}
+
+TEST_F(NotesStoreDisk, ATextThatIsReadWhileAnotherProgramWritesItIsReadAgainWhenThatHasSetTheDateBack) {
+    for (const bool isSelected : {false, true}) {
+        directory.write(u"a.md"_s);
+        directory.write(u"b.md"_s, "prima");
+        directory.setModified(u"b.md"_s, moment(1));
+        openStore();
+        const NoteItemPtr b = note(u"b"_s);
+        ASSERT_EQ(b->document(), nullptr);
+        directory.write(u"b.md"_s, "met");
+        directory.setModified(u"b.md"_s, justNow());
+        if (isSelected) {
+            select(u"b"_s);
+        }
+        ASSERT_TRUE(waitUntil([&b] { return b->document() != nullptr; }));
+
+        directory.write(u"b.md"_s, "metà e resto");
+        directory.setModified(u"b.md"_s, moment(1));
         store->refreshFromDisk();
-        EXPECT_EQ(a->revision(), isReadAgain ? 1 : 0);
+        EXPECT_EQ(b->document()->text(), u"metà e resto");
+        EXPECT_EQ(b->modified(), moment(1));
     }
 }
 
