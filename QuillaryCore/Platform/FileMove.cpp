@@ -77,8 +77,13 @@ Status<SystemError> renameOntoClaim(int sourceDirectory, const char* source, int
     }
     if (::renameat(sourceDirectory, source, destinationDirectory, destination) != 0) {
         const SystemError error = SystemError::last();
-        ::unlinkat(destinationDirectory, destination, isDirectory ? AT_REMOVEDIR : 0);
-        return error;
+        if (fileStatus(sourceDirectory, source)) {
+            ::unlinkat(destinationDirectory, destination, isDirectory ? AT_REMOVEDIR : 0);
+            return error;
+        }
+        // Where the source can't be seen any more, it may have been renamed all the same.
+        const auto moved = fileStatus(destinationDirectory, destination);
+        return moved && moved->isSameFile(*status) ? Status<SystemError>(Done()) : error;
     }
     return Done();
 }

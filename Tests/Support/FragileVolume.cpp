@@ -356,7 +356,9 @@ FragileVolume::Bytes FragileVolume::answerToNames(const fuse_in_header& request,
     case FUSE_RMDIR:
         return checked(::unlinkat(parent, spelled(parent, arguments).constData(), AT_REMOVEDIR), error);
     case FUSE_RENAME:
-        return rename(as<fuse_rename_in>(arguments).newdir, 0, arguments + sizeof(fuse_rename_in));
+        rename(as<fuse_rename_in>(arguments).newdir, 0, arguments + sizeof(fuse_rename_in));
+        error = m_traits.repeatsRenamings ? ENOENT : error;
+        return {};
     case FUSE_RENAME2: {
         const auto& in = as<fuse_rename2_in>(arguments);
         if ((in.flags & RENAME_NOREPLACE) != 0 && m_traits.renameWithoutReplacingError != 0) {

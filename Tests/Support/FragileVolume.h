@@ -30,6 +30,8 @@ struct VolumeTraits {
     bool locksBytes = false;
     /// Answers to a removal as if it had been asked a second time, as NFS may after a lost answer.
     bool repeatsRemovals = false;
+    /// The same for a renaming onto what is there.
+    bool repeatsRenamings = false;
 };
 
 /// A volume as a share on a bad network is one: it shows a directory in another place, answers each request late if it

@@ -159,6 +159,19 @@ TEST(FileMove, KeepsTheSecondNameOfAFileWhoseFirstIsGone) {
     EXPECT_EQ(other.read("c.md"), "text");
 }
 
+TEST(FileMove, KeepsAFileThatWasRenamedOntoItsClaimAlthoughTheAnswerWasAnother) {
+    const TestDirectory shown;
+    const TestDirectory directory;
+    const test::FragileVolume volume(directory.bytes(), shown.bytes(),
+                                     {.renameWithoutReplacingError = EINVAL, .repeatsRenamings = true});
+    if (!volume.isMounted()) {
+        GTEST_SKIP() << test::noVolume;
+    }
+    EXPECT_TRUE(moveFile(directory.write("a.md", "text"), directory.path("b.md")));
+    EXPECT_EQ(shown.names(), QList<QByteArray>{"b.md"});
+    EXPECT_EQ(shown.read("b.md"), "text");
+}
+
 TEST(FileMove, ChangesTheCaseOfANameThatIsFree) {
     const TestDirectory directory;
     directory.write("Nota.md", "text");
