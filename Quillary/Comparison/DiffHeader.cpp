@@ -18,13 +18,14 @@ DiffHeader::DiffHeader(QWidget* parent)
       m_old(new NotePill(Theme::diffRemoved, this)),
       m_new(new NotePill(Theme::diffAdded, this)),
       m_stats(new StatsView(this)),
-      m_modes(new SegmentedPicker(this, SegmentedPicker::Place::toolbar)),
-      m_showsAllLines(new QCheckBox(tr("Tutte le righe"), this)) {
+      m_modes(new SegmentedPicker(this, SegmentedPicker::Place::toolbar)) {
+    // Made in the order in which the Tab key goes through them.
     QToolButton* const swap = addButton(tr("Scambia i lati"));
     swap->setIcon(symbolIcon(Symbol::swap));
     connect(swap, &QToolButton::clicked, this, &DiffHeader::swapRequested);
 
     fillPicker();
+    m_showsAllLines = new QCheckBox(tr("Tutte le righe"), this);
 
     QToolButton* const close = addButton(tr("Chiudi il confronto (⎋)"));
     close->setIcon(symbolIcon(Symbol::close));
@@ -46,9 +47,6 @@ DiffHeader::DiffHeader(QWidget* parent)
     layout->addWidget(m_modes);
     layout->addWidget(m_showsAllLines);
     layout->addWidget(close);
-
-    setTabOrder(m_modes->lastSegment(), m_showsAllLines);
-    setTabOrder(m_showsAllLines, close);
 }
 
 QToolButton* DiffHeader::addButton(const QString& help) {

@@ -11,6 +11,7 @@
 #include "Quillary/Theme/Theme.h"
 #include "QuillaryCore/Compare/TextDiff.h"
 
+#include <QFocusEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -74,7 +75,6 @@ DiffView::DiffView(NotesStore& store, AppSettings& settings, QWidget* parent)
     layout->addWidget(m_header);
     layout->addWidget(new Hairline(Qt::Horizontal, this));
     layout->addWidget(m_body, 1);
-    setFocusProxy(m_list);
     setAccessibleName(tr("Confronto"));
 
     connect(m_header, &DiffHeader::swapRequested, &m_store, &NotesStore::swapComparison);
@@ -127,6 +127,11 @@ QWidget* DiffView::makeIdenticalState() {
     layout->addWidget(text, 0, Qt::AlignHCenter);
     layout->addStretch(3);
     return state;
+}
+
+/// No proxy, which the Tab key would take for a stop, and pass by all before it.
+void DiffView::focusInEvent(QFocusEvent* event) {
+    m_list->setFocus(event->reason());
 }
 
 void DiffView::follow() {

@@ -43,6 +43,9 @@ Q_SIGNALS:
     /// The result of a pair stands and is on show.
     void resultReady();
 
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+
 private:
     /// The two notes in their order.
     struct Pair {

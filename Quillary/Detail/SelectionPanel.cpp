@@ -9,6 +9,7 @@
 #include "Quillary/Theme/Theme.h"
 #include "Quillary/Theme/WrappingLabel.h"
 
+#include <QFocusEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -144,12 +145,16 @@ void SelectionPanel::setItems(const QList<NoteItemPtr>& items) {
     m_compare->setVisible(isPair());
     m_compare->setDefault(isPair());
     m_newFolder->setDefault(!isPair());
-    setFocusProxy(isPair() ? m_compare : m_newFolder);
     m_hints->setText(isPair()
                          ? tr("↩ confronta  ·  ⌘G nuova cartella  ·  ⌘-clic per cambiare selezione  ·  ⎋ annulla")
                          : tr("↩ oppure ⌘G nuova cartella con le note  ·  trascinale su una cartella  ·  ⎋ annulla"));
     update();
     arrange();
+}
+
+/// No proxy, which the Tab key would take for a stop, and pass by all before it.
+void SelectionPanel::focusInEvent(QFocusEvent* event) {
+    (isPair() ? m_compare : m_newFolder)->setFocus(event->reason());
 }
 
 void SelectionPanel::update() {

@@ -32,6 +32,7 @@ public:
     bool performKey(int key);
 
 protected:
+    void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     QSize viewportSizeHint() const override;

@@ -7,6 +7,7 @@
 #include "Quillary/Theme/PaddedButton.h"
 #include "QuillaryCore/Formats/JSONFormatter.h"
 
+#include <QFocusEvent>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -101,6 +102,11 @@ void JSONPreview::rebuild(const QString& text, double baseSize) {
     }
 }
 
+/// No proxy, which the Tab key would take for a stop, and pass by all before it.
+void JSONPreview::focusInEvent(QFocusEvent* event) {
+    (m_invalid ? static_cast<QWidget*>(m_invalid) : m_rows)->setFocus(event->reason());
+}
+
 void JSONPreview::showValue(const JSONValue& value) {
     const int top = m_rows->indexAt({0, 0}).row();
     const JSONPath path = top >= 0 ? m_model->row(top).path() : JSONPath();
@@ -111,14 +117,12 @@ void JSONPreview::showValue(const JSONValue& value) {
     if (top > 0 && top < m_model->rowCount() && m_model->row(top).path() == path) {
         m_rows->scrollTo(m_model->index(top), QAbstractItemView::PositionAtTop);
     }
-    setFocusProxy(m_rows);
 }
 
 void JSONPreview::showError(const JSONParseError& error) {
     m_model->setValue(JSONValue());
     m_invalid = new InvalidJSONView(error, m_source, m_baseSize, this);
     m_layout->addWidget(m_invalid, 1);
-    setFocusProxy(m_invalid);
 }
 
 void JSONPreview::changeRows(void (JSONRowsModel::*change)()) {

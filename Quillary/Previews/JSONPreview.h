@@ -41,6 +41,9 @@ public:
     /// the text, although what prettyPrinted() makes may be a hundred times as long.
     static bool isPrettyPrinted(QStringView text, const JSONValue& value);
 
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+
 private:
     void showValue(const JSONValue& value);
     void showError(const JSONParseError& error);

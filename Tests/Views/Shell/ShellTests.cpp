@@ -8,6 +8,7 @@
 #include "Quillary/State/NoteDocument.h"
 #include "Quillary/Theme/Palettes.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFile>
 #include <QImage>
@@ -23,6 +24,7 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <functional>
 
 using namespace quillary;
 using namespace Qt::StringLiterals;
@@ -36,6 +38,20 @@ QMessageBox* shownBox(const QWidget& window) {
         return box != nullptr && box->isVisible();
     };
     return QTest::qWaitFor(isShown) ? window.findChild<QMessageBox*>() : nullptr;
+}
+
+/// The stops of the keyboard, round a window with a key from wherever it is.
+QStringList stops(Qt::Key key) {
+    QStringList names;
+    constexpr int most = 60;
+    const QWidget* const first = QApplication::focusWidget();
+    for (QWidget* stop = QApplication::focusWidget(); names.size() < most && (names.isEmpty() || stop != first);
+         stop = QApplication::focusWidget()) {
+        const auto* const button = qobject_cast<QAbstractButton*>(stop);
+        names.append(button != nullptr && !button->text().isEmpty() ? button->text() : stop->accessibleName());
+        QTest::keyClick(stop, key);
+    }
+    return names;
 }
 
 } // namespace
@@ -210,6 +226,55 @@ TEST(MainWindow, ATitleIsEditedFromTheMenuOfANoteWhileOthersAreSelected) {
         ASSERT_NE(field, nullptr);
         EXPECT_TRUE(field->hasFocus());
         EXPECT_EQ(field->text(), title);
+    }
+}
+
+TEST(MainWindow, TheTabKeyGoesToEveryControlOfThePane) {
+    NotesFolder folder(
+        {{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"c.md"_s, u"gamma"_s}, {u"d.json"_s, u"[1]"_s}});
+    NotesStore& store = folder.store();
+    MainWindow window(store, folder.settings(), folder.find(), folder.keyboard(), folder.solo());
+    window.resize(1000, 700);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto id = [&folder](const QString& title) { return folder.note(title)->id(); };
+
+    struct Case {
+        std::function<void()> show;
+        QStringList controls;
+    };
+
+    const Case cases[] = {
+        {[&] {
+             store.setMultiSelection({id(u"a"_s), id(u"b"_s)});
+         },
+         {u"Scambia A e B"_s, u"Annulla"_s, u"Sposta in"_s, u"Nuova cartella"_s, u"Confronta differenze"_s}},
+        {[&] { store.showDiff(); },
+         {u"Scambia i lati"_s, u"Affiancato"_s, u"Tutte le righe"_s, u"Chiudi il confronto (⎋)"_s, u"Confronto"_s}},
+        {[&] {
+             store.setMultiSelection({id(u"a"_s), id(u"b"_s), id(u"c"_s)});
+         },
+         {u"Annulla"_s, u"Sposta in"_s, u"Nuova cartella"_s}},
+        {[&] {
+             store.clearMultiSelection();
+             store.reveal(*folder.note(u"d"_s), true);
+         },
+         {u"Formatta testo"_s, u"Espandi tutto"_s, u"Comprimi"_s, u"Albero JSON"_s}},
+    };
+    for (const auto& [show, controls] : cases) {
+        show();
+        QTest::qWait(0);
+        ASSERT_NE(QApplication::focusWidget(), nullptr);
+        const QStringList forwards = stops(Qt::Key_Tab);
+        QStringList found = forwards;
+        found.removeIf([&controls = controls](const QString& name) { return !controls.contains(name); });
+        // The walk begins somewhere among them.
+        const qsizetype start = std::max<qsizetype>(0, controls.indexOf(found.value(0)));
+        EXPECT_EQ(found, controls.mid(start) + controls.mid(0, start)) << forwards.join(u", "_s).toStdString();
+        QStringList backwards = stops(Qt::Key_Backtab);
+        std::reverse(backwards.begin() + 1, backwards.end());
+        EXPECT_EQ(backwards, forwards);
     }
 }
 
