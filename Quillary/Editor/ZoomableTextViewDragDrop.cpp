@@ -62,8 +62,8 @@ void ZoomableTextView::startDrag() {
         return;
     }
     m_isDraggingSelection = false;
-    // Its own drop has moved it already, or left it where it was.
-    const bool wentElsewhere = done == Qt::MoveAction && drag->target() != viewport();
+    // Its own drop has moved it already, or left it where it was, and fields of this program are given a copy.
+    const bool wentElsewhere = done == Qt::MoveAction && drag->target() == nullptr;
     if (wentElsewhere && m_storage.revision() == revision) {
         removeRange(dragged, EditKind::other);
     }

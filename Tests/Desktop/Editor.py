@@ -3,7 +3,7 @@
 import unittest
 
 from desktop import DesktopTest
-from program import EDITOR, Atspi
+from program import EDITOR, Atspi, middle
 from screen import drag, held, wait_for, xdotool
 
 SOURCES = {
@@ -128,6 +128,15 @@ class Editor(DesktopTest):
         program.type("x")
         self.expect_text(program, "xtre")
         program.keys("ctrl+z")
+        self.expect_text(program, "uno due tre")
+
+    def test_text_that_is_dragged_into_a_field_stays_in_the_note(self):
+        self.write("Nota.txt", "uno due tre")
+        program = self.start()
+        self.open(program, "Nota")
+        program.keys("ctrl+Home", "shift+ctrl+Right")
+        drag(self.place(program, 1), middle(program.find("text", "Cerca")))
+        wait_for("the search", lambda: Atspi.Text.get_text(program.find("text", "Cerca"), 0, -1) == "uno ")
         self.expect_text(program, "uno due tre")
 
     def test_source_text_is_coloured_in_light_and_in_dark_with_the_find_bar_over_it(self):
