@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -34,7 +35,7 @@ SettingsView::SettingsView(AppSettings* settings, NotesStore* store, KeyboardCon
     layout->addWidget(tabs);
 
     auto* const closing = new QAction(this);
-    closing->setShortcuts({Qt::CTRL | Qt::Key_W, Qt::Key_Escape});
+    closing->setShortcut(Qt::CTRL | Qt::Key_W);
     connect(closing, &QAction::triggered, this, &QWidget::close);
     addAction(closing);
 }
@@ -43,6 +44,15 @@ void SettingsView::present() {
     show();
     raise();
     activateWindow();
+}
+
+/// As a shortcut Escape would be taken from a list that is open.
+void SettingsView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void SettingsView::changeEvent(QEvent* event) {

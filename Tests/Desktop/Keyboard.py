@@ -6,7 +6,7 @@ import subprocess
 import unittest
 
 from desktop import DesktopTest
-from program import EDITOR
+from program import EDITOR, has_state
 from screen import activate, ask_xdotool, find_window, wait_for, xdotool
 
 SUMMON = "super+alt+n"
@@ -118,6 +118,20 @@ class Keyboard(DesktopTest):
     @staticmethod
     def expect_shown(program, name, shown):
         wait_for(f"{name}: {shown}", lambda: program.find("check box", f"{name}: {shown}"))
+
+    def test_escape_closes_an_open_list_and_only_then_the_settings(self):
+        program = self.start_with_notes()
+        program.keys("ctrl+comma")
+        wait_for("the settings", self.find_settings)
+        theme = wait_for("the themes", lambda: program.find("combo box", "Sistema"))
+        for _ in range(2):
+            program.click_node(theme)
+            wait_for("the list", lambda: has_state(theme, "EXPANDED"))
+            program.keys("Escape")
+            wait_for("no list", lambda: not has_state(theme, "EXPANDED"))
+            self.assertTrue(self.find_settings())
+        program.keys("Escape")
+        wait_for("no settings", lambda: not self.find_settings())
 
     # The hot key
 
