@@ -78,6 +78,10 @@ public:
 
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
+        if (!index.isValid()) {
+            QToolTip::hideText();
+            return false;
+        }
         return showCellTip(*event, *view->viewport(), option.rect, index.data().toString(),
                            index.data(Qt::EditRole).toString());
     }

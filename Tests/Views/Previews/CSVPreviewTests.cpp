@@ -6,13 +6,16 @@
 #include "Quillary/Theme/Palettes.h"
 #include "Quillary/Theme/Theme.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 #include <QtMath>
 
 #include <gtest/gtest.h>
@@ -296,4 +299,14 @@ TEST(CSVPreview, ShowsTablesOfAnyShape) {
     one.headerBox().click();
     one.grid().viewport()->repaint();
     EXPECT_LT(one.cell(0, 0).size(), 1000);
+}
+
+TEST(CSVPreview, TheGroundBesideTheCellsHasNoToolTip) {
+    const CSVPreviewOf preview(u"a,b\n1,2"_s);
+    QWidget* const viewport = preview.grid().viewport();
+    const QPoint place(viewport->width() - 5, viewport->height() - 5);
+    ASSERT_FALSE(preview.grid().indexAt(place).isValid());
+    QHelpEvent event(QEvent::ToolTip, place, viewport->mapToGlobal(place));
+    QApplication::sendEvent(viewport, &event);
+    EXPECT_FALSE(QToolTip::isVisible());
 }
