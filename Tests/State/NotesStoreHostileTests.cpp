@@ -100,6 +100,14 @@ private:
 
 class NotesStoreHostile : public NotesStoreTest {
 protected:
+    /// Opens the store over a note in a folder and one at the top.
+    void openTwoNotes() {
+        directory.makeFolder(u"Casa"_s);
+        directory.write(u"Casa/a.md"_s, "prima");
+        directory.write(u"b.md"_s, "prima");
+        openStore();
+    }
+
     /// Everything that lies in the directory, hidden entries included.
     QStringList entries() const {
         return QDir(directory.path().text()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -195,10 +203,7 @@ TEST_F(NotesStoreHostile, AVolumeThatGoesAwayFromItsMountPointKeepsItsNotesAndCo
     }
     Volume volume(directory.path(), contents.path());
     ASSERT_TRUE(volume.isMounted());
-    directory.makeFolder(u"Casa"_s);
-    directory.write(u"Casa/a.md"_s, "prima");
-    directory.write(u"b.md"_s, "prima");
-    openStore();
+    openTwoNotes();
     const NoteItemPtr b = note(u"b"_s);
     select(u"b"_s);
     b->setDirty(true);
@@ -231,10 +236,7 @@ TEST_F(NotesStoreHostile, NothingIsPutWhereAnUnmountedVolumeWas) {
     }
     Volume volume(directory.path(), contents.path());
     ASSERT_TRUE(volume.isMounted());
-    directory.makeFolder(u"Casa"_s);
-    directory.write(u"Casa/a.md"_s, "prima");
-    directory.write(u"b.md"_s, "prima");
-    openStore();
+    openTwoNotes();
     const QList<NoteItemPtr> notes = store->notes();
     const NoteItemPtr b = note(u"b"_s);
     store->ensureLoaded(*b);
