@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 
 OfferedText::OfferedText(const TextStorage& storage, TextRange range) : m_storage(&storage), m_range(range) {
     connect(&storage, &TextStorage::aboutToChange, this, &OfferedText::keep);
+    connect(&storage, &TextStorage::aboutToEnd, this, &OfferedText::keep);
 }
 
 void OfferedText::keep() {

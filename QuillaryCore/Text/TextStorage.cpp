@@ -42,7 +42,7 @@ TextStorage::TextStorage(QString text, qsizetype pageUnits, QObject* parent)
     : QObject(parent), m_contents(std::make_unique<Contents>(std::move(text), pageUnits)) {}
 
 TextStorage::~TextStorage() {
-    Q_EMIT aboutToChange();
+    Q_EMIT aboutToEnd();
 }
 
 qsizetype TextStorage::length() const {

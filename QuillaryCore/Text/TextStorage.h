@@ -100,8 +100,11 @@ public:
     std::span<const TextChange> steps() const;
 
 Q_SIGNALS:
-    /// Before each single change, brackets or not, and before the text ends, while it is as it was.
+    /// Before each single change, brackets or not, while the text is as it was.
     void aboutToChange();
+
+    /// Before the text ends, while it is still there.
+    void aboutToEnd();
 
     /// After each change, or each bracket with changes. Listeners must not change the text from here.
     void changed(const quillary::TextChange& change);
