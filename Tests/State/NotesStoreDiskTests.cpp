@@ -403,7 +403,7 @@ TEST_F(NotesStoreDisk, AFileThatHasBecomeOlderIsReadInTheBackgroundToo) {
     openStore();
     const NoteItemPtr b = note(u"b"_s);
     ASSERT_TRUE(waitUntil([this] { return note(u"a"_s)->document() != nullptr; }));
-    directory.write(u"b.md"_s, "dalla copia di riserva");
+    directory.replace(u"b.md"_s, "dalla copia di riserva");
     directory.setModified(u"b.md"_s, moment(1));
 
     store->refreshFromDisk();
