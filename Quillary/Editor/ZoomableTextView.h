@@ -101,7 +101,7 @@ public:
 
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
-    /// Lets the input method finish what it is composing where it is, before the caret or another note comes elsewhere.
+    /// Lets the input method finish what it is composing where it is, before the caret goes elsewhere.
     void commitPreedit();
 
     /// Called for each zoom step that the user makes, with +1 or -1.
@@ -287,7 +287,6 @@ private:
     qreal m_blankWidthOnShow = 1;
     /// Where text that is being dragged over the view would go.
     std::optional<Spot> m_dropSpot;
-    /// What was offered to a middle click last. It is the clipboard's.
     /// What an edit is about to remove, kept only while somebody listens.
     QString m_removedText;
     QPoint m_doubleClickPosition;

@@ -41,7 +41,7 @@ void ZoomableTextView::inputMethodEvent(QInputMethodEvent* event) {
     } else if (isInput && !m_selection.isEmpty()) {
         removeRange(m_selection.range(), EditKind::other);
     }
-    if (!isTyped && (!event->commitString().isEmpty() || event->replacementLength() > 0)) {
+    if (!isTyped) {
         const qsizetype start =
             std::clamp<qsizetype>(m_selection.caret + event->replacementStart(), 0, m_storage.length());
         const qsizetype end = std::clamp<qsizetype>(start + event->replacementLength(), start, m_storage.length());
