@@ -100,14 +100,6 @@ private:
 
 class NotesStoreHostile : public NotesStoreTest {
 protected:
-    /// Opens the store over a note in a folder and one at the top.
-    void openTwoNotes() {
-        directory.makeFolder(u"Casa"_s);
-        directory.write(u"Casa/a.md"_s, "prima");
-        directory.write(u"b.md"_s, "prima");
-        openStore();
-    }
-
     /// Everything that lies in the directory, hidden entries included.
     QStringList entries() const {
         return QDir(directory.path().text()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -196,20 +188,41 @@ TEST_F(NotesStoreHostile, AVolumeThatBecomesReadOnlyRefusesEverythingAndLosesNot
     EXPECT_TRUE(isSavedAfterTheNextEdit(a, u"dopo ancora"_s));
 }
 
-TEST_F(NotesStoreHostile, AVolumeThatGoesAwayFromItsMountPointKeepsItsNotesAndComesBack) {
-    const MountedFileSystem contents = MountedFileSystem::inMemory({});
-    if (!contents.isMounted()) {
-        GTEST_SKIP() << noMounts;
+/// A store whose directory is the mount point of a volume.
+class NotesStoreMountPoint : public NotesStoreHostile {
+protected:
+    void SetUp() override {
+        if (!contents.isMounted()) {
+            GTEST_SKIP() << noMounts;
+        }
+        mount();
     }
-    Volume volume(directory.path(), contents.path());
-    ASSERT_TRUE(volume.isMounted());
+
+    void mount() {
+        volume.emplace(directory.path(), contents.path());
+        ASSERT_TRUE(volume->isMounted());
+    }
+
+    /// Opens the store over a note in a folder and one at the top.
+    void openTwoNotes() {
+        directory.makeFolder(u"Casa"_s);
+        directory.write(u"Casa/a.md"_s, "prima");
+        directory.write(u"b.md"_s, "prima");
+        openStore();
+    }
+
+    const MountedFileSystem contents = MountedFileSystem::inMemory({});
+    std::optional<Volume> volume;
+};
+
+TEST_F(NotesStoreMountPoint, AVolumeThatGoesAwayFromItsMountPointKeepsItsNotesAndComesBack) {
     openTwoNotes();
     const NoteItemPtr b = note(u"b"_s);
     select(u"b"_s);
     b->setDirty(true);
 
     // What is left is an empty directory, which can be listed.
-    volume.unmount();
+    volume->unmount();
     runEventLoop(400ms);
     store->refreshFromDisk();
     ASSERT_TRUE(entries().isEmpty());
@@ -219,7 +232,7 @@ TEST_F(NotesStoreHostile, AVolumeThatGoesAwayFromItsMountPointKeepsItsNotesAndCo
     EXPECT_TRUE(b->isDirty());
     EXPECT_EQ(store->errorMessage(), std::nullopt);
 
-    const Volume again(directory.path(), contents.path());
+    mount();
     directory.write(u"c.md"_s);
     ASSERT_TRUE(waitUntil([this] { return note(u"c"_s) != nullptr; }));
     EXPECT_EQ(note(u"b"_s), b);
@@ -229,20 +242,14 @@ TEST_F(NotesStoreHostile, AVolumeThatGoesAwayFromItsMountPointKeepsItsNotesAndCo
     EXPECT_TRUE(waitUntil([this] { return note(u"d"_s) != nullptr; }));
 }
 
-TEST_F(NotesStoreHostile, NothingIsPutWhereAnUnmountedVolumeWas) {
-    const MountedFileSystem contents = MountedFileSystem::inMemory({});
-    if (!contents.isMounted()) {
-        GTEST_SKIP() << noMounts;
-    }
-    Volume volume(directory.path(), contents.path());
-    ASSERT_TRUE(volume.isMounted());
+TEST_F(NotesStoreMountPoint, NothingIsPutWhereAnUnmountedVolumeWas) {
     openTwoNotes();
     const QList<NoteItemPtr> notes = store->notes();
     const NoteItemPtr b = note(u"b"_s);
     store->ensureLoaded(*b);
     type(b, u"dopo"_s);
 
-    volume.unmount();
+    volume->unmount();
     EXPECT_FALSE(store->save(*b));
     EXPECT_EQ(failure(), u"Impossibile salvare «b».");
     EXPECT_EQ(store->makeNote(u"c"_s, u"testo"_s), nullptr);
@@ -256,7 +263,7 @@ TEST_F(NotesStoreHostile, NothingIsPutWhereAnUnmountedVolumeWas) {
     EXPECT_EQ(store->notes(), notes);
     EXPECT_TRUE(b->isDirty());
 
-    const Volume again(directory.path(), contents.path());
+    mount();
     EXPECT_NE(store->makeNote(u"c"_s, u"testo"_s), nullptr);
     EXPECT_TRUE(store->save(*b));
     EXPECT_EQ(directory.contents(u"b.md"_s), "dopo");
@@ -280,20 +287,14 @@ TEST_F(NotesStoreHostile, AVolumeThatIsBackAsAnotherOneTakesANewNoteAtOnce) {
     EXPECT_EQ(directory.contents(u"b.md"_s), "testo");
 }
 
-TEST_F(NotesStoreHostile, ADirectoryIsNotMadeAnewWhereItsVolumeWas) {
-    const MountedFileSystem contents = MountedFileSystem::inMemory({});
-    if (!contents.isMounted()) {
-        GTEST_SKIP() << noMounts;
-    }
-    Volume volume(directory.path(), contents.path());
-    ASSERT_TRUE(volume.isMounted());
+TEST_F(NotesStoreMountPoint, ADirectoryIsNotMadeAnewWhereItsVolumeWas) {
     directory.makeFolder(u"Note"_s);
     directory.write(u"Note/a.md"_s);
     openStore();
     store->changeDirectory(directory.path(u"Note"_s));
     ASSERT_EQ(titles(), QStringList(u"a"_s));
 
-    volume.unmount();
+    volume->unmount();
     EXPECT_EQ(store->makeNote(u"b"_s, u"testo"_s), nullptr);
     EXPECT_TRUE(entries().isEmpty());
     EXPECT_EQ(titles(), QStringList(u"a"_s));
