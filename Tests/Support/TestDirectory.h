@@ -2,10 +2,11 @@
 
 #include "QuillaryCore/Platform/FilePath.h"
 
+#include "Tests/Support/TemporaryDirectory.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QList>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,6 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -28,17 +28,6 @@ public:
     /// Within another directory, as one on another file system; that one cleans up.
     explicit TestDirectory(const QByteArray& path)
         : m_path(path.isEmpty() ? QFile::encodeName(m_temporary.path()) : path) {}
-
-    TestDirectory(const TestDirectory&) = delete;
-    TestDirectory& operator=(const TestDirectory&) = delete;
-
-    /// By bytes: Qt doesn't find names that are no text.
-    ~TestDirectory() {
-        std::error_code error;
-        for (const QByteArray& name : names()) {
-            std::filesystem::remove_all(path(name).bytes().toStdString(), error);
-        }
-    }
 
     const QByteArray& bytes() const { return m_path; }
 
@@ -121,7 +110,7 @@ public:
     }
 
 private:
-    QTemporaryDir m_temporary;
+    TemporaryDirectory m_temporary;
     QByteArray m_path;
 };
 

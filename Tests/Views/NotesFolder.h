@@ -6,9 +6,10 @@
 #include "Quillary/State/AppSettings.h"
 #include "Quillary/State/NotesStore.h"
 
+#include "Tests/Support/TemporaryDirectory.h"
+
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -69,7 +70,7 @@ public:
     }
 
 private:
-    QTemporaryDir m_directory;
+    test::TemporaryDirectory m_directory;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<NotesStore> m_store;
     std::unique_ptr<FindController> m_find;
