@@ -15,10 +15,10 @@ namespace {
 
 /// Reads until `size` bytes are there, or the expected number, or the file ends; negative after a failure. Only a call
 /// that gives nothing tells the end: where something further on can't be read, a call gives what is before it, and the
-/// next one fails.
+/// next one fails. That a file is empty is never believed: it may just be written, or its size be told by nobody.
 qsizetype readAt(int file, char* bytes, qsizetype size, qsizetype offset, std::optional<qint64> expected = {}) {
     qsizetype total = 0;
-    while (total < size && total != expected) {
+    while (total < size && (total == 0 || total != expected)) {
         const ssize_t length = ::pread(file, bytes + total, static_cast<std::size_t>(size - total), offset + total);
         if (length == 0) {
             break;

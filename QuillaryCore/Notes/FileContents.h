@@ -16,7 +16,8 @@ namespace quillary {
 using SmallFileBuffer = std::array<char, 64 * 1024>;
 
 /// The bytes of an ordinary file, in `small` if they fit in, else in `large`. A file of more than `limit` bytes is
-/// refused with fileTooLarge. A size that is expected, as it was a moment ago, saves a call where it is still true.
+/// refused with fileTooLarge. A size that is expected, as it was a moment ago, saves a call where it is still true and
+/// not zero.
 Result<QByteArrayView, FileError> readFileContents(const FilePath& path, qint64 limit, SmallFileBuffer& small,
                                                    QByteArray& large, std::optional<qint64> expected = {});
 

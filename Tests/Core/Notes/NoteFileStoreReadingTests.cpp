@@ -82,6 +82,17 @@ TEST_F(NoteFileStoreReading, FailsWithTheSystemsErrorWhereThereIsNothingToRead) 
     EXPECT_EQ(systemCode(store.read(directory.path("a.md"))), EACCES);
 }
 
+TEST_F(NoteFileStoreReading, ReadsTheWholeTextWhateverSizeIsExpected) {
+    for (const qsizetype size : {0, 1, 40'000, 200'000}) {
+        const FilePath url = directory.write("a.md", QByteArray(size, 'x'));
+        for (const qint64 expected : {qint64(0), qint64(1), qint64(size), qint64(size + 1)}) {
+            const auto text = store.read(url, expected);
+            ASSERT_TRUE(text) << size << ' ' << expected;
+            EXPECT_EQ(text->size(), size) << expected;
+        }
+    }
+}
+
 TEST_F(NoteFileStoreReading, TakesNoPartOfANoteForTheWhole) {
     const TestDirectory shown;
     // Below the size of the first call, and above it.
