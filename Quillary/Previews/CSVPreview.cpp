@@ -65,8 +65,12 @@ void CSVPreview::rebuild(const QString& text, double baseSize) {
     m_grid->verticalScrollBar()->setValue(qRound(place.y() * growth));
     const bool hasData = m_table.rowCount() > 0;
     m_body->setCurrentWidget(hasData ? m_grid : m_noData);
-    setFocusProxy(hasData ? static_cast<QWidget*>(m_grid) : m_headerBox);
     showHeader();
+}
+
+/// No proxy, which the Tab key would take for a stop, and pass by all before it.
+void CSVPreview::focusInEvent(QFocusEvent* event) {
+    (m_table.rowCount() > 0 ? static_cast<QWidget*>(m_grid) : m_headerBox)->setFocus(event->reason());
 }
 
 void CSVPreview::setFirstRowIsHeader(bool isHeader) {

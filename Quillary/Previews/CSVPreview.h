@@ -39,6 +39,9 @@ public:
 
     void setFirstRowIsHeader(bool isHeader);
 
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+
 private:
     void showHeader();
 

@@ -230,8 +230,11 @@ TEST(MainWindow, ATitleIsEditedFromTheMenuOfANoteWhileOthersAreSelected) {
 }
 
 TEST(MainWindow, TheTabKeyGoesToEveryControlOfThePane) {
-    NotesFolder folder(
-        {{u"a.md"_s, u"alfa"_s}, {u"b.md"_s, u"beta"_s}, {u"c.md"_s, u"gamma"_s}, {u"d.json"_s, u"[1]"_s}});
+    NotesFolder folder({{u"a.md"_s, u"alfa"_s},
+                        {u"b.md"_s, u"beta"_s},
+                        {u"c.md"_s, u"gamma"_s},
+                        {u"d.json"_s, u"[1]"_s},
+                        {u"e.csv"_s, u"nome,età\nAnna,30"_s}});
     NotesStore& store = folder.store();
     MainWindow window(store, folder.settings(), folder.find(), folder.keyboard(), folder.solo());
     window.resize(1000, 700);
@@ -261,6 +264,7 @@ TEST(MainWindow, TheTabKeyGoesToEveryControlOfThePane) {
              store.reveal(*folder.note(u"d"_s), true);
          },
          {u"Formatta testo"_s, u"Espandi tutto"_s, u"Comprimi"_s, u"Albero JSON"_s}},
+        {[&] { store.reveal(*folder.note(u"e"_s), true); }, {u"Prima riga come intestazione"_s, u"Tabella"_s}},
     };
     for (const auto& [show, controls] : cases) {
         show();
