@@ -39,7 +39,7 @@ void ZoomableTextView::inputMethodEvent(QInputMethodEvent* event) {
         // With a selection too it is one step of the history, as with a key.
         edit(m_selection.range(), event->commitString(), EditKind::typing);
     } else if (isInput && !m_selection.isEmpty()) {
-        removeRange(m_selection.range(), EditKind::other);
+        removeRange(m_selection.range(), EditKind::typing);
     }
     if (!isTyped) {
         const qsizetype start =

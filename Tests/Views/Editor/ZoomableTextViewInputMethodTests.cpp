@@ -41,14 +41,20 @@ TEST_F(ZoomableTextViewTest, ACommitMayReplaceWhatStandsBeforeTheCaret) {
 
 TEST_F(ZoomableTextViewTest, ACommitOverASelectionIsOneStepOfTheHistory) {
     open(u"uno due"_s);
-    m_view->setSelection({0, 3});
-    QInputMethodEvent event;
-    event.setCommitString(u"\u00ea"_s);
-    QApplication::sendEvent(m_view.get(), &event);
-    EXPECT_EQ(text(), u"\u00ea due"_s);
-    m_view->undo();
-    EXPECT_EQ(text(), u"uno due"_s);
-    EXPECT_EQ(m_view->selection(), (TextSelection{0, 3}));
+    for (const QString& composed : {QString(), u"^"_s}) {
+        m_view->setSelection({0, 3});
+        if (!composed.isEmpty()) {
+            QInputMethodEvent composition(composed, {});
+            QApplication::sendEvent(m_view.get(), &composition);
+        }
+        QInputMethodEvent event;
+        event.setCommitString(u"\u00ea"_s);
+        QApplication::sendEvent(m_view.get(), &event);
+        EXPECT_EQ(text(), u"\u00ea due"_s);
+        m_view->undo();
+        EXPECT_EQ(text(), u"uno due"_s);
+        EXPECT_EQ(m_view->selection(), (TextSelection{0, 3}));
+    }
 }
 
 TEST_F(ZoomableTextViewTest, AClickWhileTextIsComposedGoesWhereItIsSeen) {
