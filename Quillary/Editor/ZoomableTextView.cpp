@@ -50,10 +50,6 @@ void ZoomableTextView::setWraps(bool wraps) {
     m_layout.setWraps(wraps);
 }
 
-void ZoomableTextView::setEditorFont(const QFont& font) {
-    m_layout.setFont(font);
-}
-
 void ZoomableTextView::setReadOnly(bool isReadOnly) {
     if (isReadOnly == m_isReadOnly) {
         return;

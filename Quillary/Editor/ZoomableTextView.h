@@ -181,7 +181,6 @@ private:
     qint64 pixels(qint64 rows) const;
     Row topRow();
     std::vector<VisibleRow> visibleRows();
-    void zoomColumns(int left, qreal factor);
     void reflow();
     void scrollBy(qint64 distance);
     void scrollTo(qint64 value);
@@ -283,8 +282,6 @@ private:
     std::optional<QPoint> m_pressOnSelection;
     bool m_isDraggingSelection = false;
     bool m_isCommittingPreedit = false;
-    /// Of the font that the horizontal scroll bar stands for.
-    qreal m_blankWidthOnShow = 1;
     /// Where text that is being dragged over the view would go.
     std::optional<Spot> m_dropSpot;
     /// What an edit is about to remove, kept only while somebody listens.

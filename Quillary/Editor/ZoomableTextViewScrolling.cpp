@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <utility>
 
 namespace quillary {
 
@@ -256,21 +255,28 @@ void ZoomableTextView::scrollToRange(TextRange range) {
     ensureVisible({range.location, Side::after});
 }
 
-/// Keeps the columns on show that were there before the font grew by a factor, and the caret if it was among them.
-void ZoomableTextView::zoomColumns(int left, qreal factor) {
+/// Keeps the columns on show that were there before, and the caret if it was among them.
+void ZoomableTextView::setEditorFont(const QFont& font) {
     if (m_layout.wraps()) {
+        m_layout.setFont(font);
         return;
     }
+    QScrollBar& horizontal = *horizontalScrollBar();
     const int width = std::max(1, viewport()->width() - 2 * horizontalInset);
-    const Row row = caretRow();
-    const int top = topOf(row);
-    const int x = qRound(m_layout.xOf(row, m_selection.caret));
-    const qreal before = x / factor;
-    const int zoomed = qRound(left * factor);
-    // Typing leaves the caret at the very edge, and places are whole pixels.
-    const bool showedCaret =
-        top > -m_layout.pitch() && top < viewport()->height() && before > left - 1 && before < left + width + 1;
-    horizontalScrollBar()->setValue(showedCaret ? std::clamp(zoomed, x - width, x) : zoomed);
+    const auto caretX = [this] { return m_layout.xOf(caretRow(), m_selection.caret); };
+    const int left = horizontal.value();
+    const qreal before = caretX();
+    const int top = topOf(caretRow());
+    const bool showedCaret = top > -m_layout.pitch() && top < viewport()->height() && qRound(before) >= left &&
+                             qRound(before) <= left + width;
+    const qreal blank = m_layout.blankWidth();
+
+    m_layout.setFont(font);
+    const qreal after = caretX();
+    // Letters and blanks needn't grow by the same factor, as from one family to another.
+    const qreal factor = before > 0 ? after / before : m_layout.blankWidth() / blank;
+    const int grown = qRound(left * factor);
+    horizontal.setValue(showedCaret ? std::clamp(grown, qRound(after) - width, qRound(after)) : grown);
 }
 
 /// The rows have new places: what was at the top stays there.
@@ -280,9 +286,7 @@ void ZoomableTextView::reflow() {
     m_topPosition = topRow().contents.location;
     m_topOverhang = wasAtStart ? m_topOverhang : 0;
     settleTop();
-    const int left = horizontalScrollBar()->value();
     updateScrollBars();
-    zoomColumns(left, m_layout.blankWidth() / std::exchange(m_blankWidthOnShow, m_layout.blankWidth()));
     startMeasuring();
     viewport()->update();
 }

@@ -110,6 +110,22 @@ TEST_F(ZoomableTextViewTest, ZoomingKeepsTheColumnsOfALongLineOnShow) {
     }
 }
 
+TEST_F(ZoomableTextViewTest, AnotherFontKeepsTheCaretInALongLineOnShow) {
+    open(QString(5'000, u'x') + u"\nfine"_s);
+    m_view->setWraps(false);
+    for (const qsizetype caret : {5'000, 2'500}) {
+        m_view->setSelection({caret, caret});
+        m_view->scrollToRange({caret, 0});
+        for (const auto family : {QFontDatabase::GeneralFont, QFontDatabase::FixedFont}) {
+            QFont font = QFontDatabase::systemFont(family);
+            font.setPointSizeF(13);
+            m_view->setEditorFont(font);
+            const QRect caretRect = m_view->caretRect();
+            EXPECT_TRUE(m_view->viewport()->rect().contains(caretRect)) << caret << ' ' << caretRect.left();
+        }
+    }
+}
+
 TEST_F(ZoomableTextViewTest, ZoomingFollowsNoCaretThatIsOutOfSight) {
     open(QString(QString(40, u'x') + u'\n').repeated(200));
     m_view->setWraps(false);
