@@ -96,18 +96,14 @@ class Hands:
 
     def select(self, note):
         """Selects a note through the search, with the focus in its text."""
-        for _ in range(8):
-            self.face_the_window()
-            self.keys("ctrl+k")
-            self.keys("ctrl+a")
-            self.program.type(note.key)
-            self.wait_for_input()
-            self.keys("Return")
-            if self.program.title().split(" ")[0] == note.key:
-                return
-            # Another program may just have made it; the list notices a quarter of a second later.
-            time.sleep(0.3)
-        raise Breach(f"the search for {note.key}, which is {self.oracle.path(note)}, leads to {self.program.title()!r}")
+        self.face_the_window()
+        self.keys("ctrl+k")
+        self.keys("ctrl+a")
+        self.program.type(note.key)
+        self.wait_for_input()
+        self.keys("Return")
+        if self.program.title().split(" ")[0] != note.key:
+            raise Breach(f"the search for {note.key}, which is {self.oracle.path(note)}, leads to {self.program.title()!r}")
 
     def type_behind(self, note, text):
         self.keys("ctrl+End")

@@ -79,6 +79,8 @@ class Others(User):
     def step_foreign_note(self):
         if len(self.oracle.notes) < MOST_NOTES:
             self.make_foreign_note()
+            # The search for a note that the list doesn't show yet makes one.
+            self.let_the_program_notice()
 
     def step_foreign_deletion(self):
         if len(self.oracle.notes) <= FEWEST_NOTES:
