@@ -9,7 +9,7 @@ namespace quillary {
 /// Moves a file or a directory to a path at which nothing is; otherwise the failure is EEXIST, also when another
 /// program takes the name at the last moment. A change of letter case alone is carried out on file systems that take
 /// both spellings for one name. An ordinary file moves to another file system too, with its dates; a directory doesn't.
-/// A failure leaves the source where it is, and no copy of it.
+/// A failure leaves the source where it is, and no copy of it, unless the source can't be seen any more.
 Status<SystemError> moveFile(const FilePath& source, const FilePath& destination);
 
 /// The move within one file system, of names in open directories.
