@@ -254,15 +254,18 @@ void NotesStore::syncFolders(const QStringList& names) {
 void NotesStore::reloadIfChangedOnDisk(NoteItem& item, const NoteFileInfo& info) {
     item.setCreated(info.created);
     const bool isNewer = NoteItem::isLater(info.modified, item.knownModificationDate);
-    // Who copies a file with its date writes it first, and sets the date back when it is complete.
-    const bool wasSetBack = NoteItem::isLater(item.knownModificationDate, info.modified);
-    const bool mayHaveChanged = !item.isSettled && (wasSetBack || isCoarse(info.modified));
-    if ((!isNewer && !mayHaveChanged) || item.isDirty()) {
+    if (item.isDirty() || (item.isSettled && !isNewer)) {
         return;
     }
-    // A date of the future never settles: there one more look must do.
-    const bool isFuture = !isNewer && !wasSetBack && info.modified > now();
+    // Who copies a file with its date writes it first, and sets the date back when it is complete.
+    const bool isSameDate = !isNewer && !NoteItem::isLater(item.knownModificationDate, info.modified);
+    const bool mayHaveChanged = !isSameDate || isCoarse(info.modified);
+    // A date of the future never settles: where one second has several changes, one more look must do.
+    const bool isFuture = isSameDate && mayHaveChanged && info.modified > now();
     item.isSettled = isFuture || NoteItem::isSettledSince(info.modified);
+    if (!mayHaveChanged) {
+        return;
+    }
     item.knownModificationDate = info.modified;
     item.setModified(info.modified);
     if (!item.document()) {

@@ -220,6 +220,21 @@ TEST_F(NotesStoreReload, AnOlderFileIsNoChangeAfterASaveOfOurs) {
     EXPECT_EQ(a->document()->text(), u"nostro");
 }
 
+TEST_F(NotesStoreReload, AnOlderFileIsNoChangeOnceTheNewOneWasFoundLeftAlone) {
+    directory.write(u"a.md"_s, "prima");
+    const Moment date = now() - 1500ms;
+    directory.setModified(u"a.md"_s, date);
+    openStore();
+    ASSERT_TRUE(waitUntil([date] { return NoteItem::isSettledSince(date); }));
+    store->refreshFromDisk();
+    directory.write(u"a.md"_s, "dalla copia di riserva");
+    directory.setModified(u"a.md"_s, moment(1));
+
+    store->refreshFromDisk();
+
+    EXPECT_EQ(note(u"a"_s)->document()->text(), u"prima");
+}
+
 TEST_F(NotesStoreReload, AFileThatHasBecomeOlderIsReadInTheBackgroundToo) {
     directory.write(u"a.md"_s);
     // Too large to be read.
