@@ -402,7 +402,7 @@ private:
     // NotesStoreLoading.cpp
     Status<FileError> readDirectory();
     void selectionDidChange(std::optional<NoteID> previous);
-    static void takeNewerDate(Moment modified, NoteItem& item);
+    void takeNewerDate(Moment modified, NoteItem& item);
     void attach(const QString& text, const QString& snippet, NoteItem& item);
     void preloadDocuments();
     void preloadMoreDocuments();

@@ -119,6 +119,8 @@ void NotesStore::takeNewerDate(Moment modified, NoteItem& item) {
         item.isSettled = NoteItem::isSettledSince(modified);
         item.knownModificationDate = modified;
         item.setModified(modified);
+        // Nobody told of it, and the note may have another place.
+        scheduleRefresh();
     }
 }
 

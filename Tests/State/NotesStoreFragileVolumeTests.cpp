@@ -78,6 +78,26 @@ protected:
     std::optional<FragileVolume> volume;
 };
 
+TEST_F(NotesStoreFragileVolume, ANoteWhoseDateIsFoundNewerWhenItIsReadGoesToItsPlace) {
+    // One that is asked for each name anew.
+    volume.reset();
+    volume.emplace(directory.path().bytes(), behind.path().bytes(), VolumeTraits{.ignoresCase = true});
+    ASSERT_TRUE(volume->isMounted());
+    behind.write(u"a.md"_s);
+    behind.write(u"b.md"_s);
+    behind.setModified(u"a.md"_s, moment(2));
+    behind.setModified(u"b.md"_s, moment(1));
+    openStore(NoteSortOrder::modified);
+    ASSERT_EQ(titles(), QStringList({u"a"_s, u"b"_s}));
+    behind.write(u"b.md"_s, "dopo");
+    behind.setModified(u"b.md"_s, moment(3));
+
+    select(u"b"_s);
+
+    EXPECT_EQ(note(u"b"_s)->document()->text(), u"dopo");
+    EXPECT_TRUE(waitUntil([this] { return titles() == QStringList({u"b"_s, u"a"_s}); }));
+}
+
 TEST_F(NotesStoreFragileVolume, ASlowOneOnlyTakesLonger) {
     behind.makeFolder(u"Casa"_s);
     behind.write(u"Casa/a.md"_s, "prima");
