@@ -409,6 +409,7 @@ private:
     void attachPreloaded(const TextPreloader::Text& text);
     void insert(const NoteItemPtr& item);
     void remove(const QList<NoteItemPtr>& items);
+    void removeNamesakes(const QList<NoteItemPtr>& items);
     QList<NoteItemPtr> manuallySorted(const QList<NoteItemPtr>& items) const;
     void selectFirstVisibleNote();
 

@@ -168,15 +168,10 @@ QList<NoteItemPtr> NotesStore::merged(const QList<NoteFileInfo>& listing) {
         bool isListed = false;
     };
 
-    const NoteItemPtr selected = selectedItem();
     QHash<FilePath, File> files;
     files.reserve(m_notes.size());
     for (const NoteItemPtr& note : std::as_const(m_notes)) {
-        // A note can have taken the name of another one whose file went unseen. The one in use stays.
-        NoteItemPtr& known = files[note->url()].note;
-        if (!known || note->isDirty() || (note == selected && !known->isDirty())) {
-            known = note;
-        }
+        files[note->url()].note = note;
     }
     QList<NoteItemPtr> notes;
     notes.reserve(listing.size());

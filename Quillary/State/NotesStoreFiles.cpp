@@ -29,6 +29,8 @@ void NotesStore::importFiles() {
     if (files.isEmpty()) {
         return;
     }
+    // What comes to the path of a note whose file went unseen is another note.
+    refreshFromDisk();
     std::optional<FilePath> last;
     for (const FilePath& file : files) {
         const auto volume = ensureVolumeIsThere();

@@ -48,6 +48,7 @@ void NotesStore::renameFolder(const QString& name, const QString& to) {
         note->setUrl(m_fileStore.folderURL(newName).appending(note->fileName()));
         note->setFolder(newName);
     }
+    removeNamesakes(inside);
     SidebarLayout layout = currentLayout();
     layout.renameFolder(name, newName);
     m_noteOrder = layout.noteOrder;

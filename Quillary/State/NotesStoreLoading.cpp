@@ -264,6 +264,27 @@ void NotesStore::remove(const QList<NoteItemPtr>& items) {
     assignNotes(rest);
 }
 
+/// Removes the notes that have the paths of others which have just come there. The paths were free: their files went
+/// unseen, and saved or seen as those of the others they would show and write the wrong text.
+void NotesStore::removeNamesakes(const QList<NoteItemPtr>& items) {
+    QHash<FilePath, NoteItemPtr> owners;
+    for (const NoteItemPtr& item : items) {
+        owners.insert(item->url(), item);
+    }
+    QList<NoteItemPtr> gone;
+    std::ranges::copy_if(m_notes, std::back_inserter(gone), [&owners](const NoteItemPtr& note) {
+        const NoteItemPtr owner = owners.value(note->url());
+        return owner && owner != note;
+    });
+    if (gone.isEmpty()) {
+        return;
+    }
+    remove(gone);
+    if (!selectedItem()) {
+        selectFirstVisibleNote();
+    }
+}
+
 SidebarLayout NotesStore::currentLayout() const {
     SidebarLayout layout;
     layout.folderOrder = m_folders;

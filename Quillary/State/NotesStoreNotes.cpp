@@ -50,6 +50,7 @@ NoteItemPtr NotesStore::makeNote(const std::optional<QString>& title, const QStr
     setSearchQuery({});
     insert(note);
     setSelectedID(note->id());
+    removeNamesakes({note});
     raiseEditorFocusToken();
     return note;
 }
@@ -103,6 +104,7 @@ void NotesStore::changeFormat(NoteItem& item, NoteFormat format) {
         return;
     }
     item.setUrl(*url);
+    removeNamesakes({item.shared_from_this()});
     renameInOrder(item, oldFileName);
     // A free name may have another title.
     resort();
@@ -124,6 +126,7 @@ void NotesStore::rename(NoteItem& item, const QString& title) {
         return;
     }
     item.setUrl(*url);
+    removeNamesakes({item.shared_from_this()});
     renameInOrder(item, oldFileName);
     resort();
 }

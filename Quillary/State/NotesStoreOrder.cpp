@@ -33,6 +33,7 @@ void NotesStore::moveNotes(const QList<NoteItemPtr>& items, const std::optional<
     if (selecting) {
         setSelectedID(selecting->id());
     }
+    removeNamesakes(items);
     resort();
     saveLayout();
 }
@@ -100,6 +101,7 @@ void NotesStore::place(const QList<NoteItemPtr>& items, const std::optional<QStr
     if (inFolder) {
         assign(m_collapsedFolders, m_collapsedFolders - QSet{*inFolder}, &NotesStore::collapsedFoldersChanged);
     }
+    removeNamesakes(targets);
     resort();
     saveLayout();
 }

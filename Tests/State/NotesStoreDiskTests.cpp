@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <unistd.h>
 
 namespace quillary::test {
@@ -198,27 +199,70 @@ TEST_F(NotesStoreDisk, ALinkInThePlaceOfAFolderTakesItsNotesOutOfTheList) {
     EXPECT_TRUE(store->folders().isEmpty());
 }
 
-TEST_F(NotesStoreDisk, OfTwoNotesOfOneNameTheOneInUseStays) {
-    for (const QString& title : {u"a"_s, u"c"_s}) {
-        directory.write(u"a.md"_s);
-        directory.write(u"b.md"_s);
-        directory.write(u"c.md"_s);
-        openStore();
-        const NoteItemPtr used = note(title);
-        select(title);
-        directory.remove(u"b.md"_s);
-        store->rename(*used, u"b"_s);
-        ASSERT_EQ(used->fileName(), u"b.md");
-        edit(used);
+TEST_F(NotesStoreDisk, WhoTakesTheNameOfANoteWhoseFileWentUnseenTakesItsPlace) {
+    struct Case {
+        QString gone;
+        std::function<void(const NoteItemPtr&)> command;
+    };
 
-        store->refreshFromDisk();
+    const Case cases[] = {
+        {u"Casa/x.md"_s, [this](const NoteItemPtr& a) { store->rename(*a, u"x"_s); }},
+        {u"Casa/a.txt"_s, [this](const NoteItemPtr& a) { store->changeFormat(*a, NoteFormat::plain); }},
+        {u"a.md"_s, [this](const NoteItemPtr& a) { store->move({a}, {}); }},
+        {u"a.md"_s, [this](const NoteItemPtr& a) { store->place({a}, {}, {}); }},
+        {u"a.md"_s, [this](const NoteItemPtr&) { store->deleteFolder(u"Casa"_s, true); }},
+        {u"Via/a.md"_s,
+         [this](const NoteItemPtr&) {
+             ASSERT_TRUE(QDir().rmdir(directory.path(u"Via"_s).text()));
+             store->renameFolder(u"Casa"_s, u"Via"_s);
+         }},
+    };
+    constexpr auto everything = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    for (const NoteSortOrder order : {NoteSortOrder::created, NoteSortOrder::manual}) {
+        for (const bool isSelected : {true, false}) {
+            for (const auto& [gone, command] : cases) {
+                directory.makeFolder(u"Casa"_s);
+                directory.makeFolder(u"Via"_s);
+                directory.write(u"Casa/a.md"_s, "resta");
+                directory.setModified(u"Casa/a.md"_s, moment(1));
+                directory.write(gone, "via");
+                directory.setModified(gone, moment(2));
+                openStore(order);
+                ASSERT_TRUE(waitUntil([this] { return allTextsAreLoaded(); }));
+                const QList<NoteItemPtr> both = store->notes();
+                const bool isFirst = both.first()->url() == directory.path(u"Casa/a.md"_s);
+                const NoteItemPtr& a = both.at(isFirst ? 0 : 1);
+                const NoteItemPtr& stale = both.at(isFirst ? 1 : 0);
+                store->setSelectedID((isSelected ? stale : a)->id());
+                directory.remove(gone);
 
-        EXPECT_EQ(store->notes().size(), 2);
-        EXPECT_EQ(note(u"b"_s), used);
-        EXPECT_EQ(store->selectedItem(), used);
-        EXPECT_TRUE(used->isDirty());
-        EXPECT_TRUE(used->document()->undoManager().canUndo());
+                command(a);
+
+                EXPECT_EQ(store->notes(), QList{a}) << gone.toStdString();
+                EXPECT_EQ(store->selectedItem(), a);
+                store->refreshFromDisk();
+                EXPECT_EQ(store->notes(), QList{a}) << gone.toStdString();
+                EXPECT_EQ(a->document()->text(), u"resta");
+                ASSERT_EQ(store->errorMessage(), std::nullopt);
+                store.reset();
+                for (const QString& name : QDir(directory.path().text()).entryList(everything)) {
+                    directory.remove(name);
+                }
+            }
+        }
     }
+}
+
+TEST_F(NotesStoreDisk, ANewNoteTakesThePlaceOfOneOfItsNameThatWentUnseen) {
+    directory.write(u"a.md"_s);
+    openStore();
+    directory.remove(u"a.md"_s);
+
+    const NoteItemPtr a = store->makeNote(u"a"_s, u"nuova"_s, NoteFormat::markdown);
+
+    EXPECT_EQ(store->notes(), QList{a});
+    EXPECT_EQ(store->selectedItem(), a);
+    EXPECT_EQ(directory.contents(u"a.md"_s), "nuova");
 }
 
 TEST_F(NotesStoreDisk, AFileThatComesBackIsANewNote) {

@@ -3,7 +3,9 @@
 #include "QuillaryCore/Platform/FileStatus.h"
 
 #include "Tests/State/NotesStoreTest.h"
+#include "Tests/State/Waiting.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimeZone>
@@ -123,6 +125,22 @@ TEST_F(NotesStoreFiles, ImportedFilesAreCopiedAndTheLastOneIsSelected) {
     EXPECT_EQ(store->selectedItem()->fileName(), u"elenco 2.csv");
     EXPECT_EQ(store->searchQuery(), u"");
     EXPECT_EQ(store->errorMessage(), std::nullopt);
+}
+
+TEST_F(NotesStoreFiles, AnImportedFileIsAnotherNoteThanOneOfItsNameThatWentUnseen) {
+    directory.write(u"a.md"_s, "via");
+    directory.setModified(u"a.md"_s, moment(1));
+    openStore();
+    ASSERT_TRUE(waitUntil([this] { return allTextsAreLoaded(); }));
+    directory.remove(u"a.md"_s);
+    desktop.chosenFiles = {writeForeign(u"a.md"_s, "importata")};
+    QFile file(foreign(u"a.md"_s).text());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(QDateTime(QDate(2020, 1, 1), QTime(0, 0)), QFileDevice::FileModificationTime));
+
+    store->importFiles();
+
+    EXPECT_EQ(store->selectedItem()->document()->text(), u"importata");
 }
 
 TEST_F(NotesStoreFiles, ADismissedImportDoesNothing) {
