@@ -48,7 +48,6 @@ void NotesStore::renameFolder(const QString& name, const QString& to) {
         note->setUrl(m_fileStore.folderURL(newName).appending(note->fileName()));
         note->setFolder(newName);
     }
-    removeNamesakes(inside);
     SidebarLayout layout = currentLayout();
     layout.renameFolder(name, newName);
     m_noteOrder = layout.noteOrder;
@@ -68,6 +67,7 @@ void NotesStore::renameFolder(const QString& name, const QString& to) {
     if (m_selectedFolder == name) {
         setSelectedFolder(newName);
     }
+    removeNamesakes(inside);
     // There may be an order by hand of a folder that once had this name.
     resort();
     rebuildWatchers();
