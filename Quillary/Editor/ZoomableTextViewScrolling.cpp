@@ -276,6 +276,8 @@ void ZoomableTextView::setEditorFont(const QFont& font) {
     // Letters and blanks needn't grow by the same factor, as from one family to another.
     const qreal factor = before > 0 ? after / before : m_layout.blankWidth() / blank;
     const int grown = qRound(left * factor);
+    // The line was looked at as far as the caret.
+    updateScrollBars();
     horizontal.setValue(showedCaret ? std::clamp(grown, qRound(after) - width, qRound(after)) : grown);
 }
 
