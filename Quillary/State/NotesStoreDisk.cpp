@@ -33,11 +33,6 @@ std::optional<dev_t> deviceOf(const FilePath& directory) {
     return stat(directory.bytes().constData(), &status) == 0 ? std::optional(status.st_dev) : std::nullopt;
 }
 
-bool isMountPoint(const FilePath& directory) {
-    const auto device = deviceOf(directory);
-    return device && device != deviceOf(directory.appending(u".."));
-}
-
 /// The file system that a directory is on, or would be made on if it isn't there; absent if that can't be told.
 std::optional<dev_t> deviceToMakeOn(FilePath directory) {
     struct stat status = {};
@@ -90,12 +85,11 @@ bool NotesStore::isVolumeGone(const NoteFileStore::Listing& listing) const {
     return isEmpty && !wasEmpty && deviceOf(m_fileStore.directory()) != m_device;
 }
 
-/// Whether what is made in the directory now would come to the empty place that an unmounted volume of notes leaves.
-/// Its return would hide it. A volume that is mounted in its place is none.
+/// Whether what is made in the directory now would not come to the volume of the notes: another one, as a rule the
+/// empty place that an unmounted volume leaves, has taken its place. Its return would hide it.
 bool NotesStore::isVolumeAway() const {
-    const FilePath& directory = m_fileStore.directory();
-    const auto device = deviceToMakeOn(directory);
-    return device && m_device && *device != *m_device && !isMountPoint(directory);
+    const auto device = deviceToMakeOn(m_fileStore.directory());
+    return device && m_device && *device != *m_device;
 }
 
 /// To be asked before something new is made in the directory.

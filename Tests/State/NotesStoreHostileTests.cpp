@@ -287,20 +287,6 @@ TEST_F(NotesStoreHostile, AVolumeThatIsBackAsAnotherOneTakesANewNoteAtOnce) {
     EXPECT_EQ(directory.contents(u"b.md"_s), "testo");
 }
 
-TEST_F(NotesStoreMountPoint, AnEmptyVolumeInThePlaceOfTheOldOneTakesANewNote) {
-    openTwoNotes();
-    volume->unmount();
-    volume.emplace(directory.path(), Volume::inMemory);
-    ASSERT_TRUE(volume->isMounted());
-    store->refreshFromDisk();
-
-    EXPECT_NE(store->makeNote(u"c"_s, u"testo"_s), nullptr);
-    EXPECT_EQ(store->errorMessage(), std::nullopt);
-    store->refreshFromDisk();
-    EXPECT_EQ(titles(), QStringList(u"c"_s));
-    EXPECT_EQ(directory.contents(u"c.md"_s), "testo");
-}
-
 TEST_F(NotesStoreMountPoint, ADirectoryIsNotMadeAnewWhereItsVolumeWas) {
     directory.makeFolder(u"Note"_s);
     directory.write(u"Note/a.md"_s);
