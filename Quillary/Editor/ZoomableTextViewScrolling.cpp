@@ -266,15 +266,18 @@ void ZoomableTextView::setEditorFont(const QFont& font) {
     const auto caretX = [this] { return m_layout.xOf(caretRow(), m_selection.caret); };
     const int left = horizontal.value();
     const qreal before = caretX();
-    const int top = topOf(caretRow());
+    const Row row = caretRow();
+    const int top = topOf(row);
     const bool showedCaret = top > -m_layout.pitch() && top < viewport()->height() && qRound(before) >= left &&
                              qRound(before) <= left + width;
     const qreal blank = m_layout.blankWidth();
 
     m_layout.setFont(font);
     const qreal after = caretX();
-    // Letters and blanks needn't grow by the same factor, as from one family to another.
-    const qreal factor = before > 0 ? after / before : m_layout.blankWidth() / blank;
+    // Letters and blanks needn't grow by the same factor, as from one family to another. But a line from right to left
+    // stands at the right, and its places don't grow.
+    const bool tellsGrowth = before > 0 && !row.isRightToLeft;
+    const qreal factor = tellsGrowth ? after / before : m_layout.blankWidth() / blank;
     const int grown = qRound(left * factor);
     // The line was looked at as far as the caret.
     updateScrollBars();

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QFont>
+#include <QFontMetricsF>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
 #include <QScrollBar>
@@ -124,6 +125,21 @@ TEST_F(ZoomableTextViewTest, AnotherFontKeepsTheCaretInALongLineOnShow) {
             EXPECT_TRUE(m_view->viewport()->rect().contains(caretRect)) << caret << ' ' << caretRect.left();
         }
     }
+}
+
+TEST_F(ZoomableTextViewTest, ZoomingKeepsTheColumnsAlsoWithTheCaretInALineFromRightToLeft) {
+    open(QString(5'000, u'x') + u'\n' + QString(20, QChar(0x05D0)));
+    m_view->setWraps(false);
+    m_view->setSelection({5'021, 5'021});
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(10);
+    m_view->setEditorFont(font);
+    const qreal before = QFontMetricsF(font).horizontalAdvance(u' ');
+    m_view->setScrollOrigin({3'000, 0});
+    font.setPointSizeF(20);
+    m_view->setEditorFont(font);
+    const qreal growth = QFontMetricsF(font).horizontalAdvance(u' ') / before;
+    EXPECT_NEAR(m_view->horizontalScrollBar()->value(), 3'000 * growth, 2);
 }
 
 TEST_F(ZoomableTextViewTest, ZoomingFollowsNoCaretThatIsOutOfSight) {
