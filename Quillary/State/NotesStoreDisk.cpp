@@ -162,10 +162,15 @@ QList<NoteItemPtr> NotesStore::merged(const QList<NoteFileInfo>& listing) {
         bool isListed = false;
     };
 
+    const NoteItemPtr selected = selectedItem();
     QHash<FilePath, File> files;
     files.reserve(m_notes.size());
     for (const NoteItemPtr& note : std::as_const(m_notes)) {
-        files[note->url()].note = note;
+        // A file that was replaced while the notes were loaded can be there twice. The one in use stays.
+        NoteItemPtr& known = files[note->url()].note;
+        if (!known || note->isDirty() || (note == selected && !known->isDirty())) {
+            known = note;
+        }
     }
     QList<NoteItemPtr> notes;
     notes.reserve(listing.size());
